@@ -1,0 +1,14 @@
+// A listing of the whole design database for developers; no stage of a run writes it.
+#pragma once
+
+#include <string>
+
+#include "model/cube_table.h"
+#include "model/design.h"
+
+namespace cubenet {
+
+// Writes the listing into the named file (truncating). 0, or 2 when the file can't be written whole.
+[[nodiscard]] int dump_design(const std::string &file_name, const Design &design, const CubeTable &cubes);
+
+} // namespace cubenet

@@ -1,0 +1,61 @@
+// The one way in which output files are written: text gathers in a block of 256 KiB, every write and the close are
+// checked, and what could not be written whole is removed. Formatting code appends to an OutputFile and knows no file.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
+
+namespace cubenet {
+
+struct OutputFile {
+  static constexpr std::size_t kBlock = std::size_t{256} << 10;
+
+  std::string path;
+  int descriptor = -1;
+  bool failed = false;     // a write failed: later text is dropped
+  char *block = nullptr;   // owned
+  std::size_t used = 0;
+  std::size_t capacity = 0; // kBlock, or larger when one piece asked for more
+
+  OutputFile() = default;
+  OutputFile(const OutputFile &) = delete;
+  OutputFile &operator=(const OutputFile &) = delete;
+  ~OutputFile(); // closes without a word; a file that matters is closed with close_output
+};
+
+// Opens `path` for writing and truncates it. False when it can't be opened.
+[[nodiscard]] bool open_output(OutputFile &file, const std::string &path);
+// Writes what is left and closes. False when anything since open_output could not be written; the file is then removed.
+[[nodiscard]] bool close_output(OutputFile &file);
+
+void flush_output(OutputFile &file);
+
+// Returns room for `bytes` characters; the caller fills it from the front and hands the end to commit().
+char *grow_output(OutputFile &file, std::size_t bytes);
+inline char *reserve(OutputFile &file, std::size_t bytes) {
+  return file.used + bytes <= file.capacity ? file.block + file.used : grow_output(file, bytes);
+}
+inline void commit(OutputFile &file, const char *end) { file.used = static_cast<std::size_t>(end - file.block); }
+
+inline void put(OutputFile &file, std::string_view text) {
+  char *at = reserve(file, text.size());
+  std::memcpy(at, text.data(), text.size());
+  file.used += text.size();
+}
+inline void put(OutputFile &file, char c) {
+  *reserve(file, 1) = c;
+  file.used++;
+}
+void put_number(OutputFile &file, std::uint64_t value); // decimal
+
+// Puts several pieces in a row: put_all(file, "NET ", name, " SRC ", ...); numbers go through Decimal.
+struct Decimal {
+  std::uint64_t value;
+};
+inline void put(OutputFile &file, Decimal number) { put_number(file, number.value); }
+template <typename... Pieces> void put_all(OutputFile &file, const Pieces &...pieces) { (put(file, pieces), ...); }
+
+} // namespace cubenet
