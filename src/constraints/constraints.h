@@ -7,6 +7,9 @@
 
 namespace cubenet {
 
+// Prints the name of each section to the console before it is written; off in every run.
+extern bool show_constraints_progress;
+
 // Writes the file's sections; a section without members is left out. Always 0: faults of the file are not reported.
 int write_constraints(const std::string &file_name, const Design &design);
 
