@@ -5,13 +5,15 @@
 #include <string>
 #include <string_view>
 
+#include "util/hash_table.h"
+
 namespace cubenet {
 
 // Opens "<program>.log" for appending. A log that can't be opened is reported once on the console (33130) and the run
 // goes on without it.
 void start_messages(const std::string &program);
-void start_messages_truncating(const std::string &program);                // the log starts empty
-void start_messages_truncating_without_table(const std::string &program);  // and no text is ever withheld
+void start_messages_truncating(const std::string &program);               // the log starts empty
+void start_messages_truncating_without_table(const std::string &program); // and no text is ever withheld
 void stop_messages();
 
 // The text is formatted into the shared message buffer, which cuts it at 1,023 bytes.
@@ -23,6 +25,10 @@ void report_internal_error(int number, const char *format, ...) __attribute__((f
 
 void suppress_messages(bool on);
 void switch_console_off(bool off);
+
+// A message whose wrapped text is a key of this table is not printed. The keys are from std::malloc and belong to the
+// table; none before the start and after the stop.
+HashTable *withheld_texts();
 
 // Wraps one text as the reporters do; `prefix` only reserves room on the first line.
 std::string wrap_message(std::string_view text, std::string_view prefix);

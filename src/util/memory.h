@@ -6,10 +6,11 @@
 
 namespace cubenet {
 
-// Called with the size of the request that failed; must not return. The default hook reports system error 31104
-// "Out of memory allocating %ld bytes\n" and ends the process with exit status 2.
+// Called with the size of the request that failed; must not return (should it do so, the process ends with exit status
+// 2). The default hook writes system error 31104 to standard output and ends the process likewise; a run sets one that
+// also writes the log.
 using OutOfMemoryHook = void (*)(long bytes);
-OutOfMemoryHook set_out_of_memory_hook(OutOfMemoryHook hook); // returns the hook that was set before
+OutOfMemoryHook set_out_of_memory_hook(OutOfMemoryHook hook); // returns the one set before; nullptr sets the default
 
 // A request below 1 byte becomes 4 bytes. The memory is released with std::free.
 [[nodiscard]] void *allocate(std::size_t bytes);

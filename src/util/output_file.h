@@ -15,10 +15,11 @@ struct OutputFile {
 
   std::string path;
   int descriptor = -1;
-  bool failed = false;     // a write failed: later text is dropped
-  char *block = nullptr;   // owned
+  bool failed = false;   // a write failed: later text is dropped
+  char *block = nullptr; // owned
   std::size_t used = 0;
-  std::size_t capacity = 0; // kBlock, or larger when one piece asked for more
+  std::size_t capacity = 0;   // kBlock, or larger when one piece asked for more
+  OutputFile *next = nullptr; // the list of the open files
 
   OutputFile() = default;
   OutputFile(const OutputFile &) = delete;
@@ -26,12 +27,20 @@ struct OutputFile {
   ~OutputFile(); // closes without a word; a file that matters is closed with close_output
 };
 
-// Opens `path` for writing and truncates it. False when it can't be opened.
+// The file behind `descriptor` is never opened for writing from now on, by whatever name: the run still needs what is
+// in it. Devices and pipes are not protected. At most 4 files; forget_protected_files starts again with none.
+void protect_from_output(int descriptor);
+void forget_protected_files();
+
+// Opens `path` for writing and truncates it. False when it can't be opened or is protected.
 [[nodiscard]] bool open_output(OutputFile &file, const std::string &path);
 // Writes what is left and closes. False when anything since open_output could not be written; the file is then removed.
 [[nodiscard]] bool close_output(OutputFile &file);
 
 void flush_output(OutputFile &file);
+
+// Closes and removes every file that is open: the end of a run that can't go on.
+void discard_open_outputs();
 
 // Returns room for `bytes` characters; the caller fills it from the front and hands the end to commit().
 char *grow_output(OutputFile &file, std::size_t bytes);

@@ -1,0 +1,152 @@
+// Output files on plain descriptors: a block that is written whenever it is full, and a failure that sticks until the
+// close, which is where disk-full errors of small files show. A file that could not be written whole is emptied and
+// removed, so that no later tool takes a part for the whole; devices and pipes are only closed.
+#include "util/output_file.h"
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstdlib>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "util/memory.h"
+
+namespace cubenet {
+namespace {
+
+struct FileIdentity {
+  dev_t device;
+  ino_t number;
+};
+
+std::array<FileIdentity, 4> protected_files; // the first `protected_count` count
+std::size_t protected_count = 0;
+OutputFile *open_files = nullptr;
+
+bool is_protected(const struct stat &status) {
+  for (std::size_t i = 0; i < protected_count; i++)
+    if (protected_files[i].device == status.st_dev && protected_files[i].number == status.st_ino) return true;
+  return false;
+}
+
+bool write_all(int descriptor, const char *text, std::size_t length) {
+  while (length > 0) {
+    const ssize_t written = write(descriptor, text, length);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    text += written;
+    length -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+void unlist(const OutputFile &file) {
+  for (OutputFile **link = &open_files; *link != nullptr; link = &(*link)->next)
+    if (*link == &file) {
+      *link = file.next;
+      return;
+    }
+}
+
+// Truncating first takes the part away from every name of the file; the name that was opened may be a link.
+void remove_part(const OutputFile &file) {
+  struct stat status;
+  if (fstat(file.descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return;
+  [[maybe_unused]] const int emptied = ftruncate(file.descriptor, 0); // unlinked whether it succeeds or not
+  unlink(file.path.c_str());
+}
+
+void release(OutputFile &file) {
+  unlist(file);
+  std::free(file.block);
+  file.block = nullptr;
+  file.used = file.capacity = 0;
+  file.descriptor = -1;
+}
+
+} // namespace
+
+OutputFile::~OutputFile() {
+  if (descriptor >= 0) {
+    flush_output(*this);
+    close(descriptor);
+  }
+  release(*this);
+}
+
+void protect_from_output(int descriptor) {
+  struct stat status;
+  if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) || protected_count == protected_files.size()) return;
+  protected_files[protected_count++] = {status.st_dev, status.st_ino};
+}
+
+void forget_protected_files() { protected_count = 0; }
+
+bool open_output(OutputFile &file, const std::string &path) {
+  // Emptied only once it is known to be no file that is still needed.
+  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  if (descriptor < 0) return false;
+  struct stat status;
+  if (fstat(descriptor, &status) != 0 || is_protected(status) ||
+      (S_ISREG(status.st_mode) && status.st_size > 0 && ftruncate(descriptor, 0) != 0)) {
+    close(descriptor);
+    return false;
+  }
+  file.path = path;
+  file.descriptor = descriptor;
+  file.failed = false;
+  file.used = 0;
+  file.next = open_files;
+  open_files = &file;
+  return true;
+}
+
+bool close_output(OutputFile &file) {
+  if (file.descriptor < 0) return false;
+  flush_output(file);
+  bool whole = !file.failed;
+  if (!whole) remove_part(file);
+  if (close(file.descriptor) != 0 && whole) {
+    whole = false;
+    unlink(file.path.c_str());
+  }
+  release(file);
+  return whole;
+}
+
+void flush_output(OutputFile &file) {
+  if (!file.failed && file.used > 0) file.failed = !write_all(file.descriptor, file.block, file.used);
+  file.used = 0;
+}
+
+void discard_open_outputs() {
+  while (open_files != nullptr) {
+    OutputFile &file = *open_files;
+    file.failed = true;
+    static_cast<void>(close_output(file));
+  }
+}
+
+char *grow_output(OutputFile &file, std::size_t bytes) {
+  flush_output(file);
+  if (bytes > file.capacity) {
+    const std::size_t wanted = bytes > OutputFile::kBlock ? bytes : OutputFile::kBlock;
+    std::free(file.block);
+    file.block = nullptr;
+    file.capacity = 0;
+    file.block = static_cast<char *>(allocate(wanted));
+    file.capacity = wanted;
+  }
+  return file.block;
+}
+
+void put_number(OutputFile &file, std::uint64_t value) {
+  constexpr std::size_t kDigits = 20; // of the largest value
+  char *at = reserve(file, kDigits);
+  commit(file, std::to_chars(at, at + kDigits, value).ptr);
+}
+
+} // namespace cubenet
