@@ -1,0 +1,128 @@
+// Takes a checked design and the connections of its terms, gives the netlist: signal by signal, pins first, the nets
+// in statement order and the symbols in print order, then the nets' sources and destinations as the symbols have them.
+#include "netlist/build_netlist.h"
+
+#include <numeric>
+
+#include "netlist/netlist_builder.h"
+
+namespace cubenet {
+
+BySignal group_by_signal(const std::vector<SignalIndex> &signals, SignalIndex count) {
+  BySignal groups;
+  groups.starts.assign(static_cast<std::size_t>(count) + 1, 0);
+  for (const SignalIndex signal : signals) groups.starts[static_cast<std::size_t>(signal) + 1]++;
+  std::partial_sum(groups.starts.begin(), groups.starts.end(), groups.starts.begin());
+  groups.entries.resize(signals.size());
+  std::vector<std::uint32_t> next(groups.starts.begin(), groups.starts.end() - 1);
+  for (std::uint32_t entry = 0; entry < signals.size(); entry++)
+    groups.entries[next[static_cast<std::size_t>(signals[entry])]++] = entry;
+  return groups;
+}
+
+NetIndex add_net(Netlist &netlist, Name name, NetKind kind) {
+  const auto net = static_cast<NetIndex>(netlist.nets.size());
+  netlist.nets.push_back({.name = name, .kind = kind});
+  return net;
+}
+
+NetIndex rail(Netlist &netlist, bool high) {
+  NetIndex &net = high ? netlist.vcc : netlist.gnd;
+  if (net == kNone) net = add_net(netlist, {high ? "VCC" : "GND", ""}, NetKind::RAIL);
+  return net;
+}
+
+Symbol &open_symbol(Netlist &netlist, Primitive primitive, Name instance) {
+  Symbol symbol;
+  symbol.primitive = primitive;
+  symbol.instance = instance;
+  symbol.first_pin = static_cast<std::uint32_t>(netlist.pins.size());
+  netlist.symbols.push_back(symbol);
+  return netlist.symbols.back();
+}
+
+void close_symbol(Netlist &netlist) {
+  Symbol &symbol = netlist.symbols.back();
+  symbol.pin_count = static_cast<std::uint32_t>(netlist.pins.size()) - symbol.first_pin;
+}
+
+namespace {
+
+template <typename Visit> void for_each_pin(const Netlist &netlist, Visit visit) {
+  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
+    const Symbol &symbol = netlist.symbols[s];
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) visit(s, p);
+  }
+}
+
+// What is read, or drives a pin, but has no source (a tristate pin without data, a macro input on a net that nobody
+// drives) is tied to 0, so that every net has a source.
+void tie_undriven_nets(Netlist &netlist) {
+  constexpr std::uint8_t kDriven = 1, kNeeded = 2;
+  std::vector<std::uint8_t> state(netlist.nets.size(), 0);
+  for (NetIndex n = 0; n < netlist.nets.size(); n++) {
+    const Net &net = netlist.nets[n];
+    if (net.kind == NetKind::EXTERNAL_INPUT || net.kind == NetKind::RAIL || net.source_output != kNone)
+      state[n] = kDriven;
+    else if (net.kind == NetKind::EXTERNAL_OUTPUT)
+      state[n] = kNeeded;
+  }
+  for_each_pin(netlist, [&](SymbolIndex, std::uint32_t p) {
+    const Pin &pin = netlist.pins[p];
+    state[pin.net] |= pin_direction(pin.kind) == Direction::OUT ? kDriven : kNeeded;
+  });
+  for (NetIndex n = 0; n < state.size(); n++) {
+    if (state[n] != kNeeded) continue;
+    open_symbol(netlist, Primitive::BUF, netlist.nets[n].name);
+    netlist.pins.push_back({PinKind::A, 0, rail(netlist, false)});
+    netlist.pins.push_back({PinKind::Z0, 0, n});
+    close_symbol(netlist);
+  }
+}
+
+// Every net gets its one source; every input pin becomes a destination of its net, in print order.
+void derive_nets(Netlist &netlist) {
+  std::vector<std::uint32_t> &starts = netlist.destination_starts;
+  starts.assign(netlist.nets.size() + 1, 0);
+  for_each_pin(netlist, [&](SymbolIndex s, std::uint32_t p) {
+    const Pin &pin = netlist.pins[p];
+    if (pin_direction(pin.kind) != Direction::OUT) {
+      starts[pin.net + 1]++;
+    } else {
+      netlist.nets[pin.net].source_symbol = s;
+      netlist.nets[pin.net].source_pin = p;
+    }
+  });
+  std::partial_sum(starts.begin(), starts.end(), starts.begin());
+  netlist.destinations.resize(starts.back());
+  std::vector<std::uint32_t> next(starts.begin(), starts.end() - 1);
+  for_each_pin(netlist, [&](SymbolIndex s, std::uint32_t p) {
+    const Pin &pin = netlist.pins[p];
+    if (pin_direction(pin.kind) != Direction::OUT) netlist.destinations[next[pin.net]++] = {s, p};
+  });
+}
+
+} // namespace
+
+Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connections &connections, bool expand) {
+  NetlistBuilder builder{design, cubes, connections, expand};
+  Netlist &netlist = builder.netlist;
+  netlist.outputs.resize(design.OLB.size());
+  netlist.column_nets.assign(design.ILB.size(), kNone);
+  builder.columns = group_by_signal(design.ilb_signals, signal_count(design));
+  builder.outputs = group_by_signal(design.olb_signals, signal_count(design));
+  collect_macro_pins(builder);
+  for (SignalIndex signal = 0; signal < signal_count(design); signal++)
+    if (!signal_name(design, signal).empty()) map_signal(builder, signal);
+  connect_xor_gates(builder);
+  add_macros(builder);
+  netlist.first_block = static_cast<SymbolIndex>(netlist.symbols.size());
+  add_output_blocks(builder);
+  netlist.first_signal_symbol = static_cast<SymbolIndex>(netlist.symbols.size());
+  netlist.symbols.insert(netlist.symbols.end(), builder.signal_symbols.begin(), builder.signal_symbols.end());
+  tie_undriven_nets(netlist);
+  derive_nets(netlist);
+  return std::move(netlist);
+}
+
+} // namespace cubenet

@@ -1,0 +1,16 @@
+// Maps a checked design onto primitives.
+#pragma once
+
+#include "model/cube_table.h"
+#include "model/design.h"
+#include "netlist/connections.h"
+#include "netlist/netlist.h"
+
+namespace cubenet {
+
+// Builds the netlist of the design with the names it has now. `expand`: the product terms become gates, which are left
+// to the gate planes; otherwise every output gets its PLA or ZDOT block. Time and memory are linear in the lists, the
+// used inputs of the blocks and the set bits of the table.
+Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connections &connections, bool expand);
+
+} // namespace cubenet

@@ -1,0 +1,86 @@
+// Takes the checked design and its terms, gives the per-output term lists and the recognised XOR functions. Gates are
+// left to the gate planes and the writers.
+#include "netlist/connections.h"
+
+#include <array>
+#include <optional>
+
+#include "frame/messages.h"
+#include "model/names.h"
+
+namespace cubenet {
+
+namespace {
+
+// One walk over the set output bits of the table: a counting sort whose counts the checker has already made.
+void list_terms(const CubeTable &cubes, const Design &design, Connections &connections) {
+  const std::size_t outputs = design.OLB.size();
+  connections.starts.assign(outputs + 1, 0);
+  for (std::size_t j = 0; j < outputs; j++) {
+    const bool listed = connections.forms[j] == OutputForm::LOGIC;
+    connections.starts[j + 1] = connections.starts[j] + (listed ? design.fan_out.cubes[j] : 0);
+  }
+  connections.terms.resize(connections.starts[outputs]);
+  std::vector<std::uint32_t> next(connections.starts.begin(), connections.starts.end() - 1);
+  for (std::size_t i = 0; i < cubes.NUM_CUBES; i++) {
+    for_each_output(cubes, cube(cubes, i), [&](std::size_t j) {
+      if (connections.forms[j] == OutputForm::LOGIC) connections.terms[next[j]++] = static_cast<std::uint32_t>(i);
+    });
+  }
+}
+
+struct TwoLiterals {
+  std::array<std::uint32_t, 2> inputs;
+  std::array<bool, 2> is_true;
+};
+
+std::optional<TwoLiterals> two_literals(const CubeTable &cubes, std::uint32_t term) {
+  const std::uint32_t *row = cube(cubes, term);
+  if (count_literals(cubes, row) != 2) return std::nullopt;
+  TwoLiterals found{};
+  std::size_t at = 0;
+  for_each_literal(cubes, row, [&](std::size_t input, bool is_true) {
+    found.inputs[at] = static_cast<std::uint32_t>(input);
+    found.is_true[at++] = is_true;
+  });
+  return found;
+}
+
+// Two terms of the same two literals, each with opposite polarity in the other: a·b' + a'·b or a·b + a'·b'.
+std::optional<XorGate> recognise_xor(const CubeTable &cubes, const Design &design, const Connections &connections,
+                                     std::size_t output) {
+  if (connections.forms[output] != OutputForm::LOGIC || term_count(connections, output) != 2) return std::nullopt;
+  const std::uint32_t *terms = connections.terms.data() + connections.starts[output];
+  const auto a = two_literals(cubes, terms[0]);
+  const auto b = two_literals(cubes, terms[1]);
+  if (!a || !b || a->inputs != b->inputs) return std::nullopt;
+  if (a->is_true[0] == b->is_true[0] || a->is_true[1] == b->is_true[1]) return std::nullopt;
+  const bool equal_polarity = a->is_true[0] == a->is_true[1];
+  return XorGate{a->inputs[0], a->inputs[1], equal_polarity != test_bit(design.output_inversion, output)};
+}
+
+} // namespace
+
+Connections map_build_connections(const CubeTable &cubes, const Design &design,
+                                  const std::vector<std::uint8_t> &xor_attrs) {
+  Connections connections;
+  for (const OutputStatus status : design.fan_out.status)
+    connections.forms.push_back(status == OUTPUT_LOGIC ? OutputForm::LOGIC : OutputForm::CONSTANT);
+  list_terms(cubes, design, connections);
+  connections.xor_index.assign(design.OLB.size(), kNoXor);
+  for (std::size_t j = 0; j < design.OLB.size(); j++) {
+    if (xor_attrs[j] == 0) continue;
+    if (const auto gate = recognise_xor(cubes, design, connections, j)) {
+      connections.forms[j] = OutputForm::XOR;
+      connections.xor_index[j] = static_cast<std::uint32_t>(connections.xor_gates.size());
+      connections.xor_gates.push_back(*gate);
+      continue;
+    }
+    const std::string name = display_name(design.OLB[j], design.OB_EXT[j]);
+    report_warning(31600, "Signal '%s' is not driven by simple two-input XOR gate; attribute 'LXOR2 %s' is ignored",
+                   name.c_str(), name.c_str());
+  }
+  return connections;
+}
+
+} // namespace cubenet

@@ -1,0 +1,43 @@
+// What the product terms connect: which terms make up each output, which outputs are two-input XOR functions, and, in
+// gate form, which gate each term becomes. Built once per writer run, in time linear in the set bits of the table.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "model/cube_table.h"
+#include "model/design.h"
+
+namespace cubenet {
+
+struct XorGate {
+  std::uint32_t first, second; // input-list entries, the lower-numbered one first
+  bool inverted;               // the output's value is the XNOR of the two (its own inversion included)
+};
+
+enum class OutputForm : std::uint8_t {
+  LOGIC,    // a sum of the terms in its list
+  XOR,      // taken by an LXOR2 gate
+  CONSTANT, // tied to a rail
+};
+
+constexpr std::uint32_t kNoXor = ~0U;
+
+struct Connections {
+  std::vector<OutputForm> forms;        // per output-list entry
+  std::vector<std::uint32_t> starts;    // per output-list entry, and one more: its part of `terms`
+  std::vector<std::uint32_t> terms;     // cube indices, ascending per output; LOGIC and XOR outputs only
+  std::vector<std::uint32_t> xor_index; // per output-list entry: into xor_gates; kNoXor for the rest
+  std::vector<XorGate> xor_gates;
+};
+
+inline std::uint32_t term_count(const Connections &connections, std::size_t output) {
+  return connections.starts[output + 1] - connections.starts[output];
+}
+
+// `xor_attrs`: per output-list entry, whether the LXOR2 attribute names it. An output that carries it and is no plain
+// two-input XOR is reported (31600) and stays a sum of products.
+Connections map_build_connections(const CubeTable &cubes, const Design &design,
+                                  const std::vector<std::uint8_t> &xor_attrs);
+
+} // namespace cubenet

@@ -1,0 +1,156 @@
+// The ddf netlist: one cell with its ports, a list of symbols without their pins, and a line per net. It prints the
+// netlist that the NXF file prints, with gaps and oddities that the tools which read this format rely on; each stands
+// in a place of its own below.
+#include <string_view>
+
+#include "frame/messages.h"
+#include "model/run_settings.h"
+#include "netlist/gate_planes.h"
+#include "netlist/map_design.h"
+#include "netlist/writers.h"
+
+namespace cubenet {
+
+namespace {
+
+// Wanted: this writer's file errors begin so.
+constexpr const char *kErrorLead = "1 ";
+
+struct DdfWriter {
+  OutputFile &file;
+  const Design &design;
+  const Netlist &netlist;
+};
+
+void write_port_list(const DdfWriter &writer, std::string_view label, Direction direction) {
+  bool any = false;
+  for (const ExternalPin &pin : writer.netlist.external_pins) {
+    if (pin.direction != direction) continue;
+    put_all(writer.file, any ? std::string_view(", ") : label, signal_name(writer.design, pin.pin));
+    any = true;
+    // Wanted: the list of bidirectional pins holds the first one alone.
+    if (direction == Direction::BIDI) break;
+  }
+  if (any) put(writer.file, ";\n");
+}
+
+void write_ports(const DdfWriter &writer) {
+  write_port_list(writer, "OUTPUTS: ", Direction::OUT);
+  write_port_list(writer, "INPUTS: ", Direction::IN);
+  write_port_list(writer, "INOUTS: ", Direction::BIDI);
+  put(writer.file, '\n');
+}
+
+bool is_registered(const DdfWriter &writer, SignalIndex signal) {
+  return (signal_flags(writer.design, signal).use_flags & F_FF) != 0;
+}
+
+bool stores_complement(const DdfWriter &writer, const Symbol &symbol) {
+  if (symbol.primitive < Primitive::FD11 || symbol.primitive > Primitive::FTI41) return false;
+  const Pin &data = writer.netlist.pins[symbol.first_pin];
+  return writer.netlist.nets[data.net].name.suffix == "_BD";
+}
+
+std::string_view symbol_kind(const DdfWriter &writer, const Symbol &symbol) {
+  if (symbol.primitive == Primitive::MACRO) return writer.design.macros[symbol.origin].name;
+  return primitive_name(symbol.primitive);
+}
+
+void write_symbol(const DdfWriter &writer, const Symbol &symbol) {
+  // Wanted: the inverter behind a register that stores the complement is left out, though nets name it.
+  if (symbol.primitive == Primitive::INV && symbol.instance.suffix == "_QB") return;
+  // Wanted: the bidirectional pad of a register is spelled as in the NXF file.
+  if (symbol.primitive == Primitive::XBIDI1 && is_registered(writer, static_cast<SignalIndex>(symbol.origin)))
+    return put_all(writer.file, "SYM XBIDI1 ", symbol.instance, ";\n");
+  put(writer.file, symbol_kind(writer, symbol));
+  if (has_width(symbol.primitive)) put_number(writer.file, symbol.pin_count - 1);
+  put_all(writer.file, ": ", symbol.instance);
+  // Wanted: XDL2 to XDL4 end without a mark or a line end; the next symbol follows on the same line.
+  if (symbol.primitive >= Primitive::XDL2 && symbol.primitive <= Primitive::XDL4) return;
+  // Wanted: a ZDOT line has no semicolon.
+  if (symbol.primitive == Primitive::ZDOT) return put(writer.file, '\n');
+  put(writer.file, symbol.protect ? " PROTECT;\n" : ";\n");
+  // Wanted: the one pin line of this format, spelled as in the NXF file.
+  if (stores_complement(writer, symbol)) put_all(writer.file, "\tPIN D0 IN ", symbol.instance.base, "_BD;\n");
+}
+
+// An LXOR2 that stands for an output is listed with the outputs, not with its signal.
+bool is_output_xor(const Symbol &symbol) { return symbol.primitive == Primitive::LXOR2 && symbol.origin != kNone; }
+
+// The outputs in list order: blocks and taken XOR gates. Wanted: no gates of expanded product terms.
+void write_output_symbols(const DdfWriter &writer) {
+  const Netlist &netlist = writer.netlist;
+  std::vector<SymbolIndex> xor_symbols(netlist.outputs.size(), kNone);
+  for (SymbolIndex s = netlist.first_signal_symbol; s < netlist.symbols.size(); s++)
+    if (is_output_xor(netlist.symbols[s])) xor_symbols[netlist.symbols[s].origin] = s;
+  SymbolIndex block = netlist.first_block;
+  for (std::uint32_t output = 0; output < netlist.outputs.size(); output++) {
+    if (xor_symbols[output] != kNone) write_symbol(writer, netlist.symbols[xor_symbols[output]]);
+    for (; block < netlist.first_signal_symbol && netlist.symbols[block].origin == output; block++)
+      write_symbol(writer, netlist.symbols[block]);
+  }
+}
+
+void write_symbols(const DdfWriter &writer) {
+  const Netlist &netlist = writer.netlist;
+  put(writer.file, "SYMBOLS:\n");
+  for (SymbolIndex s = 0; s < netlist.first_block; s++) write_symbol(writer, netlist.symbols[s]);
+  write_output_symbols(writer);
+  for (SymbolIndex s = netlist.first_signal_symbol; s < netlist.symbols.size(); s++)
+    if (!is_output_xor(netlist.symbols[s])) write_symbol(writer, netlist.symbols[s]);
+  put(writer.file, "ENDSYMBOLS;\n\n");
+}
+
+// net: .port, source, destinations; the port and the source where there are any.
+void write_net(const DdfWriter &writer, NetIndex index) {
+  const Net &net = writer.netlist.nets[index];
+  put(writer.file, net.name);
+  std::string_view separator = ": ";
+  const auto next_item = [&] {
+    put(writer.file, separator);
+    separator = ", ";
+  };
+  if (net.kind != NetKind::INTERNAL) {
+    next_item();
+    put_all(writer.file, '.', net.name.base);
+  }
+  if (net.kind != NetKind::EXTERNAL_INPUT) {
+    next_item();
+    put_source(writer.file, writer.design, writer.netlist, net);
+  }
+  for (std::uint32_t i = writer.netlist.destination_starts[index]; i < writer.netlist.destination_starts[index + 1];
+       i++) {
+    next_item();
+    const Destination &at = writer.netlist.destinations[i];
+    put_pin_reference(writer.file, writer.design, writer.netlist, at.symbol, at.pin);
+  }
+  put(writer.file, ";\n");
+}
+
+// Wanted: no lines for GND and VCC, nor for the nets inside expanded product terms.
+void write_nets(const DdfWriter &writer) {
+  put(writer.file, "NETS:\n");
+  for (const NetIndex net : writer.netlist.statements)
+    if (is_connected(writer.netlist, net)) write_net(writer, net);
+  put(writer.file, "ENDNETS;\n\n");
+}
+
+} // namespace
+
+int write_ddf(const CubeTable &cubes, const std::string &ddf_name, Design *design) {
+  if (design == nullptr) return 2;
+  const MappedDesign mapped = map_design(*design, cubes);
+  print_line(" ");
+  print_line("Writing output files(ddf)...");
+  OutputFile file;
+  if (!open_reported(file, ddf_name, kErrorLead)) return 2;
+  const DdfWriter writer{file, *design, mapped.netlist};
+  put_all(file, "CELL: ", design->header.design, ";\n\n");
+  write_ports(writer);
+  write_symbols(writer);
+  write_nets(writer);
+  put_all(file, "ENDCELL: ", design->header.design, ";\n");
+  return close_reported(file, kErrorLead) ? 0 : 2;
+}
+
+} // namespace cubenet

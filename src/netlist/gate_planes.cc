@@ -1,0 +1,471 @@
+// Takes the terms, their connections and the netlist around them, prints the nets and symbols of the planes. One pass
+// over the terms per question: which gate each becomes, where its literals are, and the two printings.
+#include "netlist/gate_planes.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "model/names.h"
+#include "model/run_settings.h"
+
+namespace cubenet {
+
+namespace {
+
+// The role of a term: 0 when it drives no output that is a sum of products; else its number of literals, or, when it is
+// bound to an output (the output's only term, driving nothing else: its AND gate is the output's gate), kBound with the
+// output's index.
+constexpr std::uint32_t kBound = 1U << 31;
+
+bool is_bound(std::uint32_t role) { return (role & kBound) != 0; }
+std::uint32_t bound_output(std::uint32_t role) { return role & ~kBound; }
+
+std::uint32_t literal_count(const GatePlanes &planes, std::uint32_t term) {
+  const std::uint32_t role = planes.roles[term];
+  return is_bound(role) ? static_cast<std::uint32_t>(count_literals(planes.cubes, cube(planes.cubes, term))) : role;
+}
+
+std::uint32_t find_role(const GatePlanes &planes, std::uint32_t term) {
+  const std::uint32_t *row = cube(planes.cubes, term);
+  std::uint32_t outputs = 0, logic = 0, last = 0;
+  for_each_output(planes.cubes, row, [&](std::size_t j) {
+    outputs++;
+    if (planes.connections.forms[j] != OutputForm::LOGIC) return;
+    logic++;
+    last = static_cast<std::uint32_t>(j);
+  });
+  if (logic == 0) return 0;
+  const auto literals = static_cast<std::uint32_t>(count_literals(planes.cubes, row));
+  const bool bound = literals >= 2 && outputs == 1 && term_count(planes.connections, last) == 1;
+  return bound ? kBound | last : literals;
+}
+
+void find_roles(GatePlanes &planes) {
+  planes.roles.resize(planes.cubes.NUM_CUBES);
+  for (std::uint32_t i = 0; i < planes.roles.size(); i++) planes.roles[i] = find_role(planes, i);
+}
+
+void list_literals(GatePlanes &planes) {
+  const CubeTable &cubes = planes.cubes;
+  LiteralLists &lists = planes.literals;
+  lists.starts.assign(2 * cubes.inputs + 1, 0);
+  const auto for_each_used = [&](auto visit) {
+    for (std::uint32_t i = 0; i < planes.roles.size(); i++) {
+      if (planes.roles[i] == 0) continue;
+      std::uint32_t place = 0;
+      for_each_literal(cubes, cube(cubes, i),
+                       [&](std::size_t input, bool is_true) { visit(2 * input + (is_true ? 0 : 1), i, place++); });
+    }
+  };
+  std::uint32_t last_place = 0;
+  for_each_used([&](std::size_t list, std::uint32_t, std::uint32_t place) {
+    lists.starts[list + 1]++;
+    last_place = std::max(last_place, place);
+  });
+  for (std::size_t list = 1; list < lists.starts.size(); list++) lists.starts[list] += lists.starts[list - 1];
+  lists.place_bits = std::bit_width(last_place);
+  const bool is_wide = std::bit_width(planes.roles.size()) + lists.place_bits > 32;
+  if (is_wide)
+    lists.wide.resize(lists.starts.back());
+  else
+    lists.narrow.resize(lists.starts.back());
+  std::vector<std::size_t> next(lists.starts.begin(), lists.starts.end() - 1);
+  for_each_used([&](std::size_t list, std::uint32_t term, std::uint32_t place) {
+    const std::uint64_t entry = std::uint64_t{term} << lists.place_bits | place;
+    if (is_wide)
+      lists.wide[next[list]++] = entry;
+    else
+      lists.narrow[next[list]++] = static_cast<std::uint32_t>(entry);
+  });
+}
+
+void link_columns(GatePlanes &planes) {
+  const Netlist &netlist = planes.netlist;
+  planes.first_columns.assign(netlist.nets.size(), kNone);
+  planes.next_columns.assign(netlist.column_nets.size(), kNone);
+  planes.column_texts.resize(netlist.column_nets.size());
+  for (std::size_t k = netlist.column_nets.size(); k-- > 0;) {
+    const NetIndex net = netlist.column_nets[k];
+    if (net == kNone) continue;
+    planes.column_texts[k] = name_text(netlist.nets[net].name);
+    planes.next_columns[k] = planes.first_columns[net];
+    planes.first_columns[net] = static_cast<std::uint32_t>(k);
+  }
+}
+
+std::size_t list_size(const GatePlanes &planes, std::size_t list) {
+  return planes.literals.starts[list + 1] - planes.literals.starts[list];
+}
+
+void put_generated(OutputFile &file, const std::string &prefix, std::uint32_t index) {
+  put_all(file, prefix, Decimal{index});
+}
+
+void put_tree_name(OutputFile &file, const std::string &prefix, std::uint32_t index, std::uint32_t level,
+                   std::uint32_t number) {
+  put_all(file, prefix, Decimal{index}, '_', Decimal{level}, '_', Decimal{number});
+}
+
+void put_and_name(OutputFile &file, const GatePlanes &planes, std::uint32_t term) {
+  const std::uint32_t role = planes.roles[term];
+  if (is_bound(role))
+    put(file, planes.netlist.outputs[bound_output(role)].instance);
+  else
+    put_generated(file, planes.prefixes.and_gates, term);
+}
+
+// " gate.pin" of input `place` among `count` inputs of a gate or of the first rank of its tree.
+void put_and_pin(OutputFile &file, const GatePlanes &planes, std::uint32_t term, std::uint32_t place) {
+  const std::uint32_t width = planes.and_width;
+  put(file, ' ');
+  if (literal_count(planes, term) <= width) {
+    put_and_name(file, planes, term);
+    put_all(file, ".A", Decimal{place});
+  } else {
+    put_tree_name(file, planes.prefixes.and_gates, term, 0, place / width);
+    put_all(file, ".A", Decimal{place % width});
+  }
+}
+
+void put_or_pin(OutputFile &file, const GatePlanes &planes, std::uint32_t output, std::uint32_t place) {
+  const std::uint32_t width = planes.or_width;
+  put(file, ' ');
+  if (term_count(planes.connections, output) <= width) {
+    put(file, planes.netlist.outputs[output].instance);
+    put_all(file, ".A", Decimal{place});
+  } else {
+    put_tree_name(file, planes.prefixes.or_gates, output, 0, place / width);
+    put_all(file, ".A", Decimal{place % width});
+  }
+}
+
+struct OrPin {
+  std::uint32_t output, place;
+};
+
+// The OR pins that a single-literal term reaches.
+void add_or_pins(const GatePlanes &planes, std::uint32_t term, std::vector<OrPin> &pins) {
+  const Connections &connections = planes.connections;
+  for_each_output(planes.cubes, cube(planes.cubes, term), [&](std::size_t j) {
+    if (connections.forms[j] != OutputForm::LOGIC) return;
+    const auto first = connections.terms.begin() + connections.starts[j];
+    const auto last = connections.terms.begin() + connections.starts[j + 1];
+    pins.push_back(
+        {static_cast<std::uint32_t>(j), static_cast<std::uint32_t>(std::lower_bound(first, last, term) - first)});
+  });
+}
+
+void put_or_pins(OutputFile &file, const GatePlanes &planes, std::vector<OrPin> &pins) {
+  std::sort(pins.begin(), pins.end(), [](const OrPin &a, const OrPin &b) {
+    return a.output != b.output ? a.output < b.output : a.place < b.place;
+  });
+  for (const OrPin &pin : pins) put_or_pin(file, planes, pin.output, pin.place);
+}
+
+struct LiteralAt {
+  std::uint32_t term, place;
+};
+
+template <typename Visit> void for_each_listed(const GatePlanes &planes, std::size_t list, Visit visit) {
+  const LiteralLists &lists = planes.literals;
+  const std::uint64_t place_mask = (std::uint64_t{1} << lists.place_bits) - 1;
+  for (std::size_t i = lists.starts[list]; i < lists.starts[list + 1]; i++) {
+    const std::uint64_t entry = lists.wide.empty() ? lists.narrow[i] : lists.wide[i];
+    visit(LiteralAt{static_cast<std::uint32_t>(entry >> lists.place_bits),
+                    static_cast<std::uint32_t>(entry & place_mask)});
+  }
+}
+
+void put_literal(OutputFile &file, const GatePlanes &planes, const LiteralAt &at, std::vector<OrPin> &or_pins) {
+  if (planes.roles[at.term] == 1)
+    add_or_pins(planes, at.term, or_pins);
+  else
+    put_and_pin(file, planes, at.term, at.place);
+}
+
+void put_list(OutputFile &file, const GatePlanes &planes, std::size_t list) {
+  std::vector<OrPin> or_pins;
+  for_each_listed(planes, list, [&](const LiteralAt &at) { put_literal(file, planes, at, or_pins); });
+  put_or_pins(file, planes, or_pins);
+}
+
+// Several columns on one net: their literals are merged back into the order of the terms.
+void put_merged_lists(OutputFile &file, const GatePlanes &planes, std::uint32_t first_column) {
+  std::vector<LiteralAt> all;
+  for (std::uint32_t k = first_column; k != kNone; k = planes.next_columns[k])
+    for_each_listed(planes, std::size_t{2} * k, [&](const LiteralAt &at) { all.push_back(at); });
+  std::sort(all.begin(), all.end(), [](const LiteralAt &a, const LiteralAt &b) {
+    return a.term != b.term ? a.term < b.term : a.place < b.place;
+  });
+  std::vector<OrPin> or_pins;
+  for (const LiteralAt &at : all) put_literal(file, planes, at, or_pins);
+  put_or_pins(file, planes, or_pins);
+}
+
+// A gate, or the tree of gates that stands for it.
+struct Tree {
+  bool is_or;
+  bool invert; // the final gate drives ZN0
+  bool protect;
+  std::uint32_t width;
+  const std::string &prefix;
+  std::uint32_t index; // term or output
+  Name final_name;     // instance
+  Name final_net;
+};
+
+std::uint32_t rank_size(std::uint32_t inputs, std::uint32_t width) { return inputs / width + (inputs % width != 0); }
+
+// Nets from the gates of rank level-1, n of them, into the rank above them, and on to the final gate.
+void map_emit_tree_nets(OutputFile &file, const Tree &tree, std::uint32_t n, std::uint32_t level) {
+  for (std::uint32_t g = 0; g < n; g++) {
+    put(file, "NET ");
+    put_tree_name(file, tree.prefix, tree.index, level - 1, g);
+    put(file, " SRC ");
+    put_tree_name(file, tree.prefix, tree.index, level - 1, g);
+    put(file, ".Z0 DST ");
+    if (n > tree.width)
+      put_tree_name(file, tree.prefix, tree.index, level, g / tree.width);
+    else
+      put(file, tree.final_name);
+    put_all(file, ".A", Decimal{n > tree.width ? g % tree.width : g}, ";\n\n");
+  }
+  if (n > tree.width) map_emit_tree_nets(file, tree, rank_size(n, tree.width), level + 1);
+}
+
+// The width is part of the name of a gate of two inputs and more.
+void put_gate_kind(OutputFile &file, std::string_view kind, std::uint32_t inputs) {
+  put_all(file, "SYM ", kind);
+  if (inputs > 1) put_number(file, inputs);
+  put(file, ' ');
+}
+
+// The rest of the symbol's first line, and the input pins; put_input(j) prints the net of input number j.
+template <typename PutInput>
+void put_gate_inputs(OutputFile &file, bool protect, std::uint32_t inputs, PutInput put_input) {
+  put(file, protect ? " PROTECT;\n" : ";\n");
+  for (std::uint32_t j = 0; j < inputs; j++) {
+    put_all(file, "\tPIN A", Decimal{j}, " IN ");
+    put_input(j);
+    put(file, ";\n");
+  }
+}
+
+// Gate `number` of a rank inside the tree; put_input(j) prints the net of signal number j below the rank.
+template <typename PutInput>
+void put_inner_gate(OutputFile &file, const Tree &tree, std::uint32_t level, std::uint32_t number, std::uint32_t inputs,
+                    PutInput put_input) {
+  put_gate_kind(file, inputs == 1 ? "BUF" : tree.is_or ? "OR" : "AND", inputs);
+  put_tree_name(file, tree.prefix, tree.index, level, number);
+  put_gate_inputs(file, tree.protect, inputs, [&](std::uint32_t j) { put_input(number * tree.width + j); });
+  put(file, "\tPIN Z0 OUT ");
+  put_tree_name(file, tree.prefix, tree.index, level, number);
+  put(file, ";\nEND;\n\n");
+}
+
+template <typename PutInput>
+void put_final_gate(OutputFile &file, const Tree &tree, std::uint32_t inputs, PutInput put_input) {
+  const std::string_view kind = inputs == 1  ? (tree.invert ? "INV" : "BUF")
+                                : tree.is_or ? (tree.invert ? "NOR" : "OR")
+                                             : (tree.invert ? "NAND" : "AND");
+  put_gate_kind(file, kind, inputs);
+  put(file, tree.final_name);
+  put_gate_inputs(file, tree.protect, inputs, put_input);
+  put(file, tree.invert ? "\tPIN ZN0 OUT " : "\tPIN Z0 OUT ");
+  put(file, tree.final_net);
+  put(file, ";\nEND;\n\n");
+}
+
+template <typename PutInput>
+void put_rank(OutputFile &file, const Tree &tree, std::uint32_t level, std::uint32_t inputs, PutInput put_input) {
+  for (std::uint32_t g = 0; g < rank_size(inputs, tree.width); g++)
+    put_inner_gate(file, tree, level, g, std::min(tree.width, inputs - g * tree.width), put_input);
+}
+
+// The ranks above the first, n signals coming from rank level-1, and the final gate.
+void map_emit_or_tree(OutputFile &file, const Tree &tree, std::uint32_t n, std::uint32_t level) {
+  const auto put_input = [&](std::uint32_t j) { put_tree_name(file, tree.prefix, tree.index, level - 1, j); };
+  if (n <= tree.width) return put_final_gate(file, tree, n, put_input);
+  put_rank(file, tree, level, n, put_input);
+  map_emit_or_tree(file, tree, rank_size(n, tree.width), level + 1);
+}
+
+template <typename PutInput>
+void put_tree(OutputFile &file, const Tree &tree, std::uint32_t inputs, PutInput put_input) {
+  if (inputs <= tree.width) return put_final_gate(file, tree, inputs, put_input);
+  put_rank(file, tree, 0, inputs, put_input);
+  map_emit_or_tree(file, tree, rank_size(inputs, tree.width), 1);
+}
+
+void put_tree_nets(OutputFile &file, const Tree &tree, std::uint32_t inputs) {
+  if (inputs > tree.width) map_emit_tree_nets(file, tree, rank_size(inputs, tree.width), 1);
+}
+
+// `text` holds the name of a gate that is not an output's.
+Tree and_tree(const GatePlanes &planes, std::uint32_t term, std::string &text) {
+  const std::uint32_t role = planes.roles[term];
+  Tree tree{false, false, false, planes.and_width, planes.prefixes.and_gates, term, {}, {}};
+  if (is_bound(role)) {
+    const OutputGate &gate = planes.netlist.outputs[bound_output(role)];
+    tree.invert = gate.active_low;
+    tree.protect = gate.protect;
+    tree.final_name = gate.instance;
+    tree.final_net = planes.netlist.nets[gate.net].name;
+  } else {
+    text.assign(planes.prefixes.and_gates).append(std::to_string(term));
+    tree.final_name = tree.final_net = {text, ""};
+  }
+  return tree;
+}
+
+Tree or_tree(const GatePlanes &planes, std::uint32_t output) {
+  const OutputGate &gate = planes.netlist.outputs[output];
+  return {true,
+          gate.active_low,
+          gate.protect,
+          planes.or_width,
+          planes.prefixes.or_gates,
+          output,
+          gate.instance,
+          planes.netlist.nets[gate.net].name};
+}
+
+bool has_or_gate(const GatePlanes &planes, std::uint32_t output) {
+  const Connections &connections = planes.connections;
+  if (connections.forms[output] != OutputForm::LOGIC) return false;
+  return term_count(connections, output) > 1 || !is_bound(planes.roles[connections.terms[connections.starts[output]]]);
+}
+
+void put_literal_net(OutputFile &file, const GatePlanes &planes, std::size_t input, bool is_true) {
+  if (is_true)
+    put(file, planes.column_texts[input]);
+  else
+    put_generated(file, planes.prefixes.inverters, static_cast<std::uint32_t>(input));
+}
+
+// A term of one literal is that literal's net.
+void put_term_net(OutputFile &file, const GatePlanes &planes, std::uint32_t term) {
+  if (planes.roles[term] != 1) return put_generated(file, planes.prefixes.and_gates, term);
+  for_each_literal(planes.cubes, cube(planes.cubes, term),
+                   [&](std::size_t input, bool is_true) { put_literal_net(file, planes, input, is_true); });
+}
+
+void write_and_nets(OutputFile &file, const GatePlanes &planes) {
+  std::vector<std::uint32_t> seen(planes.connections.forms.size(), 0); // terms so far, per output
+  std::string text;
+  for (std::uint32_t i = 0; i < planes.roles.size(); i++) {
+    const std::uint32_t role = planes.roles[i];
+    if (role == 0) continue;
+    if (role != 1) put_tree_nets(file, and_tree(planes, i, text), literal_count(planes, i));
+    if (is_bound(role)) continue;
+    if (role != 1) put_all(file, "NET ", text, " SRC ", text, ".Z0 DST");
+    for_each_output(planes.cubes, cube(planes.cubes, i), [&](std::size_t j) {
+      if (planes.connections.forms[j] != OutputForm::LOGIC) return;
+      const std::uint32_t place = seen[j]++;
+      if (role != 1) put_or_pin(file, planes, static_cast<std::uint32_t>(j), place);
+    });
+    if (role != 1) put(file, ";\n\n");
+  }
+}
+
+void write_and_symbols(OutputFile &file, const GatePlanes &planes) {
+  std::vector<std::pair<std::uint32_t, bool>> inputs;
+  std::string text;
+  for (std::uint32_t i = 0; i < planes.roles.size(); i++) {
+    if (planes.roles[i] <= 1) continue;
+    inputs.clear();
+    for_each_literal(planes.cubes, cube(planes.cubes, i), [&](std::size_t input, bool is_true) {
+      inputs.emplace_back(static_cast<std::uint32_t>(input), is_true);
+    });
+    put_tree(file, and_tree(planes, i, text), static_cast<std::uint32_t>(inputs.size()),
+             [&](std::uint32_t j) { put_literal_net(file, planes, inputs[j].first, inputs[j].second); });
+  }
+}
+
+} // namespace
+
+PlanePrefixes map_choose_prefixes(const Design &design) {
+  PlanePrefixes prefixes;
+  const auto take = [](std::string &prefix, std::string_view name, std::string_view taken, const char *other) {
+    if (equal_ignoring_case(name.substr(0, taken.size()), taken)) prefix = other;
+  };
+  for (SignalIndex signal = 0; signal < signal_count(design); signal++) {
+    const std::string_view name = signal_name(design, signal);
+    if (name.size() < 6) continue;
+    take(prefixes.or_gates, name, "_PLO_", "_PLA_OR_");
+    take(prefixes.and_gates, name, "_PLN_", "_PLA_AND_");
+    take(prefixes.inverters, name, "_PLI_", "_PLA_INV_");
+  }
+  return prefixes;
+}
+
+GatePlanes make_gate_planes(const Design &design, const CubeTable &cubes, const Connections &connections,
+                            const Netlist &netlist) {
+  GatePlanes planes{cubes,
+                    connections,
+                    netlist,
+                    map_choose_prefixes(design),
+                    static_cast<std::uint32_t>(run_settings.and_width),
+                    static_cast<std::uint32_t>(run_settings.or_width)};
+  find_roles(planes);
+  list_literals(planes);
+  link_columns(planes);
+  return planes;
+}
+
+bool has_plane_destinations(const GatePlanes &planes, NetIndex net) {
+  for (std::uint32_t k = planes.first_columns[net]; k != kNone; k = planes.next_columns[k])
+    if (planes.literals.starts[std::size_t{2} * k] != planes.literals.starts[std::size_t{2} * k + 2]) return true;
+  return false;
+}
+
+void put_plane_destinations(OutputFile &file, const GatePlanes &planes, NetIndex net) {
+  const std::uint32_t first = planes.first_columns[net];
+  if (first == kNone) return;
+  if (planes.next_columns[first] == kNone)
+    put_list(file, planes, std::size_t{2} * first);
+  else
+    put_merged_lists(file, planes, first);
+  for (std::uint32_t k = first; k != kNone; k = planes.next_columns[k]) {
+    if (list_size(planes, std::size_t{2} * k + 1) == 0) continue;
+    put(file, ' ');
+    put_generated(file, planes.prefixes.inverters, k);
+    put(file, ".A0");
+  }
+}
+
+void write_plane_nets(OutputFile &file, const GatePlanes &planes) {
+  write_and_nets(file, planes);
+  for (std::uint32_t j = 0; j < planes.connections.forms.size(); j++)
+    if (has_or_gate(planes, j)) put_tree_nets(file, or_tree(planes, j), term_count(planes.connections, j));
+  for (std::uint32_t k = 0; k < planes.cubes.inputs; k++) {
+    if (list_size(planes, std::size_t{2} * k + 1) == 0) continue;
+    put(file, "NET ");
+    put_generated(file, planes.prefixes.inverters, k);
+    put(file, " SRC ");
+    put_generated(file, planes.prefixes.inverters, k);
+    put(file, ".ZN0 DST");
+    put_list(file, planes, std::size_t{2} * k + 1);
+    put(file, ";\n\n");
+  }
+}
+
+void write_plane_symbols(OutputFile &file, const GatePlanes &planes) {
+  write_and_symbols(file, planes);
+  for (std::uint32_t j = 0; j < planes.connections.forms.size(); j++) {
+    if (!has_or_gate(planes, j)) continue;
+    const std::uint32_t *terms = planes.connections.terms.data() + planes.connections.starts[j];
+    put_tree(file, or_tree(planes, j), term_count(planes.connections, j),
+             [&](std::uint32_t place) { put_term_net(file, planes, terms[place]); });
+  }
+  for (std::uint32_t k = 0; k < planes.cubes.inputs; k++) {
+    if (list_size(planes, std::size_t{2} * k + 1) == 0) continue;
+    put(file, "SYM INV ");
+    put_generated(file, planes.prefixes.inverters, k);
+    put_all(file, ";\n\tPIN A0 IN ", planes.column_texts[k], ";\n\tPIN ZN0 OUT ");
+    put_generated(file, planes.prefixes.inverters, k);
+    put(file, ";\nEND;\n\n");
+  }
+}
+
+} // namespace cubenet

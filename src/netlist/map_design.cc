@@ -1,0 +1,70 @@
+// The preparation that the netlist writers share, and the spelling of pins that both formats have in common.
+#include "netlist/map_design.h"
+
+#include "frame/messages.h"
+#include "model/run_settings.h"
+#include "netlist/build_netlist.h"
+#include "netlist/gate_planes.h"
+#include "netlist/rename.h"
+
+namespace cubenet {
+
+MappedDesign map_design(Design &design, const CubeTable &cubes) {
+  map_rename_signals(design, cubes);
+  std::vector<std::uint8_t> xor_attrs;
+  for (const SignalAttributes &attributes : design.olb_attributes)
+    xor_attrs.push_back(static_cast<std::uint8_t>(attributes.LXOR2 != 0));
+  MappedDesign mapped;
+  mapped.connections = map_build_connections(cubes, design, xor_attrs);
+  mapped.netlist = build_netlist(design, cubes, mapped.connections, run_settings.expand);
+  return mapped;
+}
+
+bool is_connected(const Netlist &netlist, NetIndex net) {
+  const Net &each = netlist.nets[net];
+  return each.kind != NetKind::INTERNAL || each.source_symbol != kNone || each.source_output != kNone ||
+         netlist.destination_starts[net] != netlist.destination_starts[net + 1];
+}
+
+void put_pin_name(OutputFile &file, const Design &design, const Netlist &netlist, SymbolIndex symbol,
+                  std::uint32_t pin) {
+  const Pin &each = netlist.pins[pin];
+  const Symbol &owner = netlist.symbols[symbol];
+  if (each.kind == PinKind::A)
+    put_all(file, 'A', Decimal{pin - owner.first_pin});
+  else if (each.kind == PinKind::PORT_IN)
+    put(file, design.macros[owner.origin].inputs[each.number]);
+  else if (each.kind == PinKind::PORT_OUT)
+    put(file, design.macros[owner.origin].outputs[each.number]);
+  else
+    put(file, kPinRows[static_cast<std::size_t>(each.kind)].name);
+}
+
+void put_pin_reference(OutputFile &file, const Design &design, const Netlist &netlist, SymbolIndex symbol,
+                       std::uint32_t pin) {
+  put(file, netlist.symbols[symbol].instance);
+  put(file, '.');
+  put_pin_name(file, design, netlist, symbol, pin);
+}
+
+void put_source(OutputFile &file, const Design &design, const Netlist &netlist, const Net &net) {
+  if (net.source_symbol != kNone) return put_pin_reference(file, design, netlist, net.source_symbol, net.source_pin);
+  const OutputGate &gate = netlist.outputs[net.source_output];
+  put(file, gate.instance);
+  put(file, gate.active_low ? ".ZN0" : ".Z0");
+}
+
+bool open_reported(OutputFile &file, const std::string &path, const char *lead) {
+  if (open_output(file, path)) return true;
+  report_error(31103, "%sUnable to open file '%s' for writing", lead, path.c_str());
+  return false;
+}
+
+bool close_reported(OutputFile &file, const char *lead) {
+  const std::string path = file.path;
+  if (close_output(file)) return true;
+  report_error(31103, "%sUnable to write file '%s'", lead, path.c_str());
+  return false;
+}
+
+} // namespace cubenet

@@ -1,0 +1,107 @@
+// The mapped design in memory. Symbols with their pins are the truth; the nets' sources and destinations are derived
+// from them, so that the two can't disagree. Both netlist files are ways of printing one Netlist.
+//
+// The product terms stay in the cube table: a PLA block holds its rows by reference, and in gate form the AND and OR
+// planes are printed straight from the terms (gate_planes.h); the outputs of the OR plane are sources of nets here.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/design.h"
+#include "netlist/primitives.h"
+
+namespace cubenet {
+
+using NetIndex = std::uint32_t;
+using SymbolIndex = std::uint32_t;
+constexpr std::uint32_t kNone = ~0U;
+
+// A name is printed as its two pieces in a row. The base belongs to the design, the suffix is fixed text, so neither
+// may be renamed while a Netlist stands.
+struct Name {
+  std::string_view base, suffix;
+};
+inline bool operator==(const Name &a, const Name &b) { return a.base == b.base && a.suffix == b.suffix; }
+inline std::string name_text(const Name &name) { return std::string(name.base).append(name.suffix); }
+
+struct Pin {
+  PinKind kind = PinKind::A;
+  // A: the input's number; an input of a PLA block: its column in the truth table (its number is its place among the
+  // block's pins); PORT_IN and PORT_OUT: the port's place in the macro.
+  std::uint32_t number = 0;
+  NetIndex net = kNone;
+};
+
+struct Symbol {
+  Primitive primitive = Primitive::BUF;
+  bool protect = false;
+  Name instance;
+  std::uint32_t first_pin = 0; // into Netlist::pins
+  std::uint32_t pin_count = 0;
+  // PLA and ZDOT, the INV behind them, and the LXOR2 or rail BUF that stands for an output: the output-list entry;
+  // XTRI1 and XBIDI1: the signal; MACRO: the macro; kNone for the rest.
+  std::uint32_t origin = kNone;
+};
+
+enum class NetKind : std::uint8_t {
+  INTERNAL,        // "NET n SRC ..."
+  EXTERNAL_INPUT,  // "NET n EXT DST ...": driven by the pin from outside
+  EXTERNAL_OUTPUT, // "NET n EXT SRC ...": drives the pin
+  RAIL,            // GND and VCC
+};
+
+struct Net {
+  Name name;
+  NetKind kind = NetKind::INTERNAL;
+  SymbolIndex source_symbol = kNone;   // kNone: external, a rail, or the gate of source_output
+  std::uint32_t source_pin = kNone;    // into Netlist::pins
+  std::uint32_t source_output = kNone; // gate form: the output-list entry whose gate drives the net
+};
+
+struct Destination {
+  SymbolIndex symbol;
+  std::uint32_t pin; // into Netlist::pins
+};
+
+struct ExternalPin {
+  SignalIndex pin;
+  Direction direction;
+  NetIndex net;
+};
+
+// How one output-list entry is realised.
+struct OutputGate {
+  Name instance;              // the gate, or the inverter behind an active-low block
+  Name block;                 // the block in front of that inverter
+  NetIndex net = kNone;       // what it drives
+  NetIndex block_net = kNone; // what the block drives; kNone: there is none
+  bool active_low = false;
+  bool protect = false;
+};
+
+struct Netlist {
+  std::vector<ExternalPin> external_pins; // in pin order
+  std::vector<Net> nets;
+  std::vector<NetIndex> statements;  // nets in the order of their statements; the rails are not among them
+  NetIndex gnd = kNone, vcc = kNone; // kNone: nothing reads the rail
+
+  // In print order: macros first, then the output blocks, then the signals' own symbols.
+  std::vector<Symbol> symbols;
+  SymbolIndex first_block = 0, first_signal_symbol = 0;
+  std::vector<Pin> pins;
+
+  std::vector<OutputGate> outputs;   // per output-list entry
+  std::vector<NetIndex> column_nets; // per input-list entry; kNone: no used term reads it
+
+  // Derived from the symbols: per net, in print order (starts has one more entry than there are nets).
+  std::vector<std::uint32_t> destination_starts;
+  std::vector<Destination> destinations;
+
+  std::deque<std::string> own_names; // names that neither the design nor fixed text holds
+};
+
+} // namespace cubenet
