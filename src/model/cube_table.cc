@@ -26,8 +26,8 @@ void set_cube_layout(CubeTable &table, std::size_t inputs, std::size_t outputs) 
 std::uint32_t *next_cube(CubeTable &table) {
   if (table.NUM_CUBES == table.capacity) {
     const std::size_t grown = table.capacity == 0 ? kFirstCapacity : table.capacity + table.capacity / 2 + 1;
-    table.rows = static_cast<std::uint32_t *>(
-        reallocate(table.rows, grown * table.words_per_row * sizeof(std::uint32_t)));
+    table.rows =
+        static_cast<std::uint32_t *>(reallocate(table.rows, grown * table.words_per_row * sizeof(std::uint32_t)));
     table.capacity = grown;
   }
   std::uint32_t *row = table.rows + table.NUM_CUBES * table.words_per_row;

@@ -42,7 +42,7 @@ struct XPin {
 struct SignalAttributes {
   int LXOR2 = 0, PRESERVE = 0, PROTECT = 0, ZDOT = 0;
   int SLOWCLK = 0, FASTCLK = 0, CLK0 = 0, CLK1 = 0, CLK2 = 0, ICLK0 = 0, ICLK1 = 0;
-  int A0 = 0, A1 = 0; // carried through, set by no statement
+  int A0 = 0, A1 = 0;                  // carried through, set by no statement
   std::string SCP, SAP, SNP, SLP, STP; // paths that start at this signal, by kind
   std::string ECP, EAP, ENP, ELP, ETP; // paths that end at this signal, by kind
   std::string GRP;
@@ -100,10 +100,10 @@ enum OutputStatus : std::int8_t {
 };
 
 struct FanOut {
-  std::vector<OutputStatus> status;     // per output-list entry
-  std::vector<std::uint32_t> cubes;     // per output-list entry: number of terms that drive it
-  std::vector<std::uint8_t> oe_feed;    // per output-list entry: 1 when it carries the output-enable feed mark
-  std::vector<std::uint8_t> fans_out;   // per input-list entry: 1 when a used term has a literal of it
+  std::vector<OutputStatus> status;   // per output-list entry
+  std::vector<std::uint32_t> cubes;   // per output-list entry: number of terms that drive it
+  std::vector<std::uint8_t> oe_feed;  // per output-list entry: 1 when it carries the output-enable feed mark
+  std::vector<std::uint8_t> fans_out; // per input-list entry: 1 when a used term has a literal of it
 };
 
 struct Design {
@@ -122,25 +122,25 @@ struct Design {
   int device_series = 0; // 0, 1, 5 or 8: "-p", else from header.part
 
   // Attribute block (reader, then judged by the checker).
-  std::vector<XPin> xpins;                        // per pin
-  std::vector<std::string> node_groups;           // per node: GRP
-  std::vector<SignalAttributes> ilb_attributes;   // per ILB entry
-  std::vector<SignalAttributes> olb_attributes;   // per OLB entry
-  BitSet pin_glb, pin_ioc;                        // per pin: REGTYPE
-  BitSet node_glb, node_ioc;                      // per node: REGTYPE
-  std::vector<Property> properties;               // num_property entries
-  std::array<std::string, 24> par;                // parameters, "KEYWORD value"; empty: not set
-  std::vector<Path> paths;                        // NUM_PATH entries
+  std::vector<XPin> xpins;                                      // per pin
+  std::vector<std::string> node_groups;                         // per node: GRP
+  std::vector<SignalAttributes> ilb_attributes;                 // per ILB entry
+  std::vector<SignalAttributes> olb_attributes;                 // per OLB entry
+  BitSet pin_glb, pin_ioc;                                      // per pin: REGTYPE
+  BitSet node_glb, node_ioc;                                    // per node: REGTYPE
+  std::vector<Property> properties;                             // num_property entries
+  std::array<std::string, 24> par;                              // parameters, "KEYWORD value"; empty: not set
+  std::vector<Path> paths;                                      // NUM_PATH entries
   std::vector<std::pair<std::string, std::string>> name_values; // statements of technology "Mirn"
 
   std::vector<Macro> macros;       // newest first
   std::vector<Instance> instances; // newest first
 
   // Checker.
-  std::vector<SignalFlags> pin_flags;    // per pin
-  std::vector<SignalFlags> node_flags;   // per node
-  std::vector<SignalIndex> ilb_signals;  // per ILB entry
-  std::vector<SignalIndex> olb_signals;  // per OLB entry
+  std::vector<SignalFlags> pin_flags;   // per pin
+  std::vector<SignalFlags> node_flags;  // per node
+  std::vector<SignalIndex> ilb_signals; // per ILB entry
+  std::vector<SignalIndex> olb_signals; // per OLB entry
   FanOut fan_out;
   bool reserve_pins = false; // a RESERVE_PIN or BI_Z statement stands: the .par file names the reserve-pin file
 };

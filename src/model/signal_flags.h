@@ -42,16 +42,16 @@ enum RoleFlag : std::uint32_t {
 
 // use_flags: how the signal is read, and where it was seen.
 enum UseFlag : std::uint32_t {
-  F_IN = 1U << 1,        // plain name on the input list
-  F_DIN = 1U << 2,       // .D on the input list
-  F_TIN = 1U << 3,       // .T on the input list
-  F_RIN = 1U << 4,       // .REG on the input list
-  F_IO = 1U << 8,        // a pin's output-list entry was accepted
-  F_NOD = 1U << 9,       // the record is a pin's (its absence means node, whatever the name suggests)
-  F_FF = 1U << 10,       // registered
-  F_ILB = 1U << 11,      // an input-list entry was accepted
-  F_OB = 1U << 12,       // an output-list entry was accepted
-  F_NODE_MIN = 1U << 18, // node read by a macro (an input connection of an INSTANCE statement)
+  F_IN = 1U << 1,         // plain name on the input list
+  F_DIN = 1U << 2,        // .D on the input list
+  F_TIN = 1U << 3,        // .T on the input list
+  F_RIN = 1U << 4,        // .REG on the input list
+  F_IO = 1U << 8,         // a pin's output-list entry was accepted
+  F_NOD = 1U << 9,        // the record is a pin's (its absence means node, whatever the name suggests)
+  F_FF = 1U << 10,        // registered
+  F_ILB = 1U << 11,       // an input-list entry was accepted
+  F_OB = 1U << 12,        // an output-list entry was accepted
+  F_NODE_MIN = 1U << 18,  // node read by a macro (an input connection of an INSTANCE statement)
   F_NODE_MOUT = 1U << 19, // node driven by a macro
   F_PIN_MIN = 1U << 20,   // pin read by a macro
   F_PIN_MOUT = 1U << 21,  // pin driven by a macro
