@@ -1,0 +1,165 @@
+#include "constraints/constraints.h"
+
+#include <gtest/gtest.h>
+
+#include "support/temp_dir.h"
+
+namespace cubenet {
+namespace {
+
+// A design of four pins (a, b, y, z), a node (n), inputs a, b, n.Q and outputs y, z, n.D, n.C; no attributes.
+Design make_design() {
+  Design design;
+  design.pin_names = {"a", "b", "y", "z"};
+  design.node_names = {"n"};
+  design.ILB = {"a", "b", "n"};
+  design.IB_EXT = {"", "", "Q"};
+  design.OLB = {"y", "z", "n", "n"};
+  design.OB_EXT = {"", "", "D", "C"};
+  design.xpins.resize(4);
+  design.node_groups.resize(1);
+  design.ilb_attributes.resize(3);
+  design.olb_attributes.resize(4);
+  design.pin_glb = design.pin_ioc = make_empty_set(4);
+  design.node_glb = design.node_ioc = make_empty_set(1);
+  return design;
+}
+
+std::string constraints_of(const Design &design) {
+  const TempDir directory;
+  EXPECT_EQ(write_constraints(directory.file("x.tvx"), design), 0);
+  return read_file(directory.file("x.tvx"));
+}
+
+TEST(Constraints, DesignWithoutAttributesGivesAnEmptyFile) { EXPECT_EQ(constraints_of(make_design()), ""); }
+
+TEST(Constraints, EverySectionStandsInItsPlaceWithItsSeparators) {
+  Design d = make_design();
+  d.header.option = {"SECURITY ON", "", "slewrate off", "", "PULL hold", "", "", "VOLTAGE INPUT VVCIO"};
+  d.par[5] = "MAX_GLB_IN 16", d.par[6] = "MAX_GLB_OUT 4", d.par[8] = "PARAM_FILE Net.par",
+  d.par[15] = "TIMING_ANALYZER ON";
+  d.ilb_attributes[0].ELP = d.ilb_attributes[2].ELP = "p1", d.ilb_attributes[1].ETP = "p2";
+  d.olb_attributes[0].ELP = "p1"; // outputs have no power mark
+  d.xpins[0] = {"", "", 34, 27, 30, 33, 23, 22};
+  d.xpins[1] = {"", "", 0, 28, 30, 32, 24, 22};
+  d.xpins[2] = {"", "", 34, 29, 31, 33, 23, 21};
+  d.xpins[3] = {"", "", 0, 54, 0, 32, 0, 21};
+  d.name_values = {{"SLEW", "SLOW=u,v;w"},    {"PULL", "DOWN=q"}, {"slew", "SLOW=no"},         {"SLEW", "SLOW"},
+                   {"SLEW", "FAST extra=x;"}, {"PULL", "HOLD=h"}, {"IO_TYPES", "t=LVTTL,PIN"}, {"LOC", "t=pin,9,-,-;"}};
+  d.properties = {{53, "z", "", "", -1, -1},
+                  {51, "a", "", "A1", -1, -1},
+                  {0, "b", "", "2", -1, -1},
+                  {53, "b", "", "", -1, -1},
+                  {51, "y", "", "14", -1, -1}};
+  d.ilb_attributes[1].PROTECT = d.olb_attributes[0].PROTECT = 1;
+  set_bit(d.pin_glb, 0), set_bit(d.pin_ioc, 1), set_bit(d.node_ioc, 0);
+  d.ilb_attributes[0].ECP = "p3", d.olb_attributes[1].ECP = "p3";
+  d.ilb_attributes[0].CLK0 = d.olb_attributes[3].CLK0 = d.ilb_attributes[1].ICLK1 = d.olb_attributes[0].SLOWCLK = 1;
+  d.ilb_attributes[1].CLK1 = d.ilb_attributes[1].CLK2 = d.ilb_attributes[1].ICLK0 = d.ilb_attributes[1].FASTCLK = 1;
+  d.ilb_attributes[2].PRESERVE = d.olb_attributes[1].PRESERVE = 1;
+  d.ilb_attributes[0].GRP = d.olb_attributes[0].GRP = "G1", d.ilb_attributes[1].GRP = "G2",
+  d.olb_attributes[1].GRP = "g1";
+  // n.C stands behind the last input extension and counts as plain; n.D is judged by the extension of input n.Q.
+  EXPECT_EQ(constraints_of(d), R"([GLOBAL CONSTRAINTS]
+SECURITY=ON;
+SLEWRATE=;
+PULL=hold;
+VOLTAGE=VVCIO;
+Tarvex_Max_GLB_Inputs=16;
+Tarvex_GLB_Outputs=4;
+Tarvex_PARAM_FILE=Net.par;
+Tarvex_Timing_Analysis=ON;
+
+[Power]
+Low = a, n;
+High = b;
+[OUTDELAY]
+On=a,b;
+Off=y;
+
+[SLEWRATE]
+SLOW=a,y,u,v;
+FAST=b,x;
+
+[PULLUP]
+UP=a;
+OFF=b;
+DOWN=z,q;
+HOLD=y,h;
+
+[OSM ByPass]
+Bypass=a,y;
+
+[IO TYPES]
+a=LVCMOS33,PIN,-,-;
+b=LVCMOS25,PIN,-,-;
+y=LVCMOS33_OD,PIN,-,-;
+z=LVCMOS25_OD,PIN,-,-;
+t=LVTTL,PIN
+
+[RESOURCE RESERVATIONS]
+Layer=off;
+Pin=z,bi_Z;
+Pin=b,bi_Z;
+
+[LOCATION ASSIGNMENTS]
+a=pin,A1,-,-;
+y=pin,14,-,-;
+t=pin,9,-,-;
+
+[symbol/MODULE attribute]
+a=OFF,GLB;
+b=ON,IOC;
+y=ON,-;
+n=OFF,IOC;
+
+[PTSABYPASS]
+BYPASS=a,z;
+
+[CLK]
+CLK0=n,a;
+CLK1=b;
+CLK2=b;
+IOCLK0=b;
+IOCLK1=b;
+FASTCLK=b;
+SLOWCLK=y;
+
+[PRESERVE]
+PRESERVE=n,z;
+
+[GROUP ASSIGNMENTS]
+G1=-,*,a,y;
+G2=-,*,b;
+g1=-,*,z;
+)");
+}
+
+TEST(Constraints, OddFormsAreKept) {
+  struct Row {
+    void (*change)(Design &design);
+    const char *text;
+  } rows[] = {
+      {[](Design &d) { d.header.option[2] = "SLOWSLEW MEDIUM", d.par[1] = "EFFORT 3"; },
+       "[GLOBAL CONSTRAINTS]\nSLEWRATE=Tarvex_EFFORT=3;\n\n"},
+      {[](Design &d) { d.header.option[2] = "SLOWSLEW on"; }, "[GLOBAL CONSTRAINTS]\nSLEWRATE=FAST;\n\n"},
+      {[](Design &d) { d.olb_attributes[0].ECP = "p"; }, "[4PTs Bypass]\nBYPASS=y;\n\n"},
+      {[](Design &d) { d.xpins[1].outdelay = 30; }, "[OUTDELAY]\nOn=b;\n"}, // no blank line without an Off list
+      {[](Design &d) { d.xpins[1].outdelay = 31; }, "[OUTDELAY]\nOff=b;\n\n"},
+      {[](Design &d) { d.ilb_attributes[1].ETP = "p"; }, "[Power]\nHigh = b;\n"},
+      {[](Design &d) { d.xpins[0].opendrain = 22, d.xpins[1].voltage = 33; }, ""},
+      {[](Design &d) { d.node_glb = d.node_ioc = make_full_set(1); }, "[symbol/MODULE attribute]\nn=OFF,GLB;\n\n"},
+  };
+  for (const Row &row : rows) {
+    Design design = make_design();
+    row.change(design);
+    EXPECT_EQ(constraints_of(design), row.text);
+  }
+}
+
+TEST(Constraints, FileThatCannotBeWrittenIsNoFailure) {
+  EXPECT_EQ(write_constraints(testing::TempDir() + "no/such/directory/x.tvx", make_design()), 0);
+}
+
+} // namespace
+} // namespace cubenet
