@@ -1,0 +1,34 @@
+// The command line: options into the run settings and the driver's own choices, and the names of all files of the run.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace cubenet {
+
+struct CommandLine {
+  bool usage_error = false;
+  bool version = false; // "-v": the title shows version and compile date
+  bool brief = false;   // "-b": the short title, and no rights notice
+  std::string design_name;
+  std::optional<std::string> input_name;    // "-i"
+  std::optional<std::string> nxf_extension; // "-fext"
+};
+
+// Sets the run settings as well. On a usage error both hold what was gathered before and after it.
+CommandLine parse_command_line(int argc, char **argv);
+
+struct FileNames {
+  std::string input;
+  std::string nxf;
+  std::string constraints;
+  std::string ddf;
+  std::string listing; // has its name, but nothing writes it
+  std::string parameters;
+  std::string response; // only named, in the parameter file
+};
+
+// All from the design name as typed: an extension in it stays.
+FileNames make_file_names(const CommandLine &command);
+
+} // namespace cubenet

@@ -1,0 +1,22 @@
+// The installation directory in the environment, for hosts that start further tools from it. A translation run needs
+// none of it.
+#pragma once
+
+#include <string>
+
+namespace cubenet {
+
+struct InstallationHost {
+  std::string (*program_path)(); // empty when it can't be told
+  void (*message_box)(const char *text, const char *caption);
+};
+
+// The running program's path as the system knows it, and boxes printed to the console.
+InstallationHost system_installation_host();
+
+// Puts the parent of the program's directory into QVSROOT. 1 when it did, 0 when QVSROOT and QVS_USE_QVSROOT are set
+// and stay, 2 when the program's path has no such parent. With QVS_DEBUG_ENV set it shows what it did in two message
+// boxes.
+int set_installation_directory(const InstallationHost &host);
+
+} // namespace cubenet

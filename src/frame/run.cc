@@ -1,0 +1,100 @@
+// The run: command line, log, banner, input, and the stages one after the other. The first stage that fails ends it;
+// what earlier stages have written stays.
+#include "frame/run.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+
+#include <sys/stat.h>
+
+#include "constraints/constraints.h"
+#include "drc/check_design.h"
+#include "frame/banner.h"
+#include "frame/command_line.h"
+#include "frame/messages.h"
+#include "model/cube_table.h"
+#include "model/design.h"
+#include "netlist/writers.h"
+#include "reader/reader.h"
+#include "util/memory.h"
+#include "util/output_file.h"
+
+namespace cubenet {
+namespace {
+
+constexpr int kSuccess = 0;
+constexpr int kFailure = 2;
+
+[[noreturn]] void end_without_memory(long bytes) {
+  set_out_of_memory_hook(nullptr); // reporting takes memory too, and may find none
+  discard_open_outputs();
+  report_system_error(31104, "Out of memory allocating %ld bytes\n", bytes);
+  stop_messages();
+  std::exit(kFailure);
+}
+
+// A directory can be opened, but not read.
+std::FILE *open_input(const std::string &name) {
+  std::FILE *const input = std::fopen(name.c_str(), "r");
+  if (input == nullptr) return nullptr;
+  struct stat status;
+  if (fstat(fileno(input), &status) == 0 && !S_ISDIR(status.st_mode)) return input;
+  std::fclose(input);
+  return nullptr;
+}
+
+bool translate(std::FILE *input, const FileNames &names) {
+  // The product terms and all that is declared about their signals.
+  CubeTable cubes;
+  const std::unique_ptr<Design> design = read_tt2(input, names.input, cubes);
+  if (design == nullptr) return false;
+
+  // From here on every signal has its flags, only used ones are left, and no rule is broken.
+  if (check_design(*design, cubes) != 0) return false;
+
+  // Renames the signals that collide with generated names.
+  if (write_ddf(cubes, names.ddf, design.get()) != 0) return false;
+
+  if (write_constraints(names.constraints, *design) != 0) return false;
+
+  // Starts from the names as the ddf writer left them.
+  return write_nxf(cubes, names.nxf, names.parameters, names.response, design.get()) == 0;
+}
+
+int run_design(const CommandLine &command) {
+  const FileNames names = make_file_names(command);
+  start_messages("cubenet");
+  print_banner(command.version, command.brief, command.design_name);
+
+  std::FILE *const input = open_input(names.input);
+  if (input == nullptr) {
+    report_system_error(31102, "Unable to open file '%s' for reading", names.input.c_str());
+    stop_messages();
+    return kFailure;
+  }
+  // No output may be written over the input, whatever the names say.
+  protect_from_output(fileno(input));
+  const bool translated = translate(input, names);
+  std::fclose(input);
+
+  print_line(" ");
+  print_line("%s", translated ? "PLA reading and translation completed successfully"
+                              : "PLA reading and translation completed with errors");
+  stop_messages();
+  return translated ? kSuccess : kFailure;
+}
+
+} // namespace
+
+int run_program(int argc, char **argv) {
+  const OutOfMemoryHook hook_before = set_out_of_memory_hook(end_without_memory);
+  const CommandLine command = parse_command_line(argc, argv);
+  if (command.usage_error) print_usage(command.version, command.brief);
+  const int status = command.usage_error ? kFailure : run_design(command);
+  forget_protected_files();
+  set_out_of_memory_hook(hook_before);
+  return status;
+}
+
+} // namespace cubenet
