@@ -1,0 +1,68 @@
+// The command line of cubekit: the table of sub-commands, help, version, and the exit statuses.
+#include "kit/command.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace cubekit {
+
+namespace {
+
+constexpr std::string_view kVersion = "cubekit 7.1.01";
+
+// clang-format off
+constexpr auto kCommands = std::to_array<Command>({
+    {"check",   "read DESIGN.nxf, .ddf and .tvx back and judge their form and consistency",  setup_check},
+});
+// clang-format on
+
+struct Registered {
+  CLI::App *app;
+  std::function<int()> action;
+};
+
+int print_help(const std::vector<Registered> &registered, const CLI::App &app, const std::string &topic) {
+  if (topic.empty()) {
+    std::cout << app.help();
+    return kYes;
+  }
+  for (const Registered &command : registered) {
+    if (command.app->get_name() != topic) continue;
+    std::cout << command.app->help("cubekit " + topic);
+    return kYes;
+  }
+  std::cerr << "cubekit: there is no command '" << topic << "'; 'cubekit --help' lists them\n";
+  return kMisuse;
+}
+
+} // namespace
+
+std::span<const Command> commands() { return kCommands; }
+
+int run_cubekit(int argc, const char *const *argv) {
+  CLI::App app{"Reads the netlists of cubenet back, proves them and shows them.", "cubekit"};
+  app.require_subcommand(1);
+  app.set_version_flag("--version", std::string(kVersion));
+  std::vector<Registered> registered;
+  for (const Command &command : kCommands) {
+    CLI::App *sub = app.add_subcommand(std::string(command.name), std::string(command.summary));
+    registered.push_back({sub, command.setup(*sub)});
+  }
+  std::string topic;
+  CLI::App *help = app.add_subcommand("help", "show the help of a command");
+  help->add_option("COMMAND", topic, "the command to tell about");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError &error) {
+    return app.exit(error, std::cout, std::cerr) == 0 ? kYes : kMisuse;
+  }
+  if (help->parsed()) return print_help(registered, app, topic);
+  for (const Registered &command : registered)
+    if (command.app->parsed()) return command.action();
+  return kMisuse;
+}
+
+} // namespace cubekit

@@ -1,0 +1,3 @@
+#include "kit/command.h"
+
+int main(int argc, char **argv) { return cubekit::run_cubekit(argc, argv); }
