@@ -173,6 +173,7 @@ void start_messages_truncating_without_table(const std::string &program) { start
 void stop_messages() {
   if (log_descriptor >= 0) {
     write_log();
+    unprotect_from_output(log_descriptor);
     close(log_descriptor);
     log_descriptor = -1;
   }

@@ -76,6 +76,7 @@ int run_design(const CommandLine &command) {
   // No output may be written over the input, whatever the names say.
   protect_from_output(fileno(input));
   const bool translated = translate(input, names);
+  unprotect_from_output(fileno(input));
   std::fclose(input);
 
   print_line(" ");
@@ -92,7 +93,6 @@ int run_program(int argc, char **argv) {
   const CommandLine command = parse_command_line(argc, argv);
   if (command.usage_error) print_usage(command.version, command.brief);
   const int status = command.usage_error ? kFailure : run_design(command);
-  forget_protected_files();
   set_out_of_memory_hook(hook_before);
   return status;
 }

@@ -26,10 +26,13 @@ std::array<FileIdentity, 4> protected_files; // the first `protected_count` coun
 std::size_t protected_count = 0;
 OutputFile *open_files = nullptr;
 
-bool is_protected(const struct stat &status) {
-  for (std::size_t i = 0; i < protected_count; i++)
-    if (protected_files[i].device == status.st_dev && protected_files[i].number == status.st_ino) return true;
-  return false;
+// The place of the file among the protected ones; their number when it is none of them.
+std::size_t find_protected(const struct stat &status) {
+  std::size_t i = 0;
+  while (i < protected_count &&
+         (protected_files[i].device != status.st_dev || protected_files[i].number != status.st_ino))
+    i++;
+  return i;
 }
 
 bool write_all(int descriptor, const char *text, std::size_t length) {
@@ -83,14 +86,19 @@ void protect_from_output(int descriptor) {
   protected_files[protected_count++] = {status.st_dev, status.st_ino};
 }
 
-void forget_protected_files() { protected_count = 0; }
+void unprotect_from_output(int descriptor) {
+  struct stat status;
+  if (fstat(descriptor, &status) != 0) return;
+  const std::size_t place = find_protected(status);
+  if (place < protected_count) protected_files[place] = protected_files[--protected_count];
+}
 
 bool open_output(OutputFile &file, const std::string &path) {
   // Emptied only once it is known to be no file that is still needed.
   const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
   if (descriptor < 0) return false;
   struct stat status;
-  if (fstat(descriptor, &status) != 0 || is_protected(status) ||
+  if (fstat(descriptor, &status) != 0 || find_protected(status) < protected_count ||
       (S_ISREG(status.st_mode) && status.st_size > 0 && ftruncate(descriptor, 0) != 0)) {
     close(descriptor);
     return false;

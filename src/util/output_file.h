@@ -27,10 +27,10 @@ struct OutputFile {
   ~OutputFile(); // closes without a word; a file that matters is closed with close_output
 };
 
-// The file behind `descriptor` is never opened for writing from now on, by whatever name: the run still needs what is
-// in it. Devices and pipes are not protected. At most 4 files; forget_protected_files starts again with none.
+// Until unprotected, the file behind `descriptor` is never opened for writing, by whatever name: the run still needs
+// what is in it. Devices and pipes are not protected. At most 4 files.
 void protect_from_output(int descriptor);
-void forget_protected_files();
+void unprotect_from_output(int descriptor);
 
 // Opens `path` for writing and truncates it. False when it can't be opened or is protected.
 [[nodiscard]] bool open_output(OutputFile &file, const std::string &path);
@@ -45,7 +45,8 @@ void discard_open_outputs();
 // Returns room for `bytes` characters; the caller fills it from the front and hands the end to commit().
 char *grow_output(OutputFile &file, std::size_t bytes);
 inline char *reserve(OutputFile &file, std::size_t bytes) {
-  return file.used + bytes <= file.capacity ? file.block + file.used : grow_output(file, bytes);
+  // Less, not less or equal: an empty piece as the first one gets a block too.
+  return file.used + bytes < file.capacity ? file.block + file.used : grow_output(file, bytes);
 }
 inline void commit(OutputFile &file, const char *end) { file.used = static_cast<std::size_t>(end - file.block); }
 
