@@ -1,0 +1,211 @@
+// Attributes of one signal: "keyword [=setting] signal[.extension] operands". Whatever is wrong drops the statement,
+// but its record is taken all the same, empty: the numbers of the others don't depend on it.
+#include <algorithm>
+#include <array>
+
+#include "frame/messages.h"
+#include "model/names.h"
+#include "reader/attribute_codes.h"
+#include "reader/property_keywords.h"
+#include "reader/tokens.h"
+
+namespace cubenet {
+
+namespace {
+
+constexpr std::array<std::string_view, 2> kOnOff{"ON", "OFF"};
+constexpr std::array<std::string_view, 3> kUpOffHold{"UP", "OFF", "HOLD"};
+constexpr std::array<std::string_view, 7> kClockTypes{"CLK0", "CLK1", "CLK2", "IOCLK0", "IOCLK1", "FASTCLK", "SLOWCLK"};
+
+// The place of the word in the list, compared without regard to case; the list's length when it is none of them.
+template <std::size_t N> std::size_t find_word(const std::array<std::string_view, N> &list, std::string_view word) {
+  const auto is_word = [&](std::string_view each) { return equal_ignoring_case(each, word); };
+  return static_cast<std::size_t>(std::find_if(list.begin(), list.end(), is_word) - list.begin());
+}
+
+// Finds the code of a setting in the keyword's list; the codes follow each other in the list's order.
+bool choose_setting(const PropertyStatement &statement, std::string_view value, int &code) {
+  const bool is_pull = statement.row.setting == SETTING_UP_OFF_HOLD;
+  const std::size_t place = is_pull ? find_word(kUpOffHold, value) : find_word(kOnOff, value);
+  if (place < (is_pull ? kUpOffHold.size() : kOnOff.size())) {
+    code = statement.row.setting_code + static_cast<int>(place);
+    return true;
+  }
+  if (is_pull)
+    report_warning(31533,
+                   "Attribute value '%s' is not recognized in attribute specification '%s', valid value is either 'UP' "
+                   ", 'OFF' or 'HOLD'; attribute specification '%s' is ignored",
+                   shown(value).c_str(), statement.text.c_str(), statement.text.c_str());
+  else
+    warn_of_no_on_off(statement, value);
+  return false;
+}
+
+// "=value" or "= value" before the signal.
+bool take_setting(const PropertyStatement &statement, std::string_view &text, int &code) {
+  code = statement.row.code;
+  if (statement.row.setting == SETTING_NONE || !text.starts_with('=')) return true;
+  Token token;
+  std::string_view value;
+  if (next_token(text, token)) value = token.text.substr(1);
+  if (value.empty() && next_token(text, token)) value = token.text;
+  return choose_setting(statement, value, code);
+}
+
+bool refuse_value(const PropertyStatement &statement, const std::string &value, const char *character) {
+  report_warning(
+      31537,
+      "Attribute value '%s' contains illegal character '%s', attribute value '%s' is invalid; attribute '%s' "
+      "is ignored",
+      value.c_str(), character, value.c_str(), statement.keyword.c_str());
+  return false;
+}
+
+// `noun` names the kinds of value that must not begin with a digit; nullptr for the others.
+bool check_value_word(const PropertyStatement &statement, const Token &token, const char *noun) {
+  const std::string value = shown(token.text);
+  if (token.text.size() >= kShownLimit) {
+    report_warning(31536, "Attribute value '%s' is too long; attribute '%s' is ignored", value.c_str(),
+                   statement.keyword.c_str());
+    return false;
+  }
+  if (token.illegal[0] != 0) return refuse_value(statement, value, token.illegal.data());
+  if (noun == nullptr || token.kind != TOKEN_DIGIT) return true;
+  report_warning(31537,
+                 "The first character of %s name '%s' is a digit, %s name '%s' is invalid; attribute '%s' is ignored",
+                 noun, value.c_str(), noun, value.c_str(), statement.keyword.c_str());
+  return false;
+}
+
+bool refuse_missing_value(const PropertyStatement &statement) {
+  const char *keyword = statement.keyword.c_str();
+  switch (statement.row.code) {
+  case CODE_GROUP:
+    report_warning(31546, "Group name is not specified in attribute '%s'; attribute '%s' is ignored", keyword, keyword);
+    break;
+  case CODE_REGTYPE:
+    report_warning(31549, "Register type, 'GLB | IOC', is not specified in attribute '%s'; attribute '%s' is ignored",
+                   keyword, keyword);
+    break;
+  default:
+    report_warning(31547, "Package pin number is not specified in attribute '%s'; attribute '%s' is ignored", keyword,
+                   keyword);
+  }
+  return false;
+}
+
+bool take_value(const PropertyStatement &statement, std::string_view text, Token &value) {
+  if (!next_token(text, value)) return refuse_missing_value(statement);
+  if (!check_value_word(statement, value, statement.row.code == CODE_GROUP ? "group" : nullptr)) return false;
+  warn_of_extra_words(statement, text);
+  return true;
+}
+
+bool take_clock(const PropertyStatement &statement, std::string_view text, std::string &value) {
+  Token type;
+  if (!next_token(text, type) || find_word(kClockTypes, type.text) == kClockTypes.size()) {
+    report_warning(31548,
+                   "Clock type, 'CLK0 | CLK1 | CLK2 | IOCLK0 | IOCLK1', is not specified in attribute '%s'; attribute "
+                   "'%s' is ignored",
+                   statement.keyword.c_str(), statement.keyword.c_str());
+    return false;
+  }
+  value = type.text;
+  warn_of_extra_words(statement, text);
+  return true;
+}
+
+bool take_paths(const PropertyStatement &statement, std::string_view text, std::string &value) {
+  for (Token name; next_token(text, name);) {
+    if (!check_value_word(statement, name, "path")) return false;
+    for (const char *character : {".", ":"})
+      if (name.text.find(*character) != std::string_view::npos)
+        return refuse_value(statement, std::string(name.text), character);
+    if (!value.empty()) value += ' ';
+    value += name.text;
+  }
+  if (value.empty())
+    report_warning(31538, "Path name is not specified in attribute '%s'; attribute '%s' is ignored",
+                   statement.keyword.c_str(), statement.keyword.c_str());
+  return !value.empty();
+}
+
+bool take_operands(const PropertyStatement &statement, std::string_view text, Token &single, std::string &value) {
+  switch (statement.row.operand) {
+  case OPERAND_CLOCK: return take_clock(statement, text, value);
+  case OPERAND_VALUE: return take_value(statement, text, single);
+  case OPERAND_PATHS: return take_paths(statement, text, value);
+  default: warn_of_extra_words(statement, text); return true;
+  }
+}
+
+// A single value is a name or a number: nothing that may follow a signal's name belongs into it.
+bool check_single_value(const PropertyStatement &statement, const Token &single) {
+  const std::string value(single.text);
+  if (single.dot != std::string_view::npos) return refuse_value(statement, value, ".");
+  if (single.sign != std::string_view::npos)
+    return refuse_value(statement, value, value.substr(single.sign, 1).c_str());
+  return true;
+}
+
+bool parse_signal_attribute(const PropertyStatement &statement, Property &property) {
+  std::string_view text = statement.rest;
+  if (text.empty()) return warn_of_missing_signal(statement), false;
+  if (!take_setting(statement, text, property.attr_name)) return false;
+  std::string_view signal;
+  if (!take_signal(statement, text, signal)) return false;
+  Token single;
+  if (!take_operands(statement, text, single, property.attribute_value)) return false;
+  if (!split_signal(statement, signal, property)) return false;
+  if (!check_single_value(statement, single)) return false;
+  if (!single.text.empty()) property.attribute_value = single.text;
+  return true;
+}
+
+} // namespace
+
+bool take_signal(const PropertyStatement &statement, std::string_view &text, std::string_view &word) {
+  Token token;
+  if (!next_token(text, token)) return warn_of_missing_signal(statement), false;
+  word = token.text;
+  const std::string signal = shown(word);
+  if (word.size() >= kShownLimit)
+    report_warning(31536, "Signal '%s' is too long; attribute '%s' is ignored", signal.c_str(),
+                   statement.keyword.c_str());
+  else if (token.illegal[0] != 0)
+    report_warning(31532,
+                   "Signal '%s' contains illegal character '%s', signal '%s' is invalid; attribute '%s' is ignored",
+                   signal.c_str(), token.illegal.data(), signal.c_str(), statement.keyword.c_str());
+  else
+    return true;
+  return false;
+}
+
+bool split_signal(const PropertyStatement &statement, std::string_view word, Property &property) {
+  const std::size_t sign = word.find_first_of("+-:");
+  const std::string name(word.substr(0, sign));
+  if (sign != std::string_view::npos && word[sign] == ':') {
+    const std::string whole(word);
+    report_warning(31532,
+                   "Signal '%s' contains illegal character ':', signal '%s' is invalid; attribute '%s' is ignored",
+                   whole.c_str(), whole.c_str(), statement.keyword.c_str());
+    return false;
+  }
+  if (sign != std::string_view::npos)
+    report_warning(31540,
+                   "Signal '%s' is followed by '+' or '-' sign in attribute '%s'; '+' or '-' sign with signal '%s' is "
+                   "ignored",
+                   name.c_str(), statement.keyword.c_str(), name.c_str());
+  const std::size_t dot = std::min(name.find('.'), name.size());
+  property.pin_node_name = name.substr(0, dot);
+  property.pi_node_ext = upper_case(std::string_view(name).substr(std::min(dot + 1, name.size())));
+  return true;
+}
+
+void read_signal_attribute(ReaderState &state, const PropertyStatement &statement) {
+  Property property;
+  if (!parse_signal_attribute(statement, property)) property = Property{};
+  state.design.properties.push_back(std::move(property));
+}
+
+} // namespace cubenet

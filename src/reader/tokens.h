@@ -1,0 +1,46 @@
+// Words of a line. Spaces, tabs and commas separate them; everything else belongs to a word, and each word comes with
+// what the name checks ask for.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace cubenet {
+
+constexpr std::size_t kShownLimit = 256; // characters of an input text that a message quotes
+
+enum TokenKind : std::uint8_t {
+  TOKEN_PLAIN,
+  TOKEN_DOTTED,
+  TOKEN_DIGIT,
+  TOKEN_ILLEGAL
+}; // a later value hides none:
+   // digit > dotted > illegal
+
+struct Token {
+  std::string_view text;
+  std::size_t dot = std::string_view::npos;  // first '.'
+  std::size_t sign = std::string_view::npos; // first '+', '-' or ':'
+  TokenKind kind = TOKEN_PLAIN;
+  std::array<char, 3> illegal{}; // the first illegal character as messages show it; empty: none
+};
+
+// Takes the next word off the front of `text`, with the separators behind it; false when only separators are left.
+[[nodiscard]] bool next_token(std::string_view &text, Token &token);
+
+std::size_t count_tokens(std::string_view text);
+
+// The token's first kShownLimit characters, classified anew.
+Token cut_token(const Token &token);
+
+// A copy for a message, cut to what messages quote.
+std::string shown(std::string_view text);
+
+// Reads as "%d" does: leading blanks, a sign, digits, then anything. A number beyond the range of int is none.
+std::optional<int> scan_decimal(std::string_view text);
+
+} // namespace cubenet
