@@ -20,7 +20,7 @@ int bin_of_number(std::int32_t number, int num_bins) {
 }
 
 HashEntry **make_bins(int num_bins) {
-  const std::size_t bytes = static_cast<std::size_t>(num_bins) * sizeof(HashEntry *);
+  const std::size_t bytes = static_cast<std::size_t>(num_bins) * sizeof(void *);
   return static_cast<HashEntry **>(std::memset(allocate(bytes), 0, bytes));
 }
 

@@ -140,7 +140,7 @@ void discard_open_outputs() {
 
 char *grow_output(OutputFile &file, std::size_t bytes) {
   flush_output(file);
-  if (bytes > file.capacity) {
+  if (file.block == nullptr || bytes > file.capacity) {
     const std::size_t wanted = bytes > OutputFile::kBlock ? bytes : OutputFile::kBlock;
     std::free(file.block);
     file.block = nullptr;

@@ -1,0 +1,52 @@
+# Shared by the commands at the root; sourced by bash, from any directory.
+set -euo pipefail
+ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+JOBS=$(nproc)
+
+# Runs a command without a word; shows everything it said when it fails.
+quietly() {
+  local said status=0
+  said=$(mktemp)
+  "$@" >"$said" 2>&1 || status=$?
+  if [ "$status" -ne 0 ]; then
+    cat "$said" >&2
+    echo "failed: $*" >&2
+  fi
+  rm -f "$said"
+  return "$status"
+}
+
+# install_packages GROUP...: installs what is missing of these groups; without the right to do so it names them and stops.
+install_packages() {
+  command -v dpkg-query >/dev/null || return 0
+  local group package missing=()
+  while read -r group package; do
+    [[ " $* " == *" $group "* ]] || continue
+    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed || missing+=("$package")
+  done < <(grep -v '^#' "$ROOT/scripts/packages")
+  [ "${#missing[@]}" -gt 0 ] || return 0
+  if [ "$(id -u)" -ne 0 ]; then
+    echo "Please install these packages first: ${missing[*]}" >&2
+    exit 1
+  fi
+  quietly apt-get update
+  quietly env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
+}
+
+# build PRESET TARGET CMAKE_OPTION...: configures build/PRESET and builds the target there.
+build() {
+  local preset=$1 target=$2
+  shift 2
+  (cd "$ROOT" && quietly cmake --preset "$preset" "$@")
+  quietly cmake --build "$ROOT/build/$preset" -j "$JOBS" --target "$target"
+}
+
+# run_tests PRESET: the whole suite of a built preset. Only ctest's closing summary is shown when all tests pass.
+run_tests() {
+  local said status=0
+  said=$(mktemp)
+  ctest --test-dir "$ROOT/build/$1" -j "$JOBS" --output-on-failure --no-tests=error >"$said" 2>&1 || status=$?
+  if [ "$status" -ne 0 ]; then cat "$said"; else sed -n '/tests passed/,$p' "$said"; fi
+  rm -f "$said"
+  return "$status"
+}
