@@ -58,8 +58,8 @@ void write_log() {
   log_text.clear();
 }
 
-void print(std::string_view line) {
-  if (!console_off) console_put_text(std::string(line).c_str());
+void print(const std::string &line) {
+  if (!console_off) console_put_text(line.c_str());
   if (log_descriptor < 0) return;
   if (log_text.size() + line.size() > kLogBlock) write_log();
   log_text += line;
@@ -195,8 +195,7 @@ void print_line(const char *format, ...) {
   lay_out(wrapped, message_text);
   // The blank line, two spaces once wrapped, is never withheld.
   if (view(wrapped.text) != "  " && is_withheld(wrapped.text)) return;
-  append(wrapped.text, "\n");
-  print(view(wrapped.text));
+  print(std::string(view(wrapped.text)) + "\n");
   if (log_descriptor >= 0) write_log(); // plain lines tell the progress: whoever watches the log sees it
 }
 
