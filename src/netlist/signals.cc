@@ -54,7 +54,7 @@ std::string_view value_suffix(const SignalMapper &mapper) {
 }
 
 ReadNets map_input_pin(SignalMapper &mapper) {
-  if (mapper.reads == 0) return {};
+  if (!is_pin_read(mapper)) return {};
   const NetIndex outside = net_of(mapper, "");
   mapper.netlist.nets[outside].kind = NetKind::EXTERNAL_INPUT;
   mapper.netlist.external_pins.push_back({mapper.signal, Direction::IN, outside});
