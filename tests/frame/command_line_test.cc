@@ -1,34 +1,17 @@
 #include "frame/command_line.h"
 
 #include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "frame/banner.h"
 #include "frame/messages.h"
-#include "frame/run.h"
 #include "model/run_settings.h"
+#include "support/arguments.h"
 #include "support/capture.h"
-#include "support/temp_dir.h"
 
 namespace cubenet {
 namespace {
-
-struct Arguments {
-  std::vector<std::string> texts;
-  std::vector<char *> pointers;
-
-  explicit Arguments(const std::string &line) {
-    for (std::size_t at = 0, end; at < line.size(); at = end + 1) {
-      end = std::min(line.find(' ', at), line.size());
-      texts.push_back(line.substr(at, end - at));
-    }
-    for (std::string &text : texts) pointers.push_back(text.data());
-    pointers.push_back(nullptr);
-  }
-  int count() const { return static_cast<int>(texts.size()); }
-};
 
 // "usage", or everything that the line sets, in one text.
 std::string outcome(const std::string &line) {
@@ -89,57 +72,6 @@ TEST(CommandLine, SetsWhatEachOptionSays) {
       {"-V 3", "usage"},
   };
   for (const auto &row : rows) EXPECT_EQ(outcome(row.line), row.expected) << row.line;
-}
-
-const char *const kUsageTail = "Usage: cubenet [-b] [-i file_name] [-v] [-V level] design_name\n\n"
-                               "       -b                               print brief program name\n"
-                               "       -i file_name                     input file name specification\n"
-                               "       -v                               print version number and compile date\n"
-                               "       -C                               identifiers are case-sensitive\n"
-                               "       -V                               debug level (not for general use)\n";
-const char *const kRights = "All rights reserved.\nUse and copying are subject to the license agreement.\n\n";
-
-TEST(Run, AWrongLineShowsTheTitleOfItsFlagsAndTheUsage) {
-  const std::string version = "Version 7.1.01, Mon Jan 11 14:11:10 PST 1999";
-  const struct {
-    const char *line;
-    std::string head;
-  } rows[] = {
-      {"cubenet", std::string("PLA Reading and Translation Software\n\n") + kRights},
-      {"cubenet -v", "PLA Reading and Translation Software " + version + "\n\n" + kRights},
-      {"cubenet -b", "PLA Reading and Translation\n\n"},
-      {"cubenet -vb -x", "PLA Reading and Translation " + version + "\n\n"},
-      {"cubenet -x -b -v d", "PLA Reading and Translation " + version + "\n\n"},
-  };
-  const WorkingDir dir;
-  for (const auto &row : rows) {
-    CapturedConsole console;
-    Arguments arguments(row.line);
-    EXPECT_EQ(run_program(arguments.count(), arguments.pointers.data()), 2);
-    EXPECT_EQ(console.text(), row.head + kUsageTail) << row.line;
-  }
-  CapturedConsole console;
-  char *none[] = {nullptr};
-  EXPECT_EQ(run_program(0, none), 2);
-  EXPECT_TRUE(std::filesystem::is_empty(dir.path)); // no log for any of them
-}
-
-TEST(Run, AnInputThatCanNotBeOpenedEndsItWithoutAnOutput) {
-  const WorkingDir dir;
-  std::filesystem::create_directory("folder.tt2");
-  std::string log;
-  for (const std::string design : {"missing", "folder"}) {
-    CapturedConsole console;
-    Arguments arguments("cubenet -b " + design);
-    EXPECT_EQ(run_program(arguments.count(), arguments.pointers.data()), 2);
-    EXPECT_EQ(console.text(), "PLA Reading and Translation \n  \nReading design '" + design +
-                                  "'... \n31102 SYSTEM ERROR: Unable to open file '" + design + ".tt2' for reading \n");
-    log += console.text();
-  }
-  EXPECT_EQ(read_file("cubenet.log"), log);
-  std::filesystem::remove("cubenet.log");
-  std::filesystem::remove("folder.tt2");
-  EXPECT_TRUE(std::filesystem::is_empty(dir.path));
 }
 
 TEST(Banner, ShowsTitleNoticeAndDesignInWrappedLines) {
