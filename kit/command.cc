@@ -16,6 +16,7 @@ constexpr std::string_view kVersion = "cubekit 7.1.01";
 // clang-format off
 constexpr auto kCommands = std::to_array<Command>({
     {"check",   "read DESIGN.nxf, .ddf and .tvx back and judge their form and consistency",  setup_check},
+    {"prove",   "prove that DESIGN.nxf computes what the truth table DESIGN.tt2 says",       setup_prove},
 });
 // clang-format on
 

@@ -1,0 +1,118 @@
+// The renaming rules, applied to the names of a design twice over, as the two netlists are written one after the other.
+// A name that ends like a generated one makes its base give way. For most endings that is so in any case; for a few
+// only when the base really gets a net of that name, which the netlist itself tells.
+#include "kit/rename.h"
+
+#include <array>
+#include <cstddef>
+#include <string_view>
+
+namespace cubekit {
+
+namespace {
+
+// clang-format off
+constexpr auto kReservedSuffixes = std::to_array<std::string_view>({
+    "_X1", "_X2", "_DX1", "_DX2", "_GX1", "_GX2", "_TX1", "_TX2", "_D", "_REG", "_T", "_S", "_R", "_J", "_K", "_C",
+    "_LH", "_Q", "_Z", "_SP", "_SR", "_AR", "_AP", "_PR", "_PIN", "_B", "_X1B", "_X2B", "_DX1B", "_DX2B", "_GX1B",
+    "_GX2B", "_TX1B", "_TX2B", "_REGB", "_LHB", "_LEB", "_FBB", "_PINB", "_CEB", "_OEB", "_SPB", "_SRB", "_ARB",
+    "_REB", "_APB", "_PRB", "_1", "_2", "_3", "_4", "_5", "_6", "_7", "_8", "_9",
+});
+constexpr auto kUncertainSuffixes = std::to_array<std::string_view>({
+    "_OE", "_CE", "_LE", "_RE", "_FB", "_H", "_CB", "_DB", "_TB", "_JB", "_KB", "_RB", "_SB", "_QB", "_BD",
+});
+// clang-format on
+
+template <std::size_t N> bool contains(const std::array<std::string_view, N> &list, std::string_view text) {
+  for (const std::string_view item : list)
+    if (item == text) return true;
+  return false;
+}
+
+struct Pass {
+  std::vector<std::string> &names;
+  bool case_sensitive;
+  NameIndex signals{};
+  bool needed = false;
+  enum Mark : std::uint8_t { NO, MAYBE, YES };
+  std::vector<Mark> marks{};
+};
+
+bool begins(std::string_view name, std::string_view prefix, bool case_sensitive) {
+  const std::string_view head = name.substr(0, prefix.size());
+  return head.size() == prefix.size() && cubenet::equal_names(head, prefix, case_sensitive);
+}
+
+// The name with its guard when it looks like a generated one.
+std::string guarded(const std::string &name, bool case_sensitive) {
+  if (cubenet::equal_names(name, "GND", case_sensitive) || cubenet::equal_names(name, "VCC", case_sensitive))
+    return "_RES_" + name;
+  const bool reserved = (name.size() > 4 && begins(name, "_PLA", case_sensitive)) ||
+                        (name.size() >= 6 && begins(name, "_RES_", case_sensitive));
+  return reserved ? "_RES" + name : name;
+}
+
+void mark_base(Pass &pass, std::string_view name) {
+  const std::size_t cut = name.rfind('_');
+  if (cut == std::string_view::npos) return;
+  const std::string_view suffix = name.substr(cut);
+  const bool certain = contains(kReservedSuffixes, suffix);
+  if (!certain && !contains(kUncertainSuffixes, suffix)) return;
+  const std::uint32_t base = find_name(pass.signals, name.substr(0, cut));
+  if (base == kNone) return;
+  if (certain)
+    pass.needed = true, pass.marks[base] = Pass::YES;
+  else if (pass.marks[base] == Pass::NO)
+    pass.marks[base] = Pass::MAYBE;
+}
+
+// Some generated name of the netlist holds the text, followed by its end or an ending.
+bool stands_in_netlist(const Netlist &netlist, const std::string &text) {
+  for (const Net &net : netlist.nets) {
+    if (net.name.empty() || net.name[0] != '_') continue;
+    for (std::size_t at = net.name.find(text); at != std::string_view::npos; at = net.name.find(text, at + 1)) {
+      const std::size_t end = at + text.size();
+      if (end == net.name.size() || net.name[end] == '_') return true;
+    }
+  }
+  return false;
+}
+
+void run_pass(Pass &pass, const Netlist &netlist) {
+  pass.marks.assign(pass.names.size(), Pass::NO);
+  for (std::uint32_t i = 0; i < pass.names.size(); i++)
+    if (!pass.names[i].empty()) add_name(pass.signals, pass.names[i], i);
+  for (const std::string &name : pass.names) {
+    if (cubenet::equal_ignoring_case(name, "GND") || cubenet::equal_ignoring_case(name, "VCC") ||
+        (name.size() > 4 && begins(name, "_PLA", false)))
+      pass.needed = true;
+    else
+      mark_base(pass, name);
+  }
+  std::size_t count = 0;
+  std::vector<std::string> renamed(pass.names.size());
+  for (std::size_t i = 0; i < pass.names.size(); i++) {
+    const std::string guard = guarded(pass.names[i], pass.case_sensitive);
+    const std::string numbered = "_PLA" + std::to_string(count) + "_" + guard;
+    const bool rename =
+        pass.marks[i] == Pass::YES || (pass.marks[i] == Pass::MAYBE && stands_in_netlist(netlist, numbered));
+    if (rename) count++, pass.needed = true;
+    renamed[i] = rename ? numbered : guard;
+  }
+  if (pass.needed) pass.names = std::move(renamed);
+}
+
+} // namespace
+
+std::vector<std::string> netlist_names(const Meaning &meaning, const Netlist &netlist, bool case_sensitive) {
+  std::vector<std::string> names(meaning.signals.size());
+  for (std::size_t i = 0; i < names.size(); i++)
+    if (meaning.signals[i].used) names[i] = signal_name(*meaning.design, static_cast<SignalIndex>(i));
+  for (int run = 0; run < 2; run++) {
+    Pass pass{names, case_sensitive};
+    run_pass(pass, netlist);
+  }
+  return names;
+}
+
+} // namespace cubekit
