@@ -62,6 +62,20 @@ void remove_part(const OutputFile &file) {
   unlink(file.path.c_str());
 }
 
+// Takes the old contents away, all but one byte, which the first write replaces: after emptying a file some file
+// systems wait for the disk when it is closed, for milliseconds.
+bool drop_contents(int descriptor, const struct stat &status) {
+  return !S_ISREG(status.st_mode) || status.st_size <= 1 || ftruncate(descriptor, 1) == 0;
+}
+
+// For a file that nothing was written to.
+bool drop_last_byte(int descriptor) {
+  if (lseek(descriptor, 0, SEEK_CUR) != 0) return true;
+  struct stat status;
+  return fstat(descriptor, &status) == 0 &&
+         (!S_ISREG(status.st_mode) || status.st_size == 0 || ftruncate(descriptor, 0) == 0);
+}
+
 void release(OutputFile &file) {
   unlist(file);
   std::free(file.block);
@@ -73,11 +87,7 @@ void release(OutputFile &file) {
 } // namespace
 
 OutputFile::~OutputFile() {
-  if (descriptor >= 0) {
-    flush_output(*this);
-    close(descriptor);
-  }
-  release(*this);
+  if (!close_output(*this)) release(*this);
 }
 
 void protect_from_output(int descriptor) {
@@ -99,7 +109,7 @@ bool open_output(OutputFile &file, const std::string &path) {
   if (descriptor < 0) return false;
   struct stat status;
   if (fstat(descriptor, &status) != 0 || find_protected(status) < protected_count ||
-      (S_ISREG(status.st_mode) && status.st_size > 0 && ftruncate(descriptor, 0) != 0)) {
+      !drop_contents(descriptor, status)) {
     close(descriptor);
     return false;
   }
@@ -115,7 +125,7 @@ bool open_output(OutputFile &file, const std::string &path) {
 bool close_output(OutputFile &file) {
   if (file.descriptor < 0) return false;
   flush_output(file);
-  bool whole = !file.failed;
+  bool whole = !file.failed && drop_last_byte(file.descriptor);
   if (!whole) remove_part(file);
   if (close(file.descriptor) != 0 && whole) {
     whole = false;

@@ -24,7 +24,7 @@ struct OutputFile {
   OutputFile() = default;
   OutputFile(const OutputFile &) = delete;
   OutputFile &operator=(const OutputFile &) = delete;
-  ~OutputFile(); // closes without a word; a file that matters is closed with close_output
+  ~OutputFile(); // closes and tells nobody; a file that matters is closed with close_output
 };
 
 // Until unprotected, the file behind `descriptor` is never opened for writing, by whatever name: the run still needs
