@@ -5,8 +5,9 @@
 //   input PATH     copies a file of the project (from its root) into the directory of the run
 //   mkdir NAME     makes a directory, where a file of that name is to be impossible
 //   cubenet ARGS   runs the program; arguments are separated by single spaces
-// expected/ holds `console` (of all runs in a row), `status` (one exit status a line) and the files that the runs left.
-// With CUBENET_RENEW=1 in the environment expected/ is rewritten instead (scripts/renew_cases does it for all cases).
+// expected/ holds `console` (of all runs in a row), `log`, `status` (one exit status a line) and the other files that
+// the runs left. With CUBENET_RENEW=1 in the environment expected/ is rewritten instead (scripts/renew_cases does it
+// for all cases).
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -89,6 +90,10 @@ Files run_case(const fs::path &source, const fs::path &scratch) {
   }
   Files result = read_files(directory);
   for (const std::string &name : inputs) result.erase(name);
+  if (auto log = result.extract("cubenet.log")) {
+    log.key() = "log"; // *.log is what version control leaves out
+    result.insert(std::move(log));
+  }
   result["console"] = read_file(console);
   result["status"] = statuses;
   return result;
