@@ -13,7 +13,7 @@ namespace cubenet {
 namespace {
 
 // clang-format off
-constexpr std::array<KeywordRow, 72> kKeywords{{
+constexpr std::array<KeywordRow, 73> kKeywords{{
     // keyword               handler           operand               code  setting             from  slot  stored as
     {"BI_Z",                HANDLE_SIGNAL,    OPERAND_NONE,          53},
     {"CARRY_PIN_DIRECTION", HANDLE_PARAMETER, VALUE_ON_OFF,           0, SETTING_NONE,          0,   0},
@@ -87,6 +87,7 @@ constexpr std::array<KeywordRow, 72> kKeywords{{
     {"VOLTAGE=VCC",         HANDLE_SIGNAL,    OPERAND_NONE,          33},
     {"VOLTAGE=VVCIO",       HANDLE_SIGNAL,    OPERAND_NONE,          32},
     {"Y1_AS_RESET",         HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,  11},
+    {"ZDOT",                HANDLE_SIGNAL,    OPERAND_NONE,          52},
 }};
 // clang-format on
 

@@ -1,0 +1,116 @@
+// Product terms: what each character means, and that the fast ways say what the plain one says.
+#include "reader/cube_parser.h"
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "model/bit_set.h"
+#include "model/cube_table.h"
+#include "reader/cube_scan.h"
+
+namespace cubenet {
+namespace {
+
+std::string show_row(const CubeTable &table, const std::uint32_t *row) {
+  std::string text;
+  for (std::size_t k = 0; k < table.inputs; k++) text += "?01-"[literal_at(row, k)];
+  text += ' ';
+  for (std::size_t j = 0; j < table.outputs; j++) text += drives_output(table, row, j) ? '1' : '0';
+  return text;
+}
+
+TEST(CubeParser, EveryCharacterHasItsMeaning) {
+  struct Row {
+    const char *line;
+    TermStatus status;
+    const char *cube; // or what stands from the illegal character on
+  };
+  const Row rows[] = {
+      {"1-0 | 01", TERM_DRIVES, "1-0 01"}, {"|\t2 0 1 4|~ \t|", TERM_DRIVES, "-01 10"},
+      {"1-000", TERM_EMPTY, "1-0 00"},     {"1112-", TERM_EMPTY, "111 00"},
+      {"111 3~", TERM_EMPTY, "111 00"},    {"1-", TERM_SHORT, ""},
+      {"1-0 1", TERM_SHORT, ""},           {"1-0 1|", TERM_SHORT, ""},
+      {"1-0 01 1", TERM_LONG, ""},         {"1-0 01x", TERM_LONG, ""},
+      {"1~0 01", TERM_ILLEGAL, "~0 01"},   {"130 01", TERM_ILLEGAL, "30 01"},
+      {"1-0 5", TERM_ILLEGAL, "5"},        {"1\xff", TERM_ILLEGAL, "\xff"},
+      {"1-0\x80", TERM_ILLEGAL, "\x80"},   {"x", TERM_ILLEGAL, "x"},
+  };
+  for (const Row &row : rows) {
+    CubeTable table;
+    set_cube_layout(table, 3, 2);
+    std::uint32_t *data = next_cube(table);
+    const TermResult result = parse_term(row.line, 3, 2, data);
+    EXPECT_EQ(result.status, row.status) << row.line;
+    EXPECT_EQ(parse_term(row.line, 3, 2, nullptr).status, row.status) << row.line;
+    const std::string shown = result.status == TERM_ILLEGAL ? row.line + result.at
+                              : *row.cube != 0              ? show_row(table, data)
+                                                            : "";
+    EXPECT_EQ(shown, row.cube) << row.line;
+  }
+}
+
+// The parts of one random term, now and then with a character that the fast way must leave to the plain one.
+std::string random_term(std::mt19937 &random, std::size_t inputs, std::size_t outputs) {
+  const auto pick = [&](std::string_view characters) { return characters[random() % characters.size()]; };
+  const bool is_sparse = random() % 3 == 0;
+  std::string line;
+  for (std::size_t k = 0; k < inputs; k++) line += pick("01-2");
+  for (const char *separator : {"", " ", " | ", "\t|"})
+    if (random() % 2 == 0) line += separator;
+  for (std::size_t j = 0; j < outputs; j++) line += is_sparse ? '0' : pick("01423~-");
+  for (std::size_t fault = random() % 8; fault > 5; fault--)
+    line[random() % line.size()] = static_cast<char>(random() % 256);
+  if (random() % 16 == 0) line.resize(random() % line.size());
+  if (random() % 16 == 0) line += pick(" |01x");
+  return line;
+}
+
+TEST(CubeParser, TheFastWayAgreesWithThePlainOne) {
+  std::mt19937 random(11);
+  std::size_t taken = 0;
+  for (int round = 0; round < 40'000; round++) {
+    const std::size_t inputs = 1 + random() % 70, outputs = 1 + random() % 70;
+    const std::string line = random_term(random, inputs, outputs);
+    const std::size_t words = bit_set_words(2 * inputs + outputs);
+    // Behind the row stands a word that neither may touch.
+    std::vector<std::uint32_t> fast(words + 1, 0xdeadbeef), plain(words + 1, 0);
+    bool drives = false;
+    if (!parse_packed_term({line.data(), line.size()}, inputs, outputs, fast.data(), drives)) continue;
+    taken++;
+    const TermResult result = parse_term(line, inputs, outputs, plain.data());
+    ASSERT_EQ(result.status, drives ? TERM_DRIVES : TERM_EMPTY) << line;
+    fast[0] = plain[0];
+    ASSERT_EQ(fast.back(), 0xdeadbeef);
+    plain.back() = fast.back();
+    ASSERT_EQ(fast, plain) << inputs << "x" << outputs << " " << line;
+  }
+  EXPECT_GT(taken, 15'000U);
+}
+
+TEST(CubeParser, TheScansAgreeOnEveryCharacter) {
+  std::mt19937 random(3);
+  for (int round = 0; round < 20'000; round++) {
+    std::string text(16, '0');
+    for (char &c : text) c = random() % 8 == 0 ? static_cast<char>(random() % 256) : "01-2341~"[random() % 8];
+    const CubeScan inputs = scan_inputs(text.data()), outputs = scan_outputs(text.data());
+    const CubeScan input_words = words::scan_inputs(text.data()), output_words = words::scan_outputs(text.data());
+    ASSERT_EQ(inputs.bits, input_words.bits);
+    ASSERT_EQ(inputs.legal, input_words.legal);
+    ASSERT_EQ(outputs.bits, output_words.bits);
+    ASSERT_EQ(outputs.legal, output_words.legal);
+    for (std::size_t i = 0; i < text.size(); i++) {
+      std::uint32_t row[2] = {};
+      const std::string_view one = std::string_view(text).substr(i, 1);
+      const bool is_separator = one.find_first_of(" \t|") == 0;
+      ASSERT_EQ(inputs.legal >> i & 1U, parse_term(one, 1, 0, row).status == TERM_EMPTY) << one;
+      ASSERT_EQ(outputs.legal >> i & 1U, !is_separator && parse_term(one, 0, 1, nullptr).status <= TERM_EMPTY) << one;
+      ASSERT_EQ((inputs.legal >> i & 1U) != 0 ? inputs.bits >> (2 * i) & 3U : row[1], row[1]) << one;
+    }
+  }
+}
+
+} // namespace
+} // namespace cubenet
