@@ -1,0 +1,88 @@
+// `cubekit dump`: the debug listing of a design as the translator holds it once the design is checked. Alone among the
+// kit's commands it lets the translator's checker work: the listing shows what the checker found.
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+
+#include "debug/dump.h"
+#include "drc/check_design.h"
+#include "frame/console.h"
+#include "kit/command.h"
+#include "kit/export_output.h"
+#include "kit/read_design.h"
+#include "model/run_settings.h"
+
+namespace cubekit {
+
+namespace {
+
+struct Arguments {
+  std::string design, truth_table, part, output;
+  bool case_sensitive = false;
+};
+
+struct ErrorConsole : cubenet::HostConsole {
+  void print(std::string_view text) override { std::cerr << text; }
+};
+
+bool check(cubenet::Design &design, const cubenet::CubeTable &cubes) {
+  ErrorConsole console;
+  cubenet::HostConsole *before = cubenet::set_host_console(&console);
+  const bool legal = cubenet::check_design(design, cubes) == 0;
+  cubenet::set_host_console(before);
+  return legal;
+}
+
+// The listing is written by name, so what goes to standard output passes through a file in memory.
+int print_listing(const cubenet::Design &design, const cubenet::CubeTable &cubes) {
+  const int memory = ::memfd_create("listing", MFD_CLOEXEC);
+  bool listed = memory >= 0 && cubenet::dump_design("/proc/self/fd/" + std::to_string(memory), design, cubes) == 0;
+  const int status = !listed ? kMisuse : write_output("", [&](std::ostream &stream) {
+    std::vector<char> block(std::size_t{64} << 10);
+    ssize_t got = 0;
+    while ((got = ::read(memory, block.data(), block.size())) > 0) stream.write(block.data(), got);
+    listed = got == 0;
+  });
+  if (memory >= 0) ::close(memory);
+  if (!listed) std::cerr << "cubekit: the listing could not be made\n";
+  return listed ? status : kMisuse;
+}
+
+int run_dump(const Arguments &arguments) {
+  cubenet::CubeTable cubes;
+  std::string messages;
+  if (!arguments.part.empty()) {
+    cubenet::run_settings.part_name = arguments.part;
+    cubenet::run_settings.part_flag = cubenet::part_series(arguments.part);
+  }
+  const std::string path = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
+  const auto design = read_design(path, arguments.case_sensitive, cubes, messages);
+  if (design == nullptr) {
+    std::cerr << messages;
+    return kMisuse;
+  }
+  if (!check(*design, cubes)) return kNo;
+  if (arguments.output.empty()) return print_listing(*design, cubes);
+  if (cubenet::dump_design(arguments.output, *design, cubes) == 0) return kYes;
+  std::cerr << arguments.output << ": can't be written\n";
+  return kMisuse;
+}
+
+} // namespace
+
+std::function<int()> setup_dump(CLI::App &command) {
+  auto arguments = std::make_shared<Arguments>();
+  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
+      ->required();
+  command.add_option("-i,--tt2", arguments->truth_table, "the truth table, where it is not DESIGN.tt2");
+  command.add_option("-p,--part", arguments->part, "the part to read the design for");
+  command.add_flag("-C,--case", arguments->case_sensitive, "tell upper from lower case");
+  command.add_option("-o,--output", arguments->output, "the file to write, instead of standard output");
+  return [arguments] { return run_dump(*arguments); };
+}
+
+} // namespace cubekit

@@ -1,0 +1,112 @@
+// `cubekit sim`: steps a netlist over a file of vectors and prints what its pins show.
+#include <CLI/CLI.hpp>
+#include <fstream>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "kit/command.h"
+#include "kit/export_output.h"
+#include "kit/graph_flow.h"
+#include "kit/nxf_parser.h"
+#include "kit/sim.h"
+#include "kit/sim_vcd.h"
+#include "kit/sim_vectors.h"
+
+namespace cubekit {
+
+namespace {
+
+struct Arguments {
+  std::string design, vectors, waves, power_up = "0";
+};
+
+Value power_up_value(const std::string &text) {
+  if (text == "x") return Value::UNKNOWN;
+  return text == "1" ? Value::HIGH : Value::LOW;
+}
+
+// The columns of the vectors, a '|', and the pins that the device can drive.
+template <typename InputText, typename OutputText>
+void print_columns(const VectorReader &reader, InputText input_text, OutputText output_text) {
+  const std::vector<ExternalPin> &pins = reader.netlist.external_pins;
+  const auto print = [&](std::uint32_t pin, const auto &text) {
+    std::cout << std::left << std::setw(static_cast<int>(pins[pin].pin.size())) << text << ' ';
+  };
+  for (const std::uint32_t pin : reader.columns) print(pin, input_text(pin));
+  std::cout << '|';
+  for (std::uint32_t pin = 0; pin < pins.size(); pin++) {
+    if (pins[pin].direction == Direction::IN) continue;
+    std::cout << ' ' << std::setw(static_cast<int>(pins[pin].pin.size())) << output_text(pin);
+  }
+  std::cout << '\n';
+}
+
+void print_names(const VectorReader &reader) {
+  const auto name = [&](std::uint32_t pin) { return reader.netlist.external_pins[pin].pin; };
+  print_columns(reader, name, name);
+}
+
+void print_values(const VectorReader &reader, const Simulator &simulator) {
+  print_columns(
+      reader, [&](std::uint32_t pin) { return reader.row[pin] == Value::OPEN ? '-' : value_char(reader.row[pin]); },
+      [&](std::uint32_t pin) { return value_char(pin_value(simulator, pin)); });
+}
+
+// Returns kNo at a row that does not settle.
+int run_rows(const Arguments &arguments, VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
+  print_names(reader);
+  if (waves != nullptr) write_wave_header(*waves);
+  while (read_row(reader)) {
+    std::string restless;
+    if (!step(simulator, reader.row, restless)) {
+      print_finding(std::cerr, arguments.vectors, {reader.line, "this row never settles: " + restless});
+      return kNo;
+    }
+    print_values(reader, simulator);
+    if (waves != nullptr) write_wave_row(*waves);
+  }
+  if (reader.error.text.empty()) return kYes;
+  print_finding(std::cerr, arguments.vectors, reader.error);
+  return kMisuse;
+}
+
+int run_sim(const Arguments &arguments) {
+  Netlist netlist;
+  if (!load_design(arguments.design, netlist, std::cerr)) return kMisuse;
+  std::ifstream vectors(arguments.vectors, std::ios::binary);
+  VectorReader reader{netlist, vectors};
+  if (!vectors) reader.error.text = "can't be read";
+  if (!vectors || !read_columns(reader)) {
+    print_finding(std::cerr, arguments.vectors, reader.error);
+    return kMisuse;
+  }
+  Simulator simulator = make_simulator(netlist, power_up_value(arguments.power_up));
+  int status = kYes, written = kYes;
+  if (arguments.waves.empty())
+    status = run_rows(arguments, reader, simulator, nullptr);
+  else
+    written = write_output(arguments.waves, [&](std::ostream &stream) {
+      WaveWriter waves{stream, simulator};
+      status = run_rows(arguments, reader, simulator, &waves);
+    });
+  if (written == kYes) written = write_output("", [](std::ostream &) {});
+  return written == kYes ? status : written;
+}
+
+} // namespace
+
+std::function<int()> setup_sim(CLI::App &command) {
+  auto arguments = std::make_shared<Arguments>();
+  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
+      ->required();
+  command.add_option("--vectors", arguments->vectors, "the file of input vectors")->required();
+  command.add_option("--vcd", arguments->waves, "write the waveforms of all nets to this file");
+  command.add_option("--power-up", arguments->power_up, "what registers and latches hold at the start: 0, 1 or x")
+      ->check(CLI::IsMember({"0", "1", "x"}))
+      ->capture_default_str();
+  return [arguments] { return run_sim(*arguments); };
+}
+
+} // namespace cubekit

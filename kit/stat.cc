@@ -1,0 +1,149 @@
+// `cubekit stat`: counts what is in a netlist.
+#include "kit/stat.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+
+#include "kit/command.h"
+#include "kit/export_names.h"
+#include "kit/export_output.h"
+#include "kit/graph_flow.h"
+
+namespace cubekit {
+
+namespace {
+
+void count_pins(const Netlist &netlist, Statistics &statistics) {
+  for (const ExternalPin &pin : netlist.external_pins) {
+    statistics.inputs += pin.direction == Direction::IN ? 1 : 0;
+    statistics.outputs += pin.direction == Direction::OUT ? 1 : 0;
+    statistics.bidirectionals += pin.direction == Direction::BIDI ? 1 : 0;
+  }
+}
+
+void count_nets(const Netlist &netlist, Statistics &statistics) {
+  statistics.nets = netlist.nets.size();
+  for (const Net &net : netlist.nets) {
+    statistics.fan_out_total += net.destination_count;
+    if (net.destination_count <= statistics.fan_out_max) continue;
+    statistics.fan_out_max = net.destination_count;
+    statistics.fan_out_net = map_name(net.name, NameSet::VISIBLE);
+  }
+}
+
+void count_symbols(const Netlist &netlist, Statistics &statistics) {
+  std::string_view last;
+  std::size_t *count = nullptr;
+  for (const Symbol &symbol : netlist.symbols) {
+    const PrimitiveRow &primitive = primitive_of(symbol);
+    if (count == nullptr || symbol.primitive_text != last)
+      count = &statistics.symbols[map_name(symbol.primitive_text, NameSet::VISIBLE)];
+    last = symbol.primitive_text;
+    ++*count;
+    statistics.symbol_count++;
+    statistics.storages += is_storage(primitive.function) ? 1 : 0;
+    if (primitive.width_in_name) statistics.gate_inputs += symbol.width;
+    if (!has_rows(symbol)) continue;
+    statistics.terms += row_count(symbol);
+    for (std::size_t row = 0; row < row_count(symbol); row++) {
+      const std::string_view text = row_at(symbol, row);
+      statistics.literals += text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '-'));
+    }
+  }
+}
+
+void measure_depth(const Netlist &netlist, Statistics &statistics) {
+  const Flow flow = order_symbols(netlist, passes_gates);
+  statistics.loops = static_cast<std::size_t>(std::count(flow.cut.begin(), flow.cut.end(), true));
+  std::vector<std::size_t> depths(netlist.nets.size());
+  for (const SymbolIndex index : flow.order) {
+    const Symbol &symbol = netlist.symbols[index];
+    if (is_storage(primitive_of(symbol).function) || symbol.primitive == kMacro) continue;
+    std::size_t deepest = 0;
+    for (const Pin &pin : pins_of(netlist, symbol))
+      if (pin.direction == Direction::IN && !flow.cut[pin.net]) deepest = std::max(deepest, depths[pin.net]);
+    for (const Pin &pin : pins_of(netlist, symbol))
+      if (pin.direction != Direction::IN) depths[pin.net] = deepest + 1;
+    statistics.depth = std::max(statistics.depth, deepest + 1);
+  }
+}
+
+double mean_fan_out(const Statistics &statistics) {
+  return statistics.nets == 0 ? 0.0
+                              : static_cast<double>(statistics.fan_out_total) / static_cast<double>(statistics.nets);
+}
+
+void print_text(std::ostream &stream, const Statistics &statistics) {
+  const auto row = [&](std::string_view label) -> std::ostream & {
+    return stream << std::left << std::setw(14) << label;
+  };
+  row("pins") << statistics.inputs << " in, " << statistics.outputs << " out, " << statistics.bidirectionals
+              << " bidirectional\n";
+  row("symbols") << statistics.symbol_count << '\n';
+  for (const auto &[primitive, count] : statistics.symbols) row("  " + primitive) << count << '\n';
+  row("nets") << statistics.nets << '\n';
+  row("fan-out") << "mean " << std::fixed << std::setprecision(2) << mean_fan_out(statistics) << ", max "
+                 << statistics.fan_out_max
+                 << (statistics.fan_out_net.empty() ? "" : " (" + statistics.fan_out_net + ")") << '\n';
+  row("terms") << statistics.terms << " with " << statistics.literals << " literals\n";
+  row("gate inputs") << statistics.gate_inputs << '\n';
+  row("storage") << statistics.storages << '\n';
+  row("gate loops") << statistics.loops << '\n';
+  row("depth") << statistics.depth << '\n';
+}
+
+void print_json(std::ostream &stream, const Statistics &statistics) {
+  nlohmann::ordered_json json;
+  json["pins"] = {
+      {"input", statistics.inputs}, {"output", statistics.outputs}, {"bidirectional", statistics.bidirectionals}};
+  json["symbols"] = {{"total", statistics.symbol_count}, {"by_primitive", statistics.symbols}};
+  json["nets"] = statistics.nets;
+  json["fan_out"] = {
+      {"mean", mean_fan_out(statistics)}, {"max", statistics.fan_out_max}, {"max_net", statistics.fan_out_net}};
+  json["terms"] = statistics.terms;
+  json["literals"] = statistics.literals;
+  json["gate_inputs"] = statistics.gate_inputs;
+  json["storage"] = statistics.storages;
+  json["gate_loops"] = statistics.loops;
+  json["depth"] = statistics.depth;
+  stream << json.dump(2) << '\n';
+}
+
+} // namespace
+
+Statistics collect_statistics(const Netlist &netlist) {
+  Statistics statistics;
+  count_pins(netlist, statistics);
+  count_nets(netlist, statistics);
+  count_symbols(netlist, statistics);
+  measure_depth(netlist, statistics);
+  return statistics;
+}
+
+std::function<int()> setup_stat(CLI::App &command) {
+  struct Arguments {
+    std::string design;
+    bool json = false;
+  };
+  auto arguments = std::make_shared<Arguments>();
+  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
+      ->required();
+  command.add_flag("--json", arguments->json, "print JSON");
+  return [arguments] {
+    Netlist netlist;
+    if (!load_design(arguments->design, netlist, std::cerr)) return kMisuse;
+    const Statistics statistics = collect_statistics(netlist);
+    return write_output("", [&](std::ostream &stream) {
+      if (arguments->json)
+        print_json(stream, statistics);
+      else
+        print_text(stream, statistics);
+    });
+  };
+}
+
+} // namespace cubekit
