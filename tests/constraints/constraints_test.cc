@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/capture.h"
 #include "support/temp_dir.h"
 
 namespace cubenet {
@@ -60,79 +61,7 @@ TEST(Constraints, EverySectionStandsInItsPlaceWithItsSeparators) {
   d.ilb_attributes[0].GRP = d.olb_attributes[0].GRP = "G1", d.ilb_attributes[1].GRP = "G2",
   d.olb_attributes[1].GRP = "g1";
   // n.C stands behind the last input extension and counts as plain; n.D is judged by the extension of input n.Q.
-  EXPECT_EQ(constraints_of(d), R"([GLOBAL CONSTRAINTS]
-SECURITY=ON;
-SLEWRATE=;
-PULL=hold;
-VOLTAGE=VVCIO;
-Tarvex_Max_GLB_Inputs=16;
-Tarvex_GLB_Outputs=4;
-Tarvex_PARAM_FILE=Net.par;
-Tarvex_Timing_Analysis=ON;
-
-[Power]
-Low = a, n;
-High = b;
-[OUTDELAY]
-On=a,b;
-Off=y;
-
-[SLEWRATE]
-SLOW=a,y,u,v;
-FAST=b,x;
-
-[PULLUP]
-UP=a;
-OFF=b;
-DOWN=z,q;
-HOLD=y,h;
-
-[OSM ByPass]
-Bypass=a,y;
-
-[IO TYPES]
-a=LVCMOS33,PIN,-,-;
-b=LVCMOS25,PIN,-,-;
-y=LVCMOS33_OD,PIN,-,-;
-z=LVCMOS25_OD,PIN,-,-;
-t=LVTTL,PIN
-
-[RESOURCE RESERVATIONS]
-Layer=off;
-Pin=z,bi_Z;
-Pin=b,bi_Z;
-
-[LOCATION ASSIGNMENTS]
-a=pin,A1,-,-;
-y=pin,14,-,-;
-t=pin,9,-,-;
-
-[symbol/MODULE attribute]
-a=OFF,GLB;
-b=ON,IOC;
-y=ON,-;
-n=OFF,IOC;
-
-[PTSABYPASS]
-BYPASS=a,z;
-
-[CLK]
-CLK0=n,a;
-CLK1=b;
-CLK2=b;
-IOCLK0=b;
-IOCLK1=b;
-FASTCLK=b;
-SLOWCLK=y;
-
-[PRESERVE]
-PRESERVE=n,z;
-
-[GROUP ASSIGNMENTS]
-G1=-,*,a,y;
-G2=-,*,b;
-g1=-,*,z;
-)");
+  EXPECT_EQ(constraints_of(d), read_file(PROJECT_DIR "/tests/constraints/every_section.tvx"));
 }
 
 TEST(Constraints, OddFormsAreKept) {
@@ -159,6 +88,18 @@ TEST(Constraints, OddFormsAreKept) {
 
 TEST(Constraints, FileThatCannotBeWrittenIsNoFailure) {
   EXPECT_EQ(write_constraints(testing::TempDir() + "no/such/directory/x.tvx", make_design()), 0);
+}
+
+TEST(Constraints, ProgressIsToldOnlyWhenAskedFor) {
+  const CapturedConsole console;
+  constraints_of(make_design());
+  EXPECT_EQ(console.text(), "");
+  show_constraints_progress = true;
+  constraints_of(make_design());
+  show_constraints_progress = false;
+  EXPECT_EQ(console.text(),
+            "power\noutdelay\nslewrate\npullup\nosm_bypass\nio_types\nresource reservations\nlocation assignments\n"
+            "symbol attributes\nptsa bypass\nclk\npreserve\nkeep xor\ngroup assignemnts\ngroup assignemnts\n");
 }
 
 } // namespace
