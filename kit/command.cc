@@ -17,6 +17,12 @@ constexpr std::string_view kVersion = "cubekit 7.1.01";
 constexpr auto kCommands = std::to_array<Command>({
     {"check",   "read DESIGN.nxf, .ddf and .tvx back and judge their form and consistency",  setup_check},
     {"prove",   "prove that DESIGN.nxf computes what the truth table DESIGN.tt2 says",       setup_prove},
+    {"graph",   "draw DESIGN.nxf for Graphviz, or as SVG",                                   setup_graph},
+    {"export",  "write DESIGN.nxf as BLIF, Verilog or JSON",                                 setup_export},
+    {"sim",     "step DESIGN.nxf over input vectors",                                        setup_sim},
+    {"stat",    "count what is in DESIGN.nxf",                                               setup_stat},
+    {"dump",    "list the design database of DESIGN.tt2",                                    setup_dump},
+    {"random",  "write a random, legal design, the same one for the same seed",              setup_random},
 });
 // clang-format on
 

@@ -3,6 +3,7 @@
 // only when the base really gets a net of that name, which the netlist itself tells.
 #include "kit/rename.h"
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <string_view>
@@ -32,11 +33,15 @@ template <std::size_t N> bool contains(const std::array<std::string_view, N> &li
 struct Pass {
   std::vector<std::string> &names;
   bool case_sensitive;
+  unsigned choice; // bit i: the i-th uncertain base gives way
   NameIndex signals{};
   bool needed = false;
   enum Mark : std::uint8_t { NO, MAYBE, YES };
   std::vector<Mark> marks{};
+  std::size_t uncertain = 0;
 };
+// Where there are more uncertain bases than this, the rest is taken to stay.
+constexpr std::size_t kChoices = 6;
 
 bool begins(std::string_view name, std::string_view prefix, bool case_sensitive) {
   const std::string_view head = name.substr(0, prefix.size());
@@ -66,19 +71,19 @@ void mark_base(Pass &pass, std::string_view name) {
     pass.marks[base] = Pass::MAYBE;
 }
 
-// Some generated name of the netlist holds the text, followed by its end or an ending.
-bool stands_in_netlist(const Netlist &netlist, const std::string &text) {
-  for (const Net &net : netlist.nets) {
-    if (net.name.empty() || net.name[0] != '_') continue;
-    for (std::size_t at = net.name.find(text); at != std::string_view::npos; at = net.name.find(text, at + 1)) {
-      const std::size_t end = at + text.size();
-      if (end == net.name.size() || net.name[end] == '_') return true;
-    }
-  }
-  return false;
+bool stands_in_netlist(const Netlist &netlist, const std::string &name) {
+  return find_net(netlist, name) != kNone || find_symbol(netlist, name) != kNone ||
+         find_name(netlist.external_by_pin, name) != kNone;
 }
 
-void run_pass(Pass &pass, const Netlist &netlist) {
+// The netlist holds the name, or one that is made of it.
+bool is_used(const Netlist &netlist, const std::string &name) {
+  if (stands_in_netlist(netlist, name)) return true;
+  const auto with = [&](std::string_view suffix) { return stands_in_netlist(netlist, name + std::string(suffix)); };
+  return std::ranges::any_of(kReservedSuffixes, with) || std::ranges::any_of(kUncertainSuffixes, with);
+}
+
+void run_pass(Pass &pass) {
   pass.marks.assign(pass.names.size(), Pass::NO);
   for (std::uint32_t i = 0; i < pass.names.size(); i++)
     if (!pass.names[i].empty()) add_name(pass.signals, pass.names[i], i);
@@ -94,8 +99,11 @@ void run_pass(Pass &pass, const Netlist &netlist) {
   for (std::size_t i = 0; i < pass.names.size(); i++) {
     const std::string guard = guarded(pass.names[i], pass.case_sensitive);
     const std::string numbered = "_PLA" + std::to_string(count) + "_" + guard;
-    const bool rename =
-        pass.marks[i] == Pass::YES || (pass.marks[i] == Pass::MAYBE && stands_in_netlist(netlist, numbered));
+    bool rename = pass.marks[i] == Pass::YES;
+    if (pass.marks[i] == Pass::MAYBE) {
+      rename = pass.uncertain < kChoices && (pass.choice >> pass.uncertain & 1U) != 0;
+      pass.uncertain++;
+    }
     if (rename) count++, pass.needed = true;
     renamed[i] = rename ? numbered : guard;
   }
@@ -105,14 +113,25 @@ void run_pass(Pass &pass, const Netlist &netlist) {
 } // namespace
 
 std::vector<std::string> netlist_names(const Meaning &meaning, const Netlist &netlist, bool case_sensitive) {
-  std::vector<std::string> names(meaning.signals.size());
-  for (std::size_t i = 0; i < names.size(); i++)
-    if (meaning.signals[i].used) names[i] = signal_name(*meaning.design, static_cast<SignalIndex>(i));
-  for (int run = 0; run < 2; run++) {
-    Pass pass{names, case_sensitive};
-    run_pass(pass, netlist);
+  std::vector<std::string> declared(meaning.signals.size()), best;
+  for (std::size_t i = 0; i < declared.size(); i++)
+    if (meaning.signals[i].used) declared[i] = signal_name(*meaning.design, static_cast<SignalIndex>(i));
+  std::size_t best_found = 0;
+  for (unsigned choice = 0, choices = 1; choice < choices; choice++) {
+    std::vector<std::string> names = declared;
+    Pass first{names, case_sensitive, choice};
+    run_pass(first);
+    Pass second{names, case_sensitive, 0};
+    run_pass(second);
+    choices = 1U << std::min(first.uncertain, kChoices);
+    std::size_t found = 0;
+    for (std::size_t i = 0; choices > 1 && i < names.size(); i++)
+      if (first.marks[i] != Pass::NO && is_used(netlist, names[i])) found++;
+    if (choice > 0 && found <= best_found) continue;
+    best_found = found;
+    best = std::move(names);
   }
-  return names;
+  return best;
 }
 
 } // namespace cubekit
