@@ -59,7 +59,7 @@ struct Property {
 };
 
 struct PathPoint {
-  std::string signal; // as written, with its extension; empty: the point is not specified
+  std::string signal; // as declared, with the extension as written; empty: the point is not specified
   int kind = 0;       // attribute code 40..49; 0: not specified
 };
 
