@@ -30,6 +30,7 @@ constexpr std::string_view kTristate = "  wire a;\n"
                                        "  buf (a, A0);\n"
                                        "  assign $OUT = OE ? a : 1'bz;\n";
 
+// A row holds where no literal that must be 1 is 0, and none that must be 0 is 1.
 constexpr std::string_view kTable = "  wire [DEPTH-1:0] terms;\n"
                                     "  genvar i;\n"
                                     "  generate\n"
@@ -142,8 +143,8 @@ void write_module(std::ostream &stream, const Netlist &netlist, const Symbol &sy
   if (shell) stream << "(* blackbox *)\n";
   stream << "module " << verilog_identifier(map_name(symbol.primitive_text, NameSet::VISIBLE));
   if (has_rows(symbol))
-    stream << " #(parameter WIDTH = 1, parameter DEPTH = 1, parameter [WIDTH*DEPTH-1:0] ONES = 0,"
-              " parameter [WIDTH*DEPTH-1:0] ZEROS = 0)";
+    stream << " #(parameter WIDTH = 1, parameter DEPTH = 1,\n"
+              "  parameter [WIDTH*DEPTH-1:0] ONES = 0, parameter [WIDTH*DEPTH-1:0] ZEROS = 0)";
   else if (is_table(symbol))
     stream << " #(parameter WIDTH = 1)";
   stream << " (";

@@ -12,7 +12,7 @@ constexpr bool is_word(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_';
 }
 
-constexpr bool is_visible(char c) { return c > ' ' && c < 0x7F && c != '$' && c != '\\'; }
+constexpr bool is_visible(char c) { return c > ' ' && c < 0x7F && c != '$' && c != '%' && c != '\\'; }
 
 // clang-format off
 constexpr auto kKeywords = std::to_array<std::string_view>({
@@ -61,7 +61,7 @@ std::string map_name(std::string_view name, NameSet set) {
       continue;
     }
     const auto byte = static_cast<unsigned char>(c);
-    mapped += {'$', kDigits[byte >> 4], kDigits[byte & 0xFU]};
+    mapped += {'%', kDigits[byte >> 4], kDigits[byte & 0xFU]};
   }
   return mapped;
 }

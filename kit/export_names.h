@@ -10,10 +10,10 @@
 
 namespace cubekit {
 
-// Characters that stay; any other becomes '$' and two hexadecimal digits.
+// Characters that stay; any other becomes '%' and two hexadecimal digits.
 enum class NameSet : std::uint8_t {
   WORD,    // letters, digits, '_': what every format takes
-  VISIBLE, // all that ASCII shows, but '$' and '\'
+  VISIBLE, // all that ASCII shows, but '%', '\', and '$', which tools keep for names of their own
 };
 std::string map_name(std::string_view name, NameSet set);
 

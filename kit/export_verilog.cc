@@ -50,12 +50,14 @@ void write_nets(Writer &writer, const PortNames &names) {
   writer.stream << '\n';
 }
 
-// One row of the table on a line, first row last, as the bits of a vector stand.
+// The rows of the table, a line each where there are more than one. The first row comes last, as the bits of a vector
+// do.
 void write_vector(Writer &writer, std::string_view name, std::string_view bits, std::size_t width) {
-  writer.stream << "." << name << "({";
+  const bool single = bits.size() == width;
+  writer.stream << "." << name << (single ? "(" : "({");
   for (std::size_t at = 0; at < bits.size(); at += width)
-    writer.stream << (at == 0 ? "" : ",") << "\n    " << width << "'b" << bits.substr(at, width);
-  writer.stream << "})";
+    writer.stream << (single ? "" : at == 0 ? "\n    " : ",\n    ") << width << "'b" << bits.substr(at, width);
+  writer.stream << (single ? ")" : "})");
 }
 
 void write_table_parameters(Writer &writer, const Symbol &symbol) {
