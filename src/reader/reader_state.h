@@ -29,8 +29,8 @@ struct ReaderState {
   std::string device_name{}; // first DEVICE statement; empty: none
   std::string part{};        // latest PART attribute; empty: none
 
-  std::unordered_map<std::string, std::size_t> macros_by_name{}; // newest of each name; Design::macros holds the oldest
-                                                                 // first until the file is read
+  // The newest macro of each name; Design::macros holds the oldest first until the file is read.
+  std::unordered_map<std::string, std::size_t> macros_by_name{};
 };
 
 } // namespace cubenet

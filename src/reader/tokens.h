@@ -13,13 +13,8 @@ namespace cubenet {
 
 constexpr std::size_t kShownLimit = 256; // characters of an input text that a message quotes
 
-enum TokenKind : std::uint8_t {
-  TOKEN_PLAIN,
-  TOKEN_DOTTED,
-  TOKEN_DIGIT,
-  TOKEN_ILLEGAL
-}; // a later value hides none:
-   // digit > dotted > illegal
+// A word is of the first kind that fits: it begins with a digit, holds a '.', holds an illegal character.
+enum TokenKind : std::uint8_t { TOKEN_DIGIT, TOKEN_DOTTED, TOKEN_ILLEGAL, TOKEN_PLAIN };
 
 struct Token {
   std::string_view text;
