@@ -46,7 +46,11 @@ run_tests() {
   local said status=0
   said=$(mktemp)
   ctest --test-dir "$ROOT/build/$1" -j "$JOBS" --output-on-failure --no-tests=error >"$said" 2>&1 || status=$?
-  if [ "$status" -ne 0 ]; then cat "$said"; else sed -n '/tests passed/,$p' "$said"; fi
+  if [ "$status" -eq 0 ]; then
+    sed -n '/tests passed/,$p' "$said"
+  else
+    grep -Ev '^ +Start +[0-9]+:| +Passed +[0-9.]+ sec$' "$said"
+  fi
   rm -f "$said"
   return "$status"
 }

@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <new>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -27,11 +28,13 @@ TEST(Memory, EveryKindOfRequestIsCountedAndCanFail) {
   EXPECT_EXIT(fails_second([] { std::free(reallocate(nullptr, 21)); }), testing::ExitedWithCode(21), "");
   EXPECT_EXIT(fails_second([] { std::string(100, 'x').swap(*std::make_unique<std::string>()); }),
               testing::ExitedWithCode(101), "");
-  EXPECT_EXIT(fails_second([] { std::make_unique<char[]>(77).reset(); }), testing::ExitedWithCode(77), "");
-  set_out_of_memory_hook([](long) {});
-  EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
-  set_out_of_memory_hook(nullptr);
-  EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
+  EXPECT_EXIT(fails_second([] {
+    ::operator delete[](
+        ::operator new[](77)); // not a new expression: that could be left out }), testing::ExitedWithCode(77), "");
+    set_out_of_memory_hook([](long) {});
+    EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
+    set_out_of_memory_hook(nullptr);
+    EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
 }
 
 } // namespace
