@@ -25,15 +25,18 @@ struct Arguments {
   bool case_sensitive = false;
 };
 
-struct ErrorConsole : cubenet::HostConsole {
-  void print(std::string_view text) override { std::cerr << text; }
+struct CaughtConsole : cubenet::HostConsole {
+  std::string text;
+  void print(std::string_view more) override { text += more; }
 };
 
+// The checker's findings are of interest only when there is nothing to list.
 bool check(cubenet::Design &design, const cubenet::CubeTable &cubes) {
-  ErrorConsole console;
+  CaughtConsole console;
   cubenet::HostConsole *before = cubenet::set_host_console(&console);
   const bool legal = cubenet::check_design(design, cubes) == 0;
   cubenet::set_host_console(before);
+  if (!legal) std::cerr << console.text;
   return legal;
 }
 

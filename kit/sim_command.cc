@@ -1,10 +1,8 @@
 // `cubekit sim`: steps a netlist over a file of vectors and prints what its pins show.
 #include <CLI/CLI.hpp>
 #include <fstream>
-#include <iomanip>
 #include <iostream>
 #include <memory>
-#include <optional>
 
 #include "kit/command.h"
 #include "kit/export_output.h"
@@ -27,31 +25,33 @@ Value power_up_value(const std::string &text) {
   return text == "1" ? Value::HIGH : Value::LOW;
 }
 
-// The columns of the vectors, a '|', and the pins that the device can drive.
+// The columns of the vectors, a '|', and the pins that the device can drive; each as wide as the pin's name.
 template <typename InputText, typename OutputText>
 void print_columns(const VectorReader &reader, InputText input_text, OutputText output_text) {
   const std::vector<ExternalPin> &pins = reader.netlist.external_pins;
-  const auto print = [&](std::uint32_t pin, const auto &text) {
-    std::cout << std::left << std::setw(static_cast<int>(pins[pin].pin.size())) << text << ' ';
+  std::string line;
+  const auto add = [&](std::uint32_t pin, const std::string &text) {
+    line += text + std::string(pins[pin].pin.size() - text.size() + 1, ' ');
   };
-  for (const std::uint32_t pin : reader.columns) print(pin, input_text(pin));
-  std::cout << '|';
-  for (std::uint32_t pin = 0; pin < pins.size(); pin++) {
-    if (pins[pin].direction == Direction::IN) continue;
-    std::cout << ' ' << std::setw(static_cast<int>(pins[pin].pin.size())) << output_text(pin);
-  }
-  std::cout << '\n';
+  for (const std::uint32_t pin : reader.columns) add(pin, input_text(pin));
+  line += "| ";
+  for (std::uint32_t pin = 0; pin < pins.size(); pin++)
+    if (pins[pin].direction != Direction::IN) add(pin, output_text(pin));
+  line.erase(line.find_last_not_of(' ') + 1);
+  std::cout << line << '\n';
 }
 
 void print_names(const VectorReader &reader) {
-  const auto name = [&](std::uint32_t pin) { return reader.netlist.external_pins[pin].pin; };
+  const auto name = [&](std::uint32_t pin) { return std::string(reader.netlist.external_pins[pin].pin); };
   print_columns(reader, name, name);
 }
 
 void print_values(const VectorReader &reader, const Simulator &simulator) {
-  print_columns(
-      reader, [&](std::uint32_t pin) { return reader.row[pin] == Value::OPEN ? '-' : value_char(reader.row[pin]); },
-      [&](std::uint32_t pin) { return value_char(pin_value(simulator, pin)); });
+  const auto driven = [&](std::uint32_t pin) {
+    return std::string(1, reader.row[pin] == Value::OPEN ? '-' : value_char(reader.row[pin]));
+  };
+  const auto shown = [&](std::uint32_t pin) { return std::string(1, value_char(pin_value(simulator, pin))); };
+  print_columns(reader, driven, shown);
 }
 
 // Returns kNo at a row that does not settle.
