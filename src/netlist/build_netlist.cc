@@ -104,8 +104,9 @@ void derive_nets(Netlist &netlist) {
 
 } // namespace
 
-Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connections &connections, bool expand) {
-  NetlistBuilder builder{design, cubes, connections, expand};
+Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connections &connections, bool expand,
+                      XorPlace xor_place) {
+  NetlistBuilder builder{design, cubes, connections, expand, xor_place};
   Netlist &netlist = builder.netlist;
   netlist.outputs.resize(design.OLB.size());
   netlist.column_nets.assign(design.ILB.size(), kNone);
@@ -116,9 +117,7 @@ Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connec
     if (!signal_name(design, signal).empty()) map_signal(builder, signal);
   connect_xor_gates(builder);
   add_macros(builder);
-  netlist.first_block = static_cast<SymbolIndex>(netlist.symbols.size());
   add_output_blocks(builder);
-  netlist.first_signal_symbol = static_cast<SymbolIndex>(netlist.symbols.size());
   netlist.symbols.insert(netlist.symbols.end(), builder.signal_symbols.begin(), builder.signal_symbols.end());
   tie_undriven_nets(netlist);
   derive_nets(netlist);

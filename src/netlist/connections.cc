@@ -61,26 +61,32 @@ std::optional<XorGate> recognise_xor(const CubeTable &cubes, const Design &desig
 
 } // namespace
 
-Connections map_build_connections(const CubeTable &cubes, const Design &design,
-                                  const std::vector<std::uint8_t> &xor_attrs) {
+Connections map_build_connections(const CubeTable &cubes, const Design &design) {
   Connections connections;
   for (const OutputStatus status : design.fan_out.status)
     connections.forms.push_back(status == OUTPUT_LOGIC ? OutputForm::LOGIC : OutputForm::CONSTANT);
   list_terms(cubes, design, connections);
   connections.xor_index.assign(design.OLB.size(), kNoXor);
-  for (std::size_t j = 0; j < design.OLB.size(); j++) {
-    if (xor_attrs[j] == 0) continue;
-    if (const auto gate = recognise_xor(cubes, design, connections, j)) {
-      connections.forms[j] = OutputForm::XOR;
-      connections.xor_index[j] = static_cast<std::uint32_t>(connections.xor_gates.size());
-      connections.xor_gates.push_back(*gate);
+  for (std::uint32_t j = 0; j < design.OLB.size(); j++) {
+    if (design.olb_attributes[j].LXOR2 == 0) continue;
+    const auto gate = recognise_xor(cubes, design, connections, j);
+    if (!gate) {
+      connections.refused.push_back(j);
       continue;
     }
-    const std::string name = display_name(design.OLB[j], design.OB_EXT[j]);
+    connections.forms[j] = OutputForm::XOR;
+    connections.xor_index[j] = static_cast<std::uint32_t>(connections.xor_gates.size());
+    connections.xor_gates.push_back(*gate);
+  }
+  return connections;
+}
+
+void report_refused_xors(const Design &design, const Connections &connections) {
+  for (const std::uint32_t output : connections.refused) {
+    const std::string name = display_name(design.OLB[output], design.OB_EXT[output]);
     report_warning(31600, "Signal '%s' is not driven by simple two-input XOR gate; attribute 'LXOR2 %s' is ignored",
                    name.c_str(), name.c_str());
   }
-  return connections;
 }
 
 } // namespace cubenet

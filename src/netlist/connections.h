@@ -29,15 +29,17 @@ struct Connections {
   std::vector<std::uint32_t> terms;     // cube indices, ascending per output; LOGIC and XOR outputs only
   std::vector<std::uint32_t> xor_index; // per output-list entry: into xor_gates; kNoXor for the rest
   std::vector<XorGate> xor_gates;
+  std::vector<std::uint32_t> refused; // outputs that carry the LXOR2 attribute and are no plain two-input XOR
 };
 
 inline std::uint32_t term_count(const Connections &connections, std::size_t output) {
   return connections.starts[output + 1] - connections.starts[output];
 }
 
-// `xor_attrs`: per output-list entry, whether the LXOR2 attribute names it. An output that carries it and is no plain
-// two-input XOR is reported (31600) and stays a sum of products.
-Connections map_build_connections(const CubeTable &cubes, const Design &design,
-                                  const std::vector<std::uint8_t> &xor_attrs);
+// An output that carries the LXOR2 attribute and is no plain two-input XOR stays a sum of products.
+Connections map_build_connections(const CubeTable &cubes, const Design &design);
+
+// Reports the refused attributes (31600).
+void report_refused_xors(const Design &design, const Connections &connections);
 
 } // namespace cubenet

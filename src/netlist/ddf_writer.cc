@@ -74,30 +74,10 @@ void write_symbol(const DdfWriter &writer, const Symbol &symbol) {
   if (stores_complement(writer, symbol)) put_all(writer.file, "\tPIN D0 IN ", symbol.instance.base, "_BD;\n");
 }
 
-// An LXOR2 that stands for an output is listed with the outputs, not with its signal.
-bool is_output_xor(const Symbol &symbol) { return symbol.primitive == Primitive::LXOR2 && symbol.origin != kNone; }
-
-// The outputs in list order: blocks and taken XOR gates. Wanted: no gates of expanded product terms.
-void write_output_symbols(const DdfWriter &writer) {
-  const Netlist &netlist = writer.netlist;
-  std::vector<SymbolIndex> xor_symbols(netlist.outputs.size(), kNone);
-  for (SymbolIndex s = netlist.first_signal_symbol; s < netlist.symbols.size(); s++)
-    if (is_output_xor(netlist.symbols[s])) xor_symbols[netlist.symbols[s].origin] = s;
-  SymbolIndex block = netlist.first_block;
-  for (std::uint32_t output = 0; output < netlist.outputs.size(); output++) {
-    if (xor_symbols[output] != kNone) write_symbol(writer, netlist.symbols[xor_symbols[output]]);
-    for (; block < netlist.first_signal_symbol && netlist.symbols[block].origin == output; block++)
-      write_symbol(writer, netlist.symbols[block]);
-  }
-}
-
+// Wanted: no gates of expanded product terms; taken XOR gates stand with the outputs.
 void write_symbols(const DdfWriter &writer) {
-  const Netlist &netlist = writer.netlist;
   put(writer.file, "SYMBOLS:\n");
-  for (SymbolIndex s = 0; s < netlist.first_block; s++) write_symbol(writer, netlist.symbols[s]);
-  write_output_symbols(writer);
-  for (SymbolIndex s = netlist.first_signal_symbol; s < netlist.symbols.size(); s++)
-    if (!is_output_xor(netlist.symbols[s])) write_symbol(writer, netlist.symbols[s]);
+  for (const Symbol &symbol : writer.netlist.symbols) write_symbol(writer, symbol);
   put(writer.file, "ENDSYMBOLS;\n\n");
 }
 
@@ -139,7 +119,7 @@ void write_nets(const DdfWriter &writer) {
 
 int write_ddf(const CubeTable &cubes, const std::string &ddf_name, Design *design) {
   if (design == nullptr) return 2;
-  const MappedDesign mapped = map_design(*design, cubes);
+  const MappedDesign mapped = map_design(*design, cubes, XorPlace::WITH_OUTPUT);
   print_line(" ");
   print_line("Writing output files(ddf)...");
   OutputFile file;

@@ -3,20 +3,17 @@
 
 #include "frame/messages.h"
 #include "model/run_settings.h"
-#include "netlist/build_netlist.h"
 #include "netlist/gate_planes.h"
 #include "netlist/rename.h"
 
 namespace cubenet {
 
-MappedDesign map_design(Design &design, const CubeTable &cubes) {
+MappedDesign map_design(Design &design, const CubeTable &cubes, XorPlace xor_place) {
   map_rename_signals(design, cubes);
-  std::vector<std::uint8_t> xor_attrs;
-  for (const SignalAttributes &attributes : design.olb_attributes)
-    xor_attrs.push_back(static_cast<std::uint8_t>(attributes.LXOR2 != 0));
   MappedDesign mapped;
-  mapped.connections = map_build_connections(cubes, design, xor_attrs);
-  mapped.netlist = build_netlist(design, cubes, mapped.connections, run_settings.expand);
+  mapped.connections = map_build_connections(cubes, design);
+  report_refused_xors(design, mapped.connections);
+  mapped.netlist = build_netlist(design, cubes, mapped.connections, run_settings.expand, xor_place);
   return mapped;
 }
 

@@ -3,6 +3,7 @@
 
 #include "model/cube_table.h"
 #include "model/design.h"
+#include "netlist/build_netlist.h"
 #include "netlist/connections.h"
 #include "netlist/netlist.h"
 #include "util/output_file.h"
@@ -16,7 +17,7 @@ struct MappedDesign {
 
 // Renames colliding names, connects the terms and builds the netlist; reports 31600, 31620 and 31621. The netlist
 // refers to the design's names: the design must outlive it unchanged.
-MappedDesign map_design(Design &design, const CubeTable &cubes);
+MappedDesign map_design(Design &design, const CubeTable &cubes, XorPlace xor_place);
 
 // A net that nothing drives and nobody reads is not printed.
 bool is_connected(const Netlist &netlist, NetIndex net);

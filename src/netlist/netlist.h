@@ -42,8 +42,8 @@ struct Symbol {
   Name instance;
   std::uint32_t first_pin = 0; // into Netlist::pins
   std::uint32_t pin_count = 0;
-  // PLA and ZDOT, the INV behind them, and the LXOR2 or rail BUF that stands for an output: the output-list entry;
-  // XTRI1 and XBIDI1: the signal; MACRO: the macro; kNone for the rest.
+  // PLA, ZDOT, and an LXOR2 that stands for an output: the output-list entry; XTRI1 and XBIDI1: the signal; MACRO: the
+  // macro; kNone for the rest.
   std::uint32_t origin = kNone;
 };
 
@@ -91,7 +91,6 @@ struct Netlist {
 
   // In print order: macros first, then the output blocks, then the signals' own symbols.
   std::vector<Symbol> symbols;
-  SymbolIndex first_block = 0, first_signal_symbol = 0;
   std::vector<Pin> pins;
 
   std::vector<OutputGate> outputs;   // per output-list entry

@@ -7,6 +7,7 @@
 
 #include "model/cube_table.h"
 #include "model/design.h"
+#include "netlist/build_netlist.h"
 #include "netlist/connections.h"
 #include "netlist/netlist.h"
 #include "netlist/signal_mapper.h"
@@ -36,6 +37,7 @@ struct NetlistBuilder {
   const CubeTable &cubes;
   const Connections &connections;
   bool expand;
+  XorPlace xor_place;
   Netlist netlist{};
   BySignal columns{}, outputs{};
   std::vector<MacroPin> macro_pins{}; // instances in list order, inputs before outputs
@@ -65,7 +67,8 @@ std::uint32_t macro_reads(const NetlistBuilder &builder, SignalIndex signal);
 void connect_macro_pins(NetlistBuilder &builder, SignalMapper &mapper, const ReadNets &reads, const MacroPin *driver);
 void add_macros(NetlistBuilder &builder);
 
-// The blocks of the outputs: rails, and PLA or ZDOT blocks unless the product terms become gates.
+// The blocks of the outputs: rails, XOR gates where they stand with the outputs, and PLA or ZDOT blocks unless the
+// product terms become gates.
 void add_output_blocks(NetlistBuilder &builder);
 
 // The net on which a reference with that extension reads; kNone when the signal can't be read so.

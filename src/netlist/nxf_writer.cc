@@ -142,7 +142,7 @@ void write_logical(const NxfWriter &writer) {
 int write_nxf(const CubeTable &cubes, const std::string &nxf_name, const std::string &par_name,
               const std::string &rsp_name, Design *design) {
   if (design == nullptr) return 2;
-  const MappedDesign mapped = map_design(*design, cubes);
+  const MappedDesign mapped = map_design(*design, cubes, XorPlace::WITH_SIGNAL);
   print_line(" ");
   print_line("Writing output files(nxf)...");
   if (!write_parameters(*design, par_name, rsp_name)) return 2;

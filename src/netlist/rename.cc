@@ -101,9 +101,8 @@ void judge_macro_names(Renaming &renaming, const Design &design) {
 // A doubtful name marks its base only when the base really makes a net or a symbol of that name.
 void settle_doubts(Renaming &renaming, const Design &design, const CubeTable &cubes) {
   if (renaming.doubtful.empty()) return;
-  const std::vector<std::uint8_t> no_xor(design.OLB.size(), 0);
-  const Connections connections = map_build_connections(cubes, design, no_xor);
-  const Netlist netlist = build_netlist(design, cubes, connections, run_settings.expand);
+  const Connections connections = map_build_connections(cubes, design);
+  const Netlist netlist = build_netlist(design, cubes, connections, run_settings.expand, XorPlace::WITH_SIGNAL);
   std::unordered_set<std::string_view> doubted;
   for (const auto &[name, base] : renaming.doubtful) doubted.insert(name);
   std::unordered_set<std::string> made;

@@ -22,20 +22,16 @@ constexpr std::array<OutputSuffix, kExtensionCodes> kOutputSuffixes{{
     {"_Q", "_QB"},     {"_FB", "_FBB"},   {"_OE", "_OEB"},   {"_PIN", "_PINB"}, {"_AP", "_APB"},   {"_PR", "_PRB"},
 }};
 
-// The statements of one signal's nets: what goes into the storage element, then what comes out. A block's net stands
-// before the net of the inverter behind it.
-constexpr std::array<std::string_view, 71> kStatementOrder{
-    "_CB", "_C", "_LEB", "_LE", "_LHB", "_LH", "_ARB", "_AR", "_REB", "_RE", "_APB", "_AP", "_PRB", "_PR",
-    "_CEB", "_CE", "_SPB", "_SP", "_SRB", "_SR", "_X1B", "_X1", "_X2B", "_X2", "_DX1B", "_DX1", "_DX2B", "_DX2",
-    "_GX1B", "_GX1", "_GX2B", "_GX2", "_TX1B", "_TX1", "_TX2B", "_TX2", "_JB", "_J", "_KB", "_K", "_SB", "_S",
-    "_RB", "_R", "_REGB", "_REG", "_TB", "_T", "_H", "_DB", "_D", "_B", "_1", "_2", "_3", "_4", "_5", "_6", "_7",
-    "_8", "_9", "_BD", "_QB", "_Q", "_FB", "_OEB", "_OE", "_Z", "_PINB", "_PIN", ""};
+// The statements of one signal's nets: what goes into it, then what comes out. A block's net stands before the net of
+// the inverter behind it.
+constexpr std::array<std::string_view, 64> kRegisterStatements{
+    "_CB", "_C", "_LEB", "_LE", "_LHB", "_LH", "_ARB", "_AR", "_REB", "_RE", "_APB", "_AP", "_PRB", "_PR", "_CEB", "_CE",
+    "_SPB", "_SP", "_SRB", "_SR", "_DB", "_D", "_REGB", "_REG", "_TB", "_T", "_JB", "_J", "_KB", "_K", "_SB", "_S", "_RB", "_R",
+    "_DX1B", "_DX1", "_DX2B", "_DX2", "_GX1B", "_GX1", "_GX2B", "_GX2", "_TX1B", "_TX1", "_TX2B", "_TX2",
+    "_1", "_2", "_3", "_4", "_5", "_6", "_7", "_8", "_9", "_BD", "_QB", "_Q", "_FB", "_PIN", "_OEB", "_OE", "_Z", ""};
+constexpr std::array<std::string_view, 11> kCombinationalStatements{
+    "_X1B", "_X1", "_X2B", "_X2", "_OEB", "_OE", "_B", "_D", "_H", "_Z", "_PIN"};
 // clang-format on
-
-std::size_t statement_rank(std::string_view suffix) {
-  return static_cast<std::size_t>(std::find(kStatementOrder.begin(), kStatementOrder.end(), suffix) -
-                                  kStatementOrder.begin());
-}
 
 // Combinational: the signal's own equation, or its XOR pair, drives it.
 bool has_equation(const SignalMapper &mapper) { return has(mapper, EXT_NONE) || has(mapper, EXT_X1); }
@@ -127,9 +123,17 @@ void add_xor_gates(NetlistBuilder &builder, SignalMapper &mapper) {
   });
 }
 
-void order_statements(SignalMapper &mapper) {
+template <std::size_t Size>
+std::size_t rank_of(const std::array<std::string_view, Size> &order, std::string_view suffix) {
+  return static_cast<std::size_t>(std::find(order.begin(), order.end(), suffix) - order.begin());
+}
+
+void order_statements(SignalMapper &mapper, bool registered) {
+  const auto rank = [&](std::string_view suffix) {
+    return registered ? rank_of(kRegisterStatements, suffix) : rank_of(kCombinationalStatements, suffix);
+  };
   std::sort(mapper.nets.begin(), mapper.nets.end(),
-            [](const auto &a, const auto &b) { return statement_rank(a.first) < statement_rank(b.first); });
+            [&](const auto &a, const auto &b) { return rank(a.first) < rank(b.first); });
   for (const auto &[suffix, net] : mapper.nets) mapper.netlist.statements.push_back(net);
 }
 
@@ -172,7 +176,7 @@ void map_signal(NetlistBuilder &builder, SignalIndex signal) {
     reads = map_input_pin(mapper);
   } else {
     place_outputs(builder, mapper);
-    add_xor_gates(builder, mapper);
+    if (builder.xor_place == XorPlace::WITH_SIGNAL) add_xor_gates(builder, mapper);
     reads = registered ? map_register(mapper) : map_combinational(mapper, driver != nullptr);
     if (pin) add_direct_pin(mapper);
   }
@@ -181,7 +185,7 @@ void map_signal(NetlistBuilder &builder, SignalIndex signal) {
       builder.netlist.column_nets[column] = read_net(reads, extension_code(design.IB_EXT[column]));
   });
   connect_macro_pins(builder, mapper, reads, driver);
-  order_statements(mapper);
+  order_statements(mapper, registered);
 }
 
 } // namespace cubenet

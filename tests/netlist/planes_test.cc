@@ -111,7 +111,7 @@ TEST(PlaBlocks, RowsOfAllColumnsEqualRowsColumnByColumn) {
       std::uint32_t *row = next_cube(cubes);
       expected += '\t';
       for (std::size_t k = 0; k < inputs; k++) {
-        const std::uint32_t literal = 1 + random() % 3;
+        const auto literal = static_cast<std::uint32_t>(1 + random() % 3);
         row[1 + k / 16] |= literal << (2 * (k % 16));
         expected += "?01-"[literal];
       }
