@@ -28,13 +28,12 @@ TEST(Memory, EveryKindOfRequestIsCountedAndCanFail) {
   EXPECT_EXIT(fails_second([] { std::free(reallocate(nullptr, 21)); }), testing::ExitedWithCode(21), "");
   EXPECT_EXIT(fails_second([] { std::string(100, 'x').swap(*std::make_unique<std::string>()); }),
               testing::ExitedWithCode(101), "");
-  EXPECT_EXIT(fails_second([] {
-    ::operator delete[](
-        ::operator new[](77)); // not a new expression: that could be left out }), testing::ExitedWithCode(77), "");
-    set_out_of_memory_hook([](long) {});
-    EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
-    set_out_of_memory_hook(nullptr);
-    EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
+  // Not a new expression: that could be left out together with its delete.
+  EXPECT_EXIT(fails_second([] { ::operator delete[](::operator new[](77)); }), testing::ExitedWithCode(77), "");
+  set_out_of_memory_hook([](long) {});
+  EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
+  set_out_of_memory_hook(nullptr);
+  EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
 }
 
 } // namespace
