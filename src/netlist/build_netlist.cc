@@ -3,6 +3,8 @@
 #include "netlist/build_netlist.h"
 
 #include <numeric>
+#include <string>
+#include <unordered_set>
 
 #include "netlist/netlist_builder.h"
 
@@ -71,9 +73,15 @@ void tie_undriven_nets(Netlist &netlist) {
     const Pin &pin = netlist.pins[p];
     state[pin.net] |= pin_direction(pin.kind) == Direction::OUT ? kDriven : kNeeded;
   });
+  std::unordered_set<std::string> macro_names;
+  for (const Symbol &symbol : netlist.symbols)
+    if (symbol.primitive == Primitive::MACRO) macro_names.insert(name_text(symbol.instance));
   for (NetIndex n = 0; n < state.size(); n++) {
     if (state[n] != kNeeded) continue;
-    open_symbol(netlist, Primitive::BUF, netlist.nets[n].name);
+    std::string name = name_text(netlist.nets[n].name);
+    while (macro_names.contains(name)) name += "_H";
+    netlist.own_names.push_back(std::move(name));
+    open_symbol(netlist, Primitive::BUF, {netlist.own_names.back(), ""});
     netlist.pins.push_back({PinKind::A, 0, rail(netlist, false)});
     netlist.pins.push_back({PinKind::Z0, 0, n});
     close_symbol(netlist);

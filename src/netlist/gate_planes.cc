@@ -389,12 +389,17 @@ PlanePrefixes map_choose_prefixes(const Design &design) {
   const auto take = [](std::string &prefix, std::string_view name, std::string_view taken, const char *other) {
     if (equal_ignoring_case(name.substr(0, taken.size()), taken)) prefix = other;
   };
-  for (SignalIndex signal = 0; signal < signal_count(design); signal++) {
-    const std::string_view name = signal_name(design, signal);
-    if (name.size() < 6) continue;
+  const auto judge = [&](std::string_view name) {
+    if (name.size() < 6) return;
     take(prefixes.or_gates, name, "_PLO_", "_PLA_OR_");
     take(prefixes.and_gates, name, "_PLN_", "_PLA_AND_");
     take(prefixes.inverters, name, "_PLI_", "_PLA_INV_");
+  };
+  for (SignalIndex signal = 0; signal < signal_count(design); signal++) judge(signal_name(design, signal));
+  for (const Instance &instance : design.instances) {
+    judge(instance.name);
+    for (const auto *list : {&instance.inputs, &instance.outputs})
+      for (const Connection &connection : *list) judge(connection.name);
   }
   return prefixes;
 }

@@ -21,7 +21,8 @@ struct PlanePrefixes {
   std::string or_gates = "_PLO_", and_gates = "_PLN_", inverters = "_PLI_";
 };
 
-// The default prefixes, but for those that a pin or node name begins with (in any case).
+// The default prefixes, but for those that a pin or node name, or a name that a macro brings in, begins with (in any
+// case).
 PlanePrefixes map_choose_prefixes(const Design &design);
 
 // Where the literals of every input are: one list per input and polarity, entries (term, place of the literal in the

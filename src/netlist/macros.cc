@@ -1,20 +1,25 @@
 // Placed macros: hard blocks whose ports connect to signals in the form that a connection names, or to nets of their
 // own. A net gets one driver; what a macro would drive a second time is kept apart on a net of its own.
+#include <optional>
+
 #include "netlist/netlist_builder.h"
 
 namespace cubenet {
 
 namespace {
 
-// A net by its spelled name: nothing declares it, or no equation makes it.
+NetIndex add_statement_net(NetlistBuilder &builder, std::string name) {
+  builder.netlist.own_names.push_back(std::move(name));
+  const NetIndex net = add_net(builder.netlist, {builder.netlist.own_names.back(), ""}, NetKind::INTERNAL);
+  builder.netlist.statements.push_back(net);
+  return net;
+}
+
+// A net that nothing declares, by its spelled name.
 NetIndex plain_net(NetlistBuilder &builder, const std::string &name) {
   if (name == "GND" || name == "VCC") return rail(builder.netlist, name == "VCC");
   const auto [at, is_new] = builder.plain_nets.try_emplace(name, kNone);
-  if (is_new) {
-    builder.netlist.own_names.push_back(name);
-    at->second = add_net(builder.netlist, {builder.netlist.own_names.back(), ""}, NetKind::INTERNAL);
-    builder.netlist.statements.push_back(at->second);
-  }
+  if (is_new) at->second = add_statement_net(builder, name);
   return at->second;
 }
 
@@ -26,45 +31,95 @@ bool is_target(const MacroPin &pin) {
   return pin.is_output && (code == EXT_NONE || code == EXT_PIN);
 }
 
-NetIndex find_own_net(const SignalMapper &mapper, std::string_view suffix) {
+NetIndex find_own_net(const SignalMapper &mapper, const MacroPin &pin) {
+  const std::string suffix = netlist_name("", upper_case(pin.connection->pin_part));
   for (const auto &[known, net] : mapper.nets)
     if (known == suffix) return net;
   return kNone;
 }
 
-NetIndex driven_net(NetlistBuilder &builder, SignalMapper &mapper, const MacroPin &pin, const MacroPin *driver) {
-  const bool to_pin = is_pin(mapper.design, mapper.signal);
-  if (&pin == driver) return net_of(mapper, to_pin ? "_H" : has(mapper, EXT_OE) ? "_D" : "");
-  const std::string suffix = is_target(pin) ? "_H" : netlist_name("", upper_case(pin.connection->pin_part));
-  const bool is_taken = find_own_net(mapper, suffix) != kNone;
-  return plain_net(builder, std::string(mapper.base).append(suffix).append(is_taken ? "_H" : ""));
+NetIndex driver_net(SignalMapper &mapper) {
+  if (is_pin(mapper.design, mapper.signal)) return net_of(mapper, "_H");
+  return net_of(mapper, has(mapper, EXT_OE) ? "_D" : "");
 }
 
-NetIndex reading_net(NetlistBuilder &builder, const SignalMapper &mapper, const ReadNets &reads, const MacroPin &pin) {
-  const NetIndex net = read_net(reads, connection_code(pin));
-  if (net != kNone) return net;
-  const std::string suffix = netlist_name("", upper_case(pin.connection->pin_part));
-  const NetIndex own = find_own_net(mapper, suffix);
-  return own != kNone ? own : plain_net(builder, std::string(mapper.base).append(suffix));
+// All names that a net made for a macro must not take.
+UniqueNames collect_names(const NetlistBuilder &builder) {
+  UniqueNames names;
+  for (SignalIndex signal = 0; signal < signal_count(builder.design); signal++)
+    names.taken.insert(signal_name(builder.design, signal));
+  for (const MacroPin &pin : builder.macro_pins)
+    if (pin.connection->signal == kNoSignal)
+      names.taken.insert(netlist_name(pin.connection->name, upper_case(pin.connection->pin_part)));
+  for (const Net &net : builder.netlist.nets) names.taken.insert(name_text(net.name));
+  return names;
 }
 
-// Connections that name no declared signal, and outputs on a net that another macro drives already.
-void connect_plain_macro_pins(NetlistBuilder &builder) {
-  std::vector<bool> driven(builder.netlist.nets.size());
-  const auto is_taken = [&](NetIndex net) {
-    return builder.netlist.nets[net].kind == NetKind::RAIL || (net < driven.size() && driven[net]);
-  };
-  for (MacroPin &pin : builder.macro_pins) {
-    std::string name = netlist_name(pin.connection->name, upper_case(pin.connection->pin_part));
-    if (pin.net == kNone) pin.net = plain_net(builder, name);
-    if (!pin.is_output) continue;
-    while (is_taken(pin.net)) pin.net = plain_net(builder, name.append("_H"));
-    driven.resize(builder.netlist.nets.size());
-    driven[pin.net] = true;
+// Connects what the signals have left over: nets that nothing declares, parts of signals that no equation makes, and
+// outputs whose net has a driver.
+struct LeftOverPins {
+  NetlistBuilder &builder;
+  std::optional<UniqueNames> names{};                // made when the first one is needed
+  std::unordered_map<std::string, NetIndex> parts{}; // by "signal.part"
+  std::unordered_set<NetIndex> driven{};
+};
+
+NetIndex unique_net(LeftOverPins &pins, const std::string &wanted) {
+  if (!pins.names) pins.names = collect_names(pins.builder);
+  return add_statement_net(pins.builder, make_unique(*pins.names, wanted));
+}
+
+NetIndex part_net(LeftOverPins &pins, const std::string &base, const std::string &part) {
+  const auto [at, is_new] = pins.parts.try_emplace(display_name(base, part), kNone);
+  if (is_new) at->second = unique_net(pins, netlist_name(base, part));
+  return at->second;
+}
+
+void connect_left_over(LeftOverPins &pins, MacroPin &pin) {
+  NetlistBuilder &builder = pins.builder;
+  const Connection &connection = *pin.connection;
+  const bool is_declared = connection.signal != kNoSignal;
+  const std::string &base = is_declared ? signal_name(builder.design, connection.signal) : connection.name;
+  const std::string part = upper_case(connection.pin_part);
+  const std::string name = is_target(pin) ? base : netlist_name(base, part);
+  if (pin.is_apart)
+    pin.net = unique_net(pins, name + "_H");
+  else if (pin.net == kNone)
+    pin.net = is_declared ? part_net(pins, base, part) : plain_net(builder, name);
+  if (!pin.is_output) return;
+  const bool is_rail = builder.netlist.nets[pin.net].kind == NetKind::RAIL;
+  if (is_rail || !pins.driven.insert(pin.net).second) pin.net = unique_net(pins, name + "_H");
+}
+
+// Two placed macros may have been given one name; the later one gets another.
+std::vector<std::string> instance_names(const NetlistBuilder &builder) {
+  std::unordered_set<std::string_view> seen;
+  std::optional<UniqueNames> names;
+  std::vector<std::string> result;
+  for (const Instance &instance : builder.design.instances) {
+    result.push_back(instance.name);
+    if (seen.insert(instance.name).second) continue;
+    if (!names) {
+      names = collect_names(builder);
+      for (const Instance &each : builder.design.instances) names->taken.insert(each.name);
+      for (const Symbol &symbol : builder.signal_symbols) names->taken.insert(name_text(symbol.instance));
+      for (const OutputGate &gate : builder.netlist.outputs)
+        for (const Name &name : {gate.instance, gate.block}) names->taken.insert(name_text(name));
+    }
+    result.back() = make_unique(*names, instance.name);
   }
+  return result;
 }
 
 } // namespace
+
+std::string make_unique(UniqueNames &names, const std::string &wanted) {
+  if (names.taken.insert(wanted).second) return wanted;
+  for (int &number = names.numbers.try_emplace(wanted, 2).first->second;; number++) {
+    std::string name = wanted + "_" + std::to_string(number);
+    if (names.taken.insert(name).second) return name;
+  }
+}
 
 void collect_macro_pins(NetlistBuilder &builder) {
   std::vector<SignalIndex> signals;
@@ -107,15 +162,26 @@ std::uint32_t macro_reads(const NetlistBuilder &builder, SignalIndex signal) {
 void connect_macro_pins(NetlistBuilder &builder, SignalMapper &mapper, const ReadNets &reads, const MacroPin *driver) {
   for_each_entry(builder.connected, mapper.signal, [&](std::uint32_t at) {
     MacroPin &pin = builder.macro_pins[at];
-    pin.net = pin.is_output ? driven_net(builder, mapper, pin, driver) : reading_net(builder, mapper, reads, pin);
+    if (&pin == driver) {
+      pin.net = driver_net(mapper);
+    } else if (pin.is_output) {
+      pin.is_apart = is_target(pin) || find_own_net(mapper, pin) != kNone;
+    } else {
+      pin.net = read_net(reads, connection_code(pin));
+      if (pin.net == kNone) pin.net = find_own_net(mapper, pin);
+    }
   });
 }
 
 void add_macros(NetlistBuilder &builder) {
-  connect_plain_macro_pins(builder);
+  LeftOverPins pins{builder};
+  for (MacroPin &pin : builder.macro_pins) connect_left_over(pins, pin);
   const MacroPin *next = builder.macro_pins.data();
-  for (const Instance &instance : builder.design.instances) {
-    open_symbol(builder.netlist, Primitive::MACRO, {instance.name, ""}).origin =
+  const std::vector<std::string> names = instance_names(builder);
+  for (std::size_t i = 0; i < names.size(); i++) {
+    const Instance &instance = builder.design.instances[i];
+    builder.netlist.own_names.push_back(names[i]);
+    open_symbol(builder.netlist, Primitive::MACRO, {builder.netlist.own_names.back(), ""}).origin =
         static_cast<std::uint32_t>(instance.macro);
     for (std::uint32_t port = 0; port < instance.inputs.size(); port++)
       builder.netlist.pins.push_back({PinKind::PORT_IN, port, (next++)->net});

@@ -19,7 +19,8 @@ MappedDesign map_design(Design &design, const CubeTable &cubes, XorPlace xor_pla
 
 bool is_connected(const Netlist &netlist, NetIndex net) {
   const Net &each = netlist.nets[net];
-  return each.kind != NetKind::INTERNAL || each.source_symbol != kNone || each.source_output != kNone ||
+  const bool is_external = each.kind == NetKind::EXTERNAL_INPUT || each.kind == NetKind::EXTERNAL_OUTPUT;
+  return is_external || each.source_symbol != kNone || each.source_output != kNone ||
          netlist.destination_starts[net] != netlist.destination_starts[net + 1];
 }
 

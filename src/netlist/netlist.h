@@ -30,8 +30,8 @@ inline std::string name_text(const Name &name) { return std::string(name.base).a
 
 struct Pin {
   PinKind kind = PinKind::A;
-  // A: the input's number; an input of a PLA block: its column in the truth table (its number is its place among the
-  // block's pins); PORT_IN and PORT_OUT: the port's place in the macro.
+  // An input of a PLA block: its column in the truth table; PORT_IN and PORT_OUT: the port's place in the macro; unused
+  // for the rest (an A pin is numbered by its place among the symbol's pins).
   std::uint32_t number = 0;
   NetIndex net = kNone;
 };

@@ -3,6 +3,7 @@
 
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "model/cube_table.h"
@@ -29,8 +30,16 @@ template <typename Visit> void for_each_entry(const BySignal &groups, SignalInde
 struct MacroPin {
   const Connection *connection;
   bool is_output;
+  bool is_apart = false; // an output that must not meet the net that it names: something else drives that
   NetIndex net = kNone;
 };
+
+// Names made unique: a spelling that is taken gets a number.
+struct UniqueNames {
+  std::unordered_set<std::string> taken;
+  std::unordered_map<std::string, int> numbers; // next one per spelling
+};
+std::string make_unique(UniqueNames &names, const std::string &wanted);
 
 struct NetlistBuilder {
   const Design &design;

@@ -89,8 +89,8 @@ void write_net(const NxfWriter &writer, NetIndex index) {
 void write_nets(const NxfWriter &writer) {
   for (const NetIndex net : writer.netlist.statements)
     if (is_connected(writer.netlist, net)) write_net(writer, net);
-  if (writer.netlist.gnd != kNone) write_net(writer, writer.netlist.gnd);
-  if (writer.netlist.vcc != kNone) write_net(writer, writer.netlist.vcc);
+  for (const NetIndex rail : {writer.netlist.gnd, writer.netlist.vcc})
+    if (rail != kNone && is_connected(writer.netlist, rail)) write_net(writer, rail);
 }
 
 void write_pla_body(const NxfWriter &writer, const Symbol &symbol) {

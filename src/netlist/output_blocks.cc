@@ -57,9 +57,11 @@ void add_xor(NetlistBuilder &builder, std::uint32_t output) {
   Netlist &netlist = builder.netlist;
   const OutputGate &gate = netlist.outputs[output];
   const XorGate &function = builder.connections.xor_gates[builder.connections.xor_index[output]];
-  open_symbol(netlist, Primitive::LXOR2, gate.instance).origin = output;
+  Symbol &symbol = open_symbol(netlist, Primitive::LXOR2, gate.instance);
+  symbol.protect = gate.protect;
+  symbol.origin = output;
   netlist.pins.push_back({PinKind::A, 0, netlist.column_nets[function.first]});
-  netlist.pins.push_back({PinKind::A, 1, netlist.column_nets[function.second]});
+  netlist.pins.push_back({PinKind::A, 0, netlist.column_nets[function.second]});
   netlist.pins.push_back({function.inverted ? PinKind::ZN0 : PinKind::Z0, 0, gate.net});
   close_symbol(netlist);
 }

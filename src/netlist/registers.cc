@@ -238,17 +238,20 @@ void add_storage(Storage &storage) {
   add_latch_primitive(storage);
 }
 
+// The net of that suffix: the given one, or a buffer from it.
+NetIndex buffered(SignalMapper &mapper, std::string_view suffix, NetIndex from) {
+  return net_of(mapper, suffix) == from ? from : add_gate(mapper, Primitive::BUF, suffix, {from});
+}
+
 // .Q reads the storage element; .FB reads it in the pin's polarity; the plain name reads the pin, or a node's value.
 void map_outputs(Storage &storage, ReadNets &reads) {
   SignalMapper &mapper = storage.mapper;
-  const NetIndex q_named = net_of(mapper, "_Q"), fb_named = net_of(mapper, "_FB");
   const bool has_pad = has(mapper, EXT_OE);
-  const NetIndex in_polarity = !storage.inverted ? storage.q : has_pad ? fb_named : net_of(mapper, "_PIN");
-  reads.q = q_named;
-  reads.fb = fb_named;
-  if (is_read(mapper, EXT_Q) && storage.q != q_named) add_gate(mapper, Primitive::BUF, "_Q", {storage.q});
-  if (is_read(mapper, EXT_FB) && in_polarity != fb_named) add_gate(mapper, Primitive::BUF, "_FB", {in_polarity});
-  if (storage.inverted) add_gate(mapper, Primitive::INV, has_pad ? "_FB" : "_PIN", {storage.q});
+  const std::string_view outward = has_pad ? "_FB" : "_PIN"; // behind the inverter
+  const NetIndex in_polarity = storage.inverted ? net_of(mapper, outward) : storage.q;
+  if (is_read(mapper, EXT_Q)) reads.q = buffered(mapper, "_Q", storage.q);
+  if (is_read(mapper, EXT_FB)) reads.fb = buffered(mapper, "_FB", in_polarity);
+  if (storage.inverted) add_gate(mapper, Primitive::INV, outward, {storage.q});
   reads.plain = has_pad ? add_pad(mapper, in_polarity, net_of(mapper, "_OE")) : in_polarity;
 }
 

@@ -15,6 +15,7 @@
 #include "model/names.h"
 #include "model/run_settings.h"
 #include "netlist/build_netlist.h"
+#include "netlist/map_design.h"
 
 namespace cubenet {
 
@@ -111,13 +112,16 @@ void settle_doubts(Renaming &renaming, const Design &design, const CubeTable &cu
     std::string text = name_text(name);
     if (doubted.contains(text)) made.insert(std::move(text));
   };
-  for (const Net &net : netlist.nets) collect(net.name);
-  for (const OutputGate &gate : netlist.outputs) collect(gate.instance);
-  std::unordered_set<std::string_view> owned;
-  for (const Symbol &symbol : netlist.symbols) {
-    collect(symbol.instance);
-    if (symbol.primitive != Primitive::MACRO && symbol.instance.suffix.empty()) owned.insert(symbol.instance.base);
-  }
+  std::unordered_set<std::string_view> owned; // instances named as their signal
+  const auto collect_instance = [&](const Name &name) {
+    collect(name);
+    if (name.suffix.empty()) owned.insert(name.base);
+  };
+  for (NetIndex net = 0; net < netlist.nets.size(); net++)
+    if (is_connected(netlist, net)) collect(netlist.nets[net].name);
+  for (const OutputGate &gate : netlist.outputs) collect_instance(gate.instance);
+  for (const Symbol &symbol : netlist.symbols)
+    if (symbol.primitive != Primitive::MACRO) collect_instance(symbol.instance);
   for (const auto &[name, base] : renaming.doubtful) {
     const bool same_name = name == signal_name(design, base);
     if (same_name ? owned.contains(name) : made.contains(std::string(name))) mark(renaming, base);

@@ -16,8 +16,7 @@ NetIndex net_of(SignalMapper &mapper, std::string_view suffix) {
 
 void add_pin(SignalMapper &mapper, PinKind kind, NetIndex net) {
   Symbol &symbol = mapper.symbols.back();
-  const std::uint32_t number = kind == PinKind::A ? symbol.pin_count : 0;
-  mapper.netlist.pins.push_back({kind, number, net});
+  mapper.netlist.pins.push_back({kind, 0, net});
   symbol.pin_count++;
 }
 

@@ -14,12 +14,12 @@ struct OutputSuffix {
 };
 
 // clang-format off
-constexpr std::array<OutputSuffix, kExtensionCodes> kOutputSuffixes{{
+constexpr std::array<OutputSuffix, kExtensionCodes> kOutputSuffixes{{ // .Q, .FB and .PIN are no outputs
     {"", "_B"},        {"_X1", "_X1B"},   {"_X2", "_X2B"},   {"_DX1", "_DX1B"}, {"_DX2", "_DX2B"}, {"_GX1", "_GX1B"},
     {"_GX2", "_GX2B"}, {"_TX1", "_TX1B"}, {"_TX2", "_TX2B"}, {"_D", "_DB"},     {"_REG", "_REGB"}, {"_T", "_TB"},
     {"_J", "_JB"},     {"_K", "_KB"},     {"_R", "_RB"},     {"_S", "_SB"},     {"_C", "_CB"},     {"_LH", "_LHB"},
     {"_LE", "_LEB"},   {"_CE", "_CEB"},   {"_SP", "_SPB"},   {"_SR", "_SRB"},   {"_AR", "_ARB"},   {"_RE", "_REB"},
-    {"_Q", "_QB"},     {"_FB", "_FBB"},   {"_OE", "_OEB"},   {"_PIN", "_PINB"}, {"_AP", "_APB"},   {"_PR", "_PRB"},
+    {"", ""},          {"", ""},          {"_OE", "_OEB"},   {"", ""},          {"_AP", "_APB"},   {"_PR", "_PRB"},
 }};
 
 // The statements of one signal's nets: what goes into it, then what comes out. A block's net stands before the net of
@@ -32,6 +32,18 @@ constexpr std::array<std::string_view, 64> kRegisterStatements{
 constexpr std::array<std::string_view, 11> kCombinationalStatements{
     "_X1B", "_X1", "_X2B", "_X2", "_OEB", "_OE", "_B", "_D", "_H", "_Z", "_PIN"};
 // clang-format on
+
+template <std::size_t Size>
+constexpr std::size_t rank_of(const std::array<std::string_view, Size> &order, std::string_view suffix) {
+  return static_cast<std::size_t>(std::find(order.begin(), order.end(), suffix) - order.begin());
+}
+
+constexpr bool has_place(std::string_view suffix) {
+  return suffix.empty() || rank_of(kRegisterStatements, suffix) < kRegisterStatements.size() ||
+         rank_of(kCombinationalStatements, suffix) < kCombinationalStatements.size();
+}
+static_assert(std::all_of(kOutputSuffixes.begin(), kOutputSuffixes.end(),
+                          [](const OutputSuffix &each) { return has_place(each.net) && has_place(each.block); }));
 
 // Combinational: the signal's own equation, or its XOR pair, drives it.
 bool has_equation(const SignalMapper &mapper) { return has(mapper, EXT_NONE) || has(mapper, EXT_X1); }
@@ -117,15 +129,11 @@ void add_xor_gates(NetlistBuilder &builder, SignalMapper &mapper) {
     const OutputGate &gate = builder.netlist.outputs[output];
     const XorGate &function = builder.connections.xor_gates[builder.connections.xor_index[output]];
     const PinKind out = function.inverted ? PinKind::ZN0 : PinKind::Z0;
-    add_symbol(mapper, Primitive::LXOR2, gate.instance.suffix,
-               {{PinKind::A, kNone}, {PinKind::A, kNone}, {out, gate.net}})
-        .origin = output;
+    Symbol &symbol = add_symbol(mapper, Primitive::LXOR2, gate.instance.suffix,
+                                {{PinKind::A, kNone}, {PinKind::A, kNone}, {out, gate.net}});
+    symbol.protect = gate.protect;
+    symbol.origin = output;
   });
-}
-
-template <std::size_t Size>
-std::size_t rank_of(const std::array<std::string_view, Size> &order, std::string_view suffix) {
-  return static_cast<std::size_t>(std::find(order.begin(), order.end(), suffix) - order.begin());
 }
 
 void order_statements(SignalMapper &mapper, bool registered) {

@@ -1,6 +1,8 @@
 #include "netlist/translate.h"
 
 #include <filesystem>
+#include <map>
+#include <set>
 #include <sstream>
 
 #include "drc/check_design.h"
@@ -12,6 +14,61 @@
 namespace cubenet {
 
 namespace {
+
+// What an NXF file says of nets: by the NET statements, and by the symbols' pins.
+struct Wiring {
+  std::multimap<std::string, std::string> sources, destinations; // net to "instance.pin"
+};
+
+void add_net(Wiring &nets, std::vector<std::string> words) {
+  const std::string &net = words[1];
+  bool is_source = false;
+  for (std::size_t i = 2; i < words.size(); i++) {
+    if (words[i] == "SRC" || words[i] == "DST")
+      is_source = words[i] == "SRC";
+    else if (words[i] == "EXT")
+      continue;
+    else
+      (is_source ? nets.sources : nets.destinations).emplace(net, words[i]);
+  }
+  if (words[2] == "EXT" && words[3] == "DST") nets.sources.emplace(net, "outside");
+}
+
+std::vector<std::string> words_of(const std::string &line) {
+  std::istringstream stream(line.substr(0, line.find(';')));
+  std::vector<std::string> words;
+  for (std::string word; stream >> word;) words.push_back(word);
+  return words;
+}
+
+// Every symbol pin lies on exactly the net that names it, every net has one source, and instances are unique.
+void expect_sound(const std::string &nxf) {
+  Wiring nets, pins;
+  std::set<std::string> instances;
+  std::string instance;
+  std::istringstream lines(nxf);
+  for (std::string line; std::getline(lines, line);) {
+    const std::vector<std::string> words = words_of(line);
+    if (line.starts_with("NET ")) add_net(nets, words);
+    if (line.starts_with("SYM ")) {
+      instance = words[2];
+      EXPECT_TRUE(instances.insert(instance).second) << line;
+    }
+    if (!line.starts_with("\tPIN ")) continue;
+    (words[2] == "OUT" ? pins.sources : pins.destinations).emplace(words[3], instance + "." + words[1]);
+  }
+  for (const auto &[net, source] : nets.sources) {
+    EXPECT_EQ(nets.sources.count(net), 1U) << net;
+    if (source == "outside") pins.sources.emplace(net, source);
+  }
+  for (const auto &[net, pin] : nets.destinations)
+    EXPECT_TRUE(nets.sources.contains(net) || net == "GND" || net == "VCC") << net;
+  const auto sorted = [](const std::multimap<std::string, std::string> &map) {
+    return std::multiset<std::pair<std::string, std::string>>(map.begin(), map.end());
+  };
+  EXPECT_EQ(sorted(nets.sources), sorted(pins.sources)) << nxf;
+  EXPECT_EQ(sorted(nets.destinations), sorted(pins.destinations)) << nxf;
+}
 
 std::string text_of(const std::string &path) { return std::filesystem::exists(path) ? read_file(path) : ""; }
 
@@ -46,6 +103,7 @@ Translation translate(const std::string &text, const RunSettings &settings) {
   result.ddf = text_of(dir.file("out.ddf"));
   result.par = text_of(dir.file("out.par"));
   reset_run_settings();
+  expect_sound(result.nxf);
   return result;
 }
 

@@ -14,6 +14,8 @@ struct Translation {
   int nxf_status = -1, ddf_status = -1; // -1: the stage was not reached
 };
 
+// Expects of every netlist that each symbol pin lies on the one net that names it, that each net has one source, and
+// that instances are unique.
 Translation translate(const std::string &text, const RunSettings &settings = {});
 
 // The SYM blocks of an NXF text in print order, one line each: "INV q_BD A0=q_D ZN0=q_BD". PLA rows follow as " row".
