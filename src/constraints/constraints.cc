@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "frame/console.h"
+#include "model/attribute_codes.h"
 #include "model/names.h"
 #include "util/output_file.h"
 
@@ -18,24 +19,6 @@ namespace cubenet {
 bool show_constraints_progress = false;
 
 namespace {
-
-// Codes of the attributes that end up in this file.
-enum AttributeCode : int {
-  OPENDRAIN_ON = 21,
-  OPENDRAIN_OFF = 22,
-  SLEW_SLOW = 23,
-  SLEW_FAST = 24,
-  PULL_UP = 27,
-  PULL_OFF = 28,
-  PULL_HOLD = 29,
-  OUTDELAY_ON = 30,
-  OUTDELAY_OFF = 31,
-  VOLTAGE_VVCIO = 32,
-  VOLTAGE_VCC = 33,
-  LOCATION = 51,
-  RESERVED_PIN = 53,
-  PULL_DOWN = 54, // no statement sets it; only the older family's statements fill the DOWN list
-};
 
 // A section's header stands before its first line.
 struct Section {
@@ -185,21 +168,21 @@ void write_pin_lists(Section section, const Design &design, int XPin::*field, st
 }
 
 void write_outdelay(OutputFile &file, const Design &design) {
-  static constexpr PinList kLists[] = {{"On=", OUTDELAY_ON, ""}, {"Off=", OUTDELAY_OFF, ""}};
+  static constexpr PinList kLists[] = {{"On=", CODE_OUTDELAY_ON, ""}, {"Off=", CODE_OUTDELAY_OFF, ""}};
   write_pin_lists({file, "[OUTDELAY]\n"}, design, &XPin::outdelay, "", kLists);
 }
 
 void write_slewrate(OutputFile &file, const Design &design) {
-  static constexpr PinList kLists[] = {{"SLOW=", SLEW_SLOW, "SLOW"}, {"FAST=", SLEW_FAST, "FAST"}};
+  static constexpr PinList kLists[] = {{"SLOW=", CODE_SLEW_SLOW, "SLOW"}, {"FAST=", CODE_SLEW_FAST, "FAST"}};
   write_pin_lists({file, "[SLEWRATE]\n"}, design, &XPin::slowslew, "SLEW", kLists);
 }
 
 void write_pullup(OutputFile &file, const Design &design) {
   static constexpr PinList kLists[] = {
-      {"UP=", PULL_UP, "UP"},
-      {"OFF=", PULL_OFF, "OFF"},
-      {"DOWN=", PULL_DOWN, "DOWN"},
-      {"HOLD=", PULL_HOLD, "HOLD"},
+      {"UP=", CODE_PULL_UP, "UP"},
+      {"OFF=", CODE_PULL_OFF, "OFF"},
+      {"DOWN=", CODE_PULL_DOWN, "DOWN"},
+      {"HOLD=", CODE_PULL_HOLD, "HOLD"},
   };
   write_pin_lists({file, "[PULLUP]\n"}, design, &XPin::pullup, "PULL", kLists);
 }
@@ -217,10 +200,10 @@ void write_io_types(OutputFile &file, const Design &design) {
     int opendrain, voltage;
     std::string_view type;
   } kTypes[] = {
-      {OPENDRAIN_OFF, VOLTAGE_VCC, "LVCMOS33"},
-      {OPENDRAIN_OFF, VOLTAGE_VVCIO, "LVCMOS25"},
-      {OPENDRAIN_ON, VOLTAGE_VCC, "LVCMOS33_OD"},
-      {OPENDRAIN_ON, VOLTAGE_VVCIO, "LVCMOS25_OD"},
+      {CODE_OPENDRAIN_OFF, CODE_VOLTAGE_VCC, "LVCMOS33"},
+      {CODE_OPENDRAIN_OFF, CODE_VOLTAGE_VVCIO, "LVCMOS25"},
+      {CODE_OPENDRAIN_ON, CODE_VOLTAGE_VCC, "LVCMOS33_OD"},
+      {CODE_OPENDRAIN_ON, CODE_VOLTAGE_VVCIO, "LVCMOS25_OD"},
   };
   Section section{file, "[IO TYPES]\n"};
   for (std::size_t i = 0; i < design.pin_names.size(); i++)
@@ -234,14 +217,15 @@ void write_io_types(OutputFile &file, const Design &design) {
 void write_reservations(OutputFile &file, const Design &design) {
   Section section{file, "[RESOURCE RESERVATIONS]\nLayer=off;\n"};
   for (const Property &property : design.properties)
-    if (property.attr_name == RESERVED_PIN) put_all(start_line(section), "Pin=", property.pin_node_name, ",bi_Z;\n");
+    if (property.attr_name == CODE_RESERVE_PIN)
+      put_all(start_line(section), "Pin=", property.pin_node_name, ",bi_Z;\n");
   if (section.started) put(file, '\n');
 }
 
 void write_locations(OutputFile &file, const Design &design) {
   Section section{file, "[LOCATION ASSIGNMENTS]\n"};
   for (const Property &property : design.properties)
-    if (property.attr_name == LOCATION)
+    if (property.attr_name == CODE_LOCK)
       put_all(start_line(section), property.pin_node_name, "=pin,", property.attribute_value, ",-,-;\n");
   put_values(section, design, "LOC");
   if (section.started) put(file, '\n');

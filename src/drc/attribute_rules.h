@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "model/attribute_codes.h"
 #include "model/design.h"
 #include "model/names.h"
 
@@ -61,7 +62,6 @@ void bind_path_end(AttributeCase &given);
 void join_group(AttributeCase &given);
 void set_register_type(AttributeCase &given);
 
-constexpr int kFirstPathCode = 40, kFirstPathEndCode = 45, kLastPathCode = 49;
-constexpr bool is_path_code(int code) { return code >= kFirstPathCode && code <= kLastPathCode; }
+constexpr bool is_path_code(int code) { return code >= CODE_FIRST_PATH && code <= CODE_LAST_PATH; }
 
 } // namespace cubenet

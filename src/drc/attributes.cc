@@ -16,9 +16,6 @@ namespace cubenet {
 
 namespace {
 
-constexpr int kLockCode = 51;
-constexpr int kReserveCode = 53;
-
 // Returns 1 when it reported an ERROR.
 int lock_pin(AttributeCase &given) {
   std::string &location = given.design.xpins[static_cast<std::size_t>(given.signal)].xpin_num;
@@ -102,9 +99,9 @@ constexpr std::array<AttributeRow, 39> kAttributes{{
     {48, "ETP",           Family::SIGNAL, judge_by<bind_path_end>},
     {49, "ENP",           Family::SIGNAL, judge_by<bind_path_end>},
     {50, "GROUP",         Family::SIGNAL, judge_by<join_group>},
-    {kLockCode, "LOCK",   Family::PIN,    lock_pin},
+    {CODE_LOCK, "LOCK",   Family::PIN,    lock_pin},
     {52, "ZDOT",          Family::SIGNAL, set_mark<&SignalAttributes::ZDOT>},
-    {kReserveCode, "RESERVE_PIN", Family::SIGNAL, keep_reservation},
+    {CODE_RESERVE_PIN, "RESERVE_PIN", Family::SIGNAL, keep_reservation},
 }};
 // clang-format on
 
@@ -125,7 +122,7 @@ bool is_misplaced(const AttributeCase &given) {
   const char *attribute = given.attribute;
   const char *shown = given.shown.c_str();
   if (!is_pin(given.design, given.signal)) {
-    if (given.property.attr_name == kLockCode)
+    if (given.property.attr_name == CODE_LOCK)
       report_warning(31541,
                      "Signal '%s' is declared as node and locked to package pin \t\t\t\tin '%s %s'; attribute '%s %s' "
                      "is ignored",

@@ -32,7 +32,7 @@ constexpr std::array<std::string SignalAttributes::*, 10> kSlots{
     &SignalAttributes::SCP, &SignalAttributes::SAP, &SignalAttributes::SLP, &SignalAttributes::STP,
     &SignalAttributes::SNP, &SignalAttributes::ECP, &SignalAttributes::EAP, &SignalAttributes::ELP,
     &SignalAttributes::ETP, &SignalAttributes::ENP};
-static_assert(kSlots.size() == kLastPathCode - kFirstPathCode + 1);
+static_assert(kSlots.size() == CODE_LAST_PATH - CODE_FIRST_PATH + 1);
 
 bool is_legal(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
@@ -98,7 +98,7 @@ std::uint32_t path_of(PathTable &table, std::string_view name) {
 
 // False when the path has such a point already.
 bool take_point(Path &path, int kind, const std::string &shown) {
-  const bool is_start = kind < kFirstPathEndCode;
+  const bool is_start = kind < CODE_FIRST_PATH_END;
   PathPoint &point = is_start ? path.start : path.end;
   if (point.kind == 0) {
     point = {shown, kind};
@@ -144,7 +144,7 @@ void judge_path(Path &path) {
   } else if (path.start.kind != 0 && path.end.kind == 0) {
     report_warning(31585, "Ending point of path '%s' is not specified; path '%s' is ignored", path.name.c_str(),
                    path.name.c_str());
-  } else if (path.start.kind != 0 && path.end.kind != path.start.kind + kFirstPathEndCode - kFirstPathCode) {
+  } else if (path.start.kind != 0 && path.end.kind != path.start.kind + CODE_FIRST_PATH_END - CODE_FIRST_PATH) {
     report_warning(31587,
                    "Starting point, '%s', and ending point, '%s', of path '%s' relate to different path types; path "
                    "'%s' is ignored",
@@ -163,7 +163,7 @@ void attach_points(Design &design, const PathTable &table) {
     const std::string &name = table.paths[mention.path].name;
     if (name.empty() || mention.is_extra) continue;
     Property &property = design.properties[mention.property];
-    std::string SignalAttributes::*slot = kSlots[static_cast<std::size_t>(property.attr_name - kFirstPathCode)];
+    std::string SignalAttributes::*slot = kSlots[static_cast<std::size_t>(property.attr_name - CODE_FIRST_PATH)];
     append_word(property.attribute_value, name);
     if (property.ilb_idx >= 0)
       append_word(design.ilb_attributes[static_cast<std::size_t>(property.ilb_idx)].*slot, name);

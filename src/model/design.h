@@ -157,12 +157,9 @@ inline const std::string &signal_name(const Design &design, SignalIndex signal) 
   const auto at = static_cast<std::size_t>(signal);
   return is_pin(design, signal) ? design.pin_names[at] : design.node_names[at - design.pin_names.size()];
 }
-inline SignalFlags &signal_flags(Design &design, SignalIndex signal) {
+template <typename AnyDesign> auto &signal_flags(AnyDesign &design, SignalIndex signal) {
   const auto at = static_cast<std::size_t>(signal);
   return is_pin(design, signal) ? design.pin_flags[at] : design.node_flags[at - design.pin_names.size()];
-}
-inline const SignalFlags &signal_flags(const Design &design, SignalIndex signal) {
-  return signal_flags(const_cast<Design &>(design), signal);
 }
 
 } // namespace cubenet

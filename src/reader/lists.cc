@@ -7,7 +7,7 @@
 
 #include "frame/messages.h"
 #include "model/names.h"
-#include "reader/attribute_codes.h"
+#include "model/attribute_codes.h"
 #include "reader/tokens.h"
 
 namespace cubenet {

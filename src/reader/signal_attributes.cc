@@ -5,7 +5,7 @@
 
 #include "frame/messages.h"
 #include "model/names.h"
-#include "reader/attribute_codes.h"
+#include "model/attribute_codes.h"
 #include "reader/property_keywords.h"
 #include "reader/tokens.h"
 
