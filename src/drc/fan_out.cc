@@ -44,7 +44,7 @@ void flush_counts(BitCounter &counter, const CubeTable &cubes, std::vector<std::
   const std::size_t skipped = 2 * cubes.inputs - 32 * (counter.first_word - 1);
   for (std::size_t output = 0; output < cubes.outputs; output++) {
     const std::size_t at = skipped + output;
-    counts[output] += counter.lanes[at / 8] >> (8 * (at % 8)) & 0xffU;
+    counts[output] += static_cast<std::uint32_t>(counter.lanes[at / 8] >> (8 * (at % 8)) & 0xffU);
   }
   std::fill(counter.lanes.begin(), counter.lanes.end(), 0);
   counter.rows = 0;
