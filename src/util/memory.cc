@@ -64,7 +64,11 @@ unsigned long allocations_made() { return requests; }
 
 void *operator new(std::size_t bytes) { return cubenet::allocate(bytes); }
 void *operator new[](std::size_t bytes) { return cubenet::allocate(bytes); }
+void *operator new(std::size_t bytes, const std::nothrow_t &) noexcept { return cubenet::allocate(bytes); }
+void *operator new[](std::size_t bytes, const std::nothrow_t &) noexcept { return cubenet::allocate(bytes); }
 void operator delete(void *block) noexcept { std::free(block); }
 void operator delete[](void *block) noexcept { std::free(block); }
 void operator delete(void *block, std::size_t) noexcept { std::free(block); }
 void operator delete[](void *block, std::size_t) noexcept { std::free(block); }
+void operator delete(void *block, const std::nothrow_t &) noexcept { std::free(block); }
+void operator delete[](void *block, const std::nothrow_t &) noexcept { std::free(block); }

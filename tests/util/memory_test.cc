@@ -30,6 +30,8 @@ TEST(Memory, EveryKindOfRequestIsCountedAndCanFail) {
               testing::ExitedWithCode(101), "");
   // Not a new expression: that could be left out together with its delete.
   EXPECT_EXIT(fails_second([] { ::operator delete[](::operator new[](77)); }), testing::ExitedWithCode(77), "");
+  EXPECT_EXIT(fails_second([] { ::operator delete(::operator new(78, std::nothrow)); }), testing::ExitedWithCode(78),
+              "");
   set_out_of_memory_hook([](long) {});
   EXPECT_EXIT(fails_second([] { std::free(allocate(9)); }), testing::ExitedWithCode(2), "");
   set_out_of_memory_hook(nullptr);
