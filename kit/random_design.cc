@@ -116,9 +116,10 @@ void draw_signals(Generator &generator) {
 void draw_macro(Generator &generator) {
   Random &random = generator.random;
   const std::string first = pick(random, generator.signals).name, second = pick(random, generator.signals).name;
-  Signal driven{draw_name(generator), chance(random, 60)};
-  driven.macro = true;
+  // A net that nothing declares is not renamed and doesn't make others give way: it keeps clear of generated names.
   const bool declared = chance(random, 85);
+  Signal driven{declared ? draw_name(generator) : "loose", chance(random, 60)};
+  driven.macro = true;
   if (declared) declare(generator, driven, false);
   generator.design.statements.push_back("EXTERNAL block 3 a'i b'i z'o");
   generator.design.statements.push_back("INSTANCE inst block 3 " + first + ' ' + second + ' ' + driven.name);

@@ -76,10 +76,13 @@ bool stands_in_netlist(const Netlist &netlist, const std::string &name) {
          find_name(netlist.external_by_pin, name) != kNone;
 }
 
-// The netlist holds the name, or one that is made of it.
-bool is_used(const Netlist &netlist, const std::string &name) {
+// The netlist holds the name, or one that is made of it and not another signal's own.
+bool is_used(const Netlist &netlist, const NameIndex &signals, const std::string &name) {
   if (stands_in_netlist(netlist, name)) return true;
-  const auto with = [&](std::string_view suffix) { return stands_in_netlist(netlist, name + std::string(suffix)); };
+  const auto with = [&](std::string_view suffix) {
+    const std::string made = name + std::string(suffix);
+    return find_name(signals, made) == kNone && stands_in_netlist(netlist, made);
+  };
   return std::ranges::any_of(kReservedSuffixes, with) || std::ranges::any_of(kUncertainSuffixes, with);
 }
 
@@ -125,8 +128,11 @@ std::vector<std::string> netlist_names(const Meaning &meaning, const Netlist &ne
     run_pass(second);
     choices = 1U << std::min(first.uncertain, kChoices);
     std::size_t found = 0;
+    NameIndex signals;
+    for (std::uint32_t i = 0; choices > 1 && i < names.size(); i++)
+      if (!names[i].empty()) add_name(signals, names[i], i);
     for (std::size_t i = 0; choices > 1 && i < names.size(); i++)
-      if (first.marks[i] != Pass::NO && is_used(netlist, names[i])) found++;
+      if (first.marks[i] != Pass::NO && is_used(netlist, signals, names[i])) found++;
     if (choice > 0 && found <= best_found) continue;
     best_found = found;
     best = std::move(names);

@@ -1,0 +1,134 @@
+// The rules of an .nxf netlist beyond its joints: known primitives with the right pins, one driver for every net, and
+// device pins that agree with their nets.
+#include <string>
+
+#include "kit/check.h"
+#include "model/run_settings.h"
+
+namespace cubekit {
+
+namespace {
+
+struct Checker {
+  const Netlist &netlist;
+  int series;
+  std::vector<Finding> &findings;
+};
+
+void report(Checker &checker, std::size_t line, std::string text) {
+  checker.findings.push_back({line, std::move(text)});
+}
+
+std::string named(const Symbol &symbol) {
+  return std::string(symbol.primitive_text) + ' ' + std::string(symbol.instance);
+}
+
+// "A12" for input 12.
+bool is_numbered(std::string_view name, std::uint32_t number) {
+  char digits[12];
+  std::size_t used = 0;
+  do digits[used++] = static_cast<char>('0' + number % 10);
+  while ((number /= 10) != 0);
+  if (name.size() != used + 1 || name[0] != 'A') return false;
+  for (std::size_t i = 0; i < used; i++)
+    if (name[i + 1] != digits[used - 1 - i]) return false;
+  return true;
+}
+
+// The pins behind the numbered ones, in the order of the primitive's row.
+bool has_listed_pins(const Netlist &netlist, const Symbol &symbol, std::uint32_t first) {
+  const PrimitiveRow &primitive = primitive_of(symbol);
+  const std::uint32_t end = symbol.first_pin + symbol.pin_count;
+  std::uint32_t at = symbol.first_pin + first;
+  for (const PinRow &row : primitive.pins) {
+    if (row.name.empty()) break;
+    const bool there = at < end && netlist.pins[at].name == row.name && netlist.pins[at].direction == row.direction;
+    if (there)
+      at++;
+    else if (!row.optional)
+      return false;
+  }
+  return at == end;
+}
+
+bool has_numbered_pins(const Netlist &netlist, const Symbol &symbol) {
+  if (symbol.pin_count < symbol.width) return false;
+  for (std::uint32_t i = 0; i < symbol.width; i++) {
+    const Pin &pin = netlist.pins[symbol.first_pin + i];
+    if (pin.direction != Direction::IN || !is_numbered(pin.name, i)) return false;
+  }
+  return true;
+}
+
+void check_symbol(Checker &checker, const Symbol &symbol) {
+  const PrimitiveRow &primitive = primitive_of(symbol);
+  if (primitive.function == Function::MACRO) {
+    if (!symbol.hard)
+      report(checker, symbol.line, "the library has no primitive " + std::string(symbol.primitive_text));
+    return;
+  }
+  if (checker.series < primitive.min_series || checker.series > primitive.max_series)
+    report(checker, symbol.line, named(symbol) + ": devices of this series have no such primitive");
+  const std::uint32_t least = primitive.width_in_name ? 2 : primitive.numbered ? 1 : 0;
+  if (symbol.width < least || !has_numbered_pins(checker.netlist, symbol) ||
+      !has_listed_pins(checker.netlist, symbol, symbol.width))
+    report(checker, symbol.line, named(symbol) + ": the pins are not those of the primitive");
+  if (primitive.function == Function::XOR && symbol.pin_count != 3)
+    report(checker, symbol.line, named(symbol) + ": the pins are not those of the primitive");
+  if (primitive.function == Function::TABLE) {
+    if (symbol.protect) report(checker, symbol.line, named(symbol) + ": a block can't be protected");
+    if ((primitive.name == "PLA") == symbol.rows.empty())
+      report(checker, symbol.line, named(symbol) + (symbol.rows.empty() ? ": there are no rows" : ": rows in a ZDOT"));
+  } else if (!symbol.rows.empty()) {
+    report(checker, symbol.line, named(symbol) + ": only a PLA has rows");
+  }
+}
+
+std::string net_text(const Net &net) { return "net '" + std::string(net.name) + "'"; }
+
+void check_net(Checker &checker, const Net &net) {
+  const Netlist &netlist = checker.netlist;
+  const bool constant = net.name == "GND" || net.name == "VCC";
+  if (net.rail && !constant) report(checker, net.line, net_text(net) + " has no source");
+  if (constant && !net.rail) report(checker, net.line, net_text(net) + " is a constant and can't have a source");
+  if (net.has_source && net.source.pin != kNone && netlist.pins[net.source.pin].direction != Direction::OUT)
+    report(checker, net.line, net_text(net) + " has a source that is no output");
+  SymbolIndex last = 0;
+  for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++) {
+    const EndPoint &end = netlist.destinations[d];
+    if (end.pin == kNone) continue;
+    if (netlist.pins[end.pin].direction == Direction::OUT)
+      report(checker, net.line, net_text(net) + " has a destination that is an output");
+    if (end.symbol < last) report(checker, net.line, net_text(net) + ": the destinations don't follow the symbols");
+    last = end.symbol;
+  }
+}
+
+void check_external_pins(Checker &checker) {
+  std::vector<std::uint8_t> met(checker.netlist.nets.size());
+  for (const ExternalPin &pin : checker.netlist.external_pins) {
+    if (pin.net == kNone) continue; // a fault already
+    const Net &net = checker.netlist.nets[pin.net];
+    const std::string text = "pin '" + std::string(pin.pin) + "'";
+    if (met[pin.net]++ != 0) report(checker, pin.line, text + " shares " + net_text(net) + " with another pin");
+    if (!net.external) report(checker, pin.line, text + " is on " + net_text(net) + ", which is internal");
+    if (net.has_source != (pin.direction == Direction::OUT))
+      report(checker, pin.line, text + (net.has_source ? " is driven from inside" : " is not driven"));
+  }
+  for (std::size_t n = 0; n < met.size(); n++)
+    if (checker.netlist.nets[n].external && met[n] == 0)
+      report(checker, checker.netlist.nets[n].line, net_text(checker.netlist.nets[n]) + " meets no device pin");
+}
+
+} // namespace
+
+std::vector<Finding> check_netlist(const Netlist &netlist) {
+  std::vector<Finding> findings = netlist.faults;
+  Checker checker{netlist, cubenet::part_series(netlist.part), findings};
+  for (const Symbol &symbol : netlist.symbols) check_symbol(checker, symbol);
+  for (const Net &net : netlist.nets) check_net(checker, net);
+  check_external_pins(checker);
+  return findings;
+}
+
+} // namespace cubekit
