@@ -2,37 +2,14 @@
 // no fault here.
 #include "kit/graph_flow.h"
 
-#include <charconv>
 #include <ostream>
 
+#include "kit/check.h"
 #include "kit/nxf_parser.h"
 
 namespace cubekit {
 
 namespace {
-
-bool is_numbered_pin(const Pin &pin, std::uint32_t number) {
-  std::uint32_t written = 0;
-  const char *end = pin.name.data() + pin.name.size();
-  return pin.name.starts_with('A') && std::from_chars(pin.name.data() + 1, end, written).ptr == end &&
-         written == number && pin.direction == Direction::IN;
-}
-
-// The pins are the primitive's, in its order; optional ones may be left out.
-bool has_all_pins(const Symbol &symbol, std::span<const Pin> pins) {
-  const PrimitiveRow &primitive = primitive_of(symbol);
-  std::size_t at = 0;
-  if (primitive.numbered)
-    while (at < symbol.width && at < pins.size() && is_numbered_pin(pins[at], static_cast<std::uint32_t>(at))) at++;
-  if (primitive.numbered && (at != symbol.width || at == 0)) return false;
-  for (const PinRow &row : primitive.pins) {
-    if (row.name.empty()) break;
-    const bool here = at < pins.size() && pins[at].name == row.name && pins[at].direction == row.direction;
-    if (!here && !row.optional) return false;
-    at += here ? 1 : 0;
-  }
-  return at == pins.size();
-}
 
 // One walk, drivers first, over symbols that may lead back to themselves.
 struct Walk {
@@ -55,7 +32,6 @@ void enter(Walk &walk, SymbolIndex symbol) {
 
 void leave(Walk &walk, SymbolIndex symbol) {
   walk.states[symbol] = DONE;
-  walk.flow.place[symbol] = static_cast<std::uint32_t>(walk.flow.order.size());
   walk.flow.order.push_back(symbol);
   walk.way.pop_back();
 }
@@ -83,18 +59,15 @@ void visit(Walk &walk, SymbolIndex root) {
 
 bool load_design(const std::string &design, Netlist &netlist, std::ostream &errors) {
   const std::string path = design + ".nxf";
-  if (!load_nxf(path, netlist, errors)) return false;
-  bool sound = true;
-  for (const Symbol &symbol : netlist.symbols) {
-    const bool macro = symbol.primitive == kMacro;
-    const bool has_rows = primitive_of(symbol).name != "PLA" || row_count(symbol) > 0;
-    if ((macro || has_all_pins(symbol, pins_of(netlist, symbol))) && has_rows) continue;
-    const std::string text =
-        "symbol '" + std::string(symbol.instance) + "' does not have the pins and rows of its primitive";
-    print_finding(errors, path, {symbol.line, text});
-    sound = false;
+  std::vector<char> text;
+  Finding error;
+  if (!read_file(path, text, error) || !parse_nxf(std::move(text), netlist, error)) {
+    print_finding(errors, path, error);
+    return false;
   }
-  return sound;
+  const std::vector<Finding> findings = check_netlist(netlist);
+  for (const Finding &finding : findings) print_finding(errors, path, finding);
+  return findings.empty();
 }
 
 bool passes_gates(const Symbol &symbol, const Pin &) {
@@ -114,7 +87,6 @@ SymbolIndex find_driver(const Netlist &netlist, NetIndex net_index) {
 Flow order_symbols(const Netlist &netlist, Passes passes) {
   Walk walk{netlist, passes};
   walk.states.resize(netlist.symbols.size());
-  walk.flow.place.resize(netlist.symbols.size());
   walk.flow.cut.resize(netlist.nets.size());
   walk.flow.order.reserve(netlist.symbols.size());
   // A walk that comes to a loop from outside meets the loop's output first, and cuts there.

@@ -11,8 +11,8 @@
 
 namespace cubekit {
 
-// Reads DESIGN.nxf. False, with all reasons on `errors`, when the file can't be read, breaks the format, or some symbol
-// lacks a pin of its primitive or has one too many.
+// Reads DESIGN.nxf. False, with all reasons on `errors`, when the file can't be read, breaks the format or is not in
+// order.
 [[nodiscard]] bool load_design(const std::string &design, Netlist &netlist, std::ostream &errors);
 
 inline std::span<const Pin> pins_of(const Netlist &netlist, const Symbol &symbol) {
@@ -31,9 +31,8 @@ using Passes = bool (*)(const Symbol &symbol, const Pin &pin);
 bool passes_gates(const Symbol &symbol, const Pin &pin); // gates, pads and tristates do, storage and macros don't
 
 struct Flow {
-  std::vector<SymbolIndex> order;   // all symbols, drivers first
-  std::vector<std::uint32_t> place; // per symbol: its place in `order`
-  std::vector<bool> cut;            // per net: some reader stands before the driver. Every loop has such a net
+  std::vector<SymbolIndex> order; // all symbols, drivers first
+  std::vector<bool> cut;          // per net: some reader stands before the driver. Every loop has such a net
 };
 
 // A loop that stores a value is cut at the net that is read outside of it. Linear in pins and nets.
