@@ -10,7 +10,7 @@ quietly() {
   "$@" >"$said" 2>&1 || status=$?
   if [ "$status" -ne 0 ]; then
     cat "$said" >&2
-    echo "failed: $*" >&2
+    echo "failed: ${*:1:8}" >&2
   fi
   rm -f "$said"
   return "$status"
