@@ -22,6 +22,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {"sim",     "step DESIGN.nxf over input vectors",                                        setup_sim},
     {"stat",    "count what is in DESIGN.nxf",                                               setup_stat},
     {"dump",    "list the design database of DESIGN.tt2",                                    setup_dump},
+    {"explain", "tell what a message number means, why it comes and what to do",             setup_explain},
     {"random",  "write a random, legal design, the same one for the same seed",              setup_random},
 });
 // clang-format on
@@ -38,7 +39,7 @@ int print_help(const std::vector<Registered> &registered, const CLI::App &app, c
   }
   for (const Registered &command : registered) {
     if (command.app->get_name() != topic) continue;
-    std::cout << command.app->help("cubekit " + topic);
+    std::cout << command.app->help("cubekit");
     return kYes;
   }
   std::cerr << "cubekit: there is no command '" << topic << "'; 'cubekit --help' lists them\n";

@@ -37,5 +37,10 @@ std::function<int()> setup_check(CLI::App &command);
 std::function<int()> setup_prove(CLI::App &command);
 std::function<int()> setup_explain(CLI::App &command);
 std::function<int()> setup_random(CLI::App &command);
+std::function<int()> setup_graph(CLI::App &command);
+std::function<int()> setup_export(CLI::App &command);
+std::function<int()> setup_sim(CLI::App &command);
+std::function<int()> setup_stat(CLI::App &command);
+std::function<int()> setup_dump(CLI::App &command);
 
 } // namespace cubekit

@@ -1,0 +1,159 @@
+// Netlist and constraints files that are damaged: each fault must be found, with its line, and none may be invented.
+#include <string>
+#include <vector>
+
+#include "kit/check.h"
+#include "translate.h"
+
+namespace cubekit {
+namespace {
+
+// A toggling bit with a pad, from a table that is inverted in places; small, but with every statement form.
+const char *const kDesign = R"(#$ MODULE files
+#$ PINS 5 clk go y- z w
+#$ NODES 1 n
+#$ PROPERTY corvane PROTECT z
+#$ PROPERTY corvane ZDOT w
+#$ PROPERTY corvane GROUP n g
+#$ PROPERTY corvane LOCK go 7
+.i 4
+.o 8
+.ilb clk go y.Q n
+.ob y.T y.C y.AP z- z.OE n w w.OE
+-1-- 10000000
+1--- 01000000
+--1- 00101000
+-01- 00010100
+---1 00000011
+.end
+)";
+
+// The file with the first occurrence of one text replaced by another.
+std::string edited(const std::string &text, const std::string &from, const std::string &to) {
+  const std::size_t at = text.find(from);
+  EXPECT_NE(at, std::string::npos) << from;
+  return at == std::string::npos ? text : text.substr(0, at) + to + text.substr(at + from.size());
+}
+
+std::string findings_text(const std::vector<Finding> &findings) {
+  std::ostringstream text;
+  for (const Finding &finding : findings) print_finding(text, "f", finding);
+  return text.str();
+}
+
+std::string check_text(const std::string &text) {
+  Netlist netlist;
+  Finding error;
+  if (!parse_nxf({text.begin(), text.end()}, netlist, error)) return findings_text({error});
+  return findings_text(check_netlist(netlist));
+}
+
+struct Files {
+  std::string nxf, ddf, tvx;
+};
+
+Files translate_files(const std::string &options) {
+  const cubenet::WorkingDir directory;
+  Translation translation;
+  translate(kDesign, options, translation);
+  EXPECT_EQ(translation.status, 0) << translation.console;
+  return {cubenet::read_file("d.nxf"), cubenet::read_file("d.ddf"), cubenet::read_file("d.tvx")};
+}
+
+std::string compare_texts(const std::string &nxf, const std::string &ddf) {
+  Netlist netlist;
+  Finding error;
+  EXPECT_TRUE(parse_nxf({nxf.begin(), nxf.end()}, netlist, error)) << error.text;
+  return findings_text(compare_netlists(netlist, ddf));
+}
+
+TEST(NetlistFiles, AreInOrderAsTheTranslatorWritesThem) {
+  for (const std::string options : {"", "-and 2", "-p Tarvex5128K-100XQ64", "-p Tarvex8840K-100XQ64 -or 2"}) {
+    const Files files = translate_files(options);
+    EXPECT_EQ(check_text(files.nxf), "") << options;
+    EXPECT_EQ(compare_texts(files.nxf, files.ddf), "") << options;
+    EXPECT_EQ(findings_text(check_constraints(files.tvx)), "") << options;
+  }
+}
+
+TEST(NetlistFiles, ThatEndTooEarlyAreRefusedAtEveryByte) {
+  const Files files = translate_files("");
+  for (std::size_t size = 0; size < files.nxf.size(); size++)
+    EXPECT_NE(check_text(files.nxf.substr(0, size)), "") << size;
+  for (std::size_t size = 0; size < files.ddf.size(); size++)
+    EXPECT_NE(compare_texts(files.nxf, files.ddf.substr(0, size)), "") << size;
+}
+
+struct Edit {
+  const char *from, *to;
+  const char *finding; // part of what must be found
+};
+
+TEST(NetlistFiles, TellWhatIsWrongWithAnNxfFile) {
+  const Files files = translate_files("");
+  const std::vector<Edit> edits{
+      {"NXF 11.0.5 L;", "NXF 11.0.6 L;", "f:1: 'NXF 11.0.5 L;' must stand here"},
+      {"\tTECHNOLOGY", " TECHNOLOGY", "'END;' must stand here"},
+      {"XPIN clk IN clk;\n", "XPIN clk  IN clk;\n", "must stand here"},
+      {"XPIN clk IN clk;\n", "XPIN clk IN clk;\nXPIN clk IN clk;\n", "pin 'clk' has two XPIN lines"},
+      {"XPIN go IN go;\n", "", "net 'go' meets no device pin"},
+      {"XPIN go IN go;\n", "XPIN go OUT go;\n", "pin 'go' is not driven"},
+      {"NET clk EXT DST", "NET clock EXT DST", "on net 'clk'"},
+      {" DST y.CLK;", ";", "pin 'CLK' of 'y' is on net 'y_C', which doesn't name it"},
+      {" DST y.CLK;", " DST y.CLK y.CLK;", "which a net has named already"},
+      {" DST y.CLK;", " DST y.CLOCK;", "the symbol has no such pin"},
+      {" DST y.CLK;", " DST x.CLK;", "there is no such symbol"},
+      {"SYM FD21 y;", "SYM FD12 y;", "the library has no primitive FD12"},
+      {"SYM FD21 y;", "SYM FDC1 y;", "devices of this series have no such primitive"},
+      {"SYM FD21 y;", "SYM FD11 y;", "the pins are not those of the primitive"},
+      {"SYM LXOR2 y_1;", "SYM AND3 y_1;", "the pins are not those of the primitive"},
+      {"\t01 1\n", "\t0 1\n", "a row of 2 inputs or END_PLA must stand here"},
+      {"\t01 1\n", "\t0x 1\n", "a row of 2 inputs or END_PLA must stand here"},
+      {"SYM PLA n;", "SYM PLA n PROTECT;", "a block can't be protected"},
+      {"SYM PLA n;", "SYM PLA y_T;", "two symbols are named 'y_T'"},
+      {"END;\n\nEND;\n\n", "END;\n\nEND;\n\nEND;\n", "the file must end here"},
+  };
+  for (const Edit &edit : edits) {
+    const std::string found = check_text(edited(files.nxf, edit.from, edit.to));
+    EXPECT_NE(found.find(edit.finding), std::string::npos) << edit.from << " -> " << edit.to << ":\n" << found;
+  }
+}
+
+TEST(NetlistFiles, TellWhereTheDdfDiffers) {
+  const Files files = translate_files("");
+  const std::vector<Edit> edits{
+      {"OUTPUTS: y, ", "OUTPUTS: ", "OUTPUTS lack pin 'y'"},
+      {"INPUTS: clk, go;", "INPUTS: clk, go, y;", "INPUTS list 'y' too much"},
+      {"FD21: y;", "FD11: y;", "'y' is FD21 in the .nxf"},
+      {"FD21: y;\n", "", "symbol 'y' of the .nxf is missing"},
+      {"FD21: y;", "FD21: y", "must hold a name and ';'"},
+      {"clk: .clk", "clk: clk", "should meet a device pin, or should not"},
+      {", y.CLK;", ";", "lacks a pin of symbol 'y'"},
+      {", y.CLK;", ", y.D0;", "names 'y.D0', other than in the .nxf"},
+      {"y_C: y_C.Z0", "y_C: y_T.Z0", "has another source in the .nxf"},
+      {"ENDCELL: files;", "ENDCELL: file;", "'ENDCELL: files;' must stand here"},
+  };
+  for (const Edit &edit : edits) {
+    const std::string found = compare_texts(files.nxf, edited(files.ddf, edit.from, edit.to));
+    EXPECT_NE(found.find(edit.finding), std::string::npos) << edit.from << " -> " << edit.to << ":\n" << found;
+  }
+}
+
+TEST(NetlistFiles, TellWhatIsWrongWithConstraints) {
+  const std::vector<Edit> texts{
+      {"a=b;\n", "", "f:1: the line stands in no section"},
+      {"[CLK]\nCLK0=c;\n\n[Power]\nLow = a;\n", "", "f:4: the section is out of order"},
+      {"[CLK]\nCLK3=c;\n", "", "f:2: the line is none of section [CLK]"},
+      {"[CLK]\nCLK0=c\n", "", "f:2: the line is none of section [CLK]"},
+      {"[CLK]\nCLK0=c;", "", "f:2: the last line has no end"},
+      {"[GLOBAL CONSTRAINTS]\nSLEWRATE=\n", "", ""},
+      {"[4PTs Bypass]\nBYPASS=a,b;\n\n[IO TYPES]\n", "", "f:4: the section is out of order"},
+  };
+  for (const Edit &text : texts) {
+    const std::string found = findings_text(check_constraints(text.from));
+    EXPECT_EQ(found, *text.finding == '\0' ? "" : std::string(text.finding) + '\n') << text.from;
+  }
+}
+
+} // namespace
+} // namespace cubekit
