@@ -1,0 +1,106 @@
+// What every run keeps to, whatever its input is: told for one run of design "d" in the working directory.
+#pragma once
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "frame/console.h"
+#include "frame/run.h"
+#include "kit/check.h"
+#include "kit/nxf_parser.h"
+#include "model/names.h"
+#include "support/arguments.h"
+
+namespace cubenet {
+
+// Options that lead through other code; a run takes the one that its number chooses.
+constexpr std::string_view kRunOptions[] = {
+    "", "-and 2 -or 2", "-p Mirn5x -C", "-p 8 -V 1", "-and 12 -p 8", "-pla -V 2 -v", "-or 3 -p 5 -C",
+};
+
+struct PromiseConsole final : HostConsole {
+  std::string text;
+  void print(std::string_view more) override { text += more; }
+};
+
+inline std::string content_of(const std::string &path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline std::string listed(const char *what, const std::vector<cubekit::Finding> &findings) {
+  std::string text;
+  for (const cubekit::Finding &each : findings) text += what + std::to_string(each.line) + ": " + each.text + "\n";
+  return text;
+}
+
+// Whether all lines of the log stand in the console text, in order; a few lines go to the console alone.
+inline bool holds_lines(std::string_view console, std::string_view log) {
+  while (!log.empty()) {
+    const std::string_view line = log.substr(0, log.find('\n') + 1);
+    if (console.empty() || line.empty()) return false;
+    if (console.starts_with(line)) log.remove_prefix(line.size());
+    console.remove_prefix(console.find('\n') + 1);
+  }
+  return true;
+}
+
+// Macro statements are copied as they stand: with marks in them that the netlists' syntax needs, no reader is to tell
+// what they mean.
+inline bool has_marks_in_macros(std::string_view design) {
+  constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_#$' \t\r,";
+  for (std::size_t at = 0; at < design.size();) {
+    const std::string_view line = design.substr(at, design.find('\n', at) - at);
+    at += line.size() + 1;
+    const std::string upper = upper_case(line);
+    const bool is_macro = upper.find("EXTERNAL") != std::string::npos || upper.find("INSTANCE") != std::string::npos;
+    if (is_macro && line.find_first_not_of(kPlain) != std::string_view::npos) return true;
+  }
+  return false;
+}
+
+// Both netlists and the constraints are whole, well formed and tell the same; else what is wrong.
+inline std::string broken_output() {
+  for (const char *name : {"d.ddf", "d.tvx", "d.nxf"})
+    if (!std::filesystem::exists(name)) return std::string(name) + " is missing\n";
+  if (std::filesystem::exists("d.par") && !content_of("d.par").ends_with("END\n")) return "d.par is cut off\n";
+  if (has_marks_in_macros(content_of("d.tt2"))) return {};
+  const std::string nxf = content_of("d.nxf");
+  cubekit::Netlist netlist;
+  cubekit::Finding error;
+  if (!cubekit::parse_nxf({nxf.begin(), nxf.end()}, netlist, error)) return listed("d.nxf:", {error});
+  return listed("d.nxf:", cubekit::check_netlist(netlist)) +
+         listed("d.ddf:", cubekit::compare_netlists(netlist, content_of("d.ddf"))) +
+         listed("d.tvx:", cubekit::check_constraints(content_of("d.tvx")));
+}
+
+// Translates d.tt2. Empty when all promises are kept: exit status 0 or 2; success is told exactly with status 0, over
+// outputs that are whole; a failed run leaves none (the disk takes everything here); the log holds no line that the
+// console did not show.
+inline std::string broken_promise(std::size_t options, std::string *said = nullptr) {
+  for (const char *name : {"d.ddf", "d.tvx", "d.nxf", "d.par", "cubenet.log"}) std::filesystem::remove(name);
+  PromiseConsole console;
+  HostConsole *const before = set_host_console(&console);
+  const std::string_view chosen = kRunOptions[options % std::size(kRunOptions)];
+  Arguments arguments("cubenet " + std::string(chosen) + (chosen.empty() ? "" : " ") + "d");
+  const int status = run_program(arguments.count(), arguments.pointers.data());
+  set_host_console(before);
+  if (said != nullptr) *said = console.text;
+
+  std::string broken;
+  if (status != 0 && status != 2) broken += "exit status " + std::to_string(status) + "\n";
+  constexpr std::string_view kDone = "PLA reading and translation completed successfully \n";
+  constexpr std::string_view kFailed = "PLA reading and translation completed with errors \n";
+  if (!console.text.ends_with(status == 0 ? kDone : kFailed)) broken += "the last line belies the exit status\n";
+  if (!holds_lines(console.text, content_of("cubenet.log"))) broken += "the console lacks what the log holds\n";
+  if (status == 0) return broken + broken_output();
+  for (const char *name : {"d.ddf", "d.tvx", "d.nxf", "d.par"})
+    if (std::filesystem::exists(name)) broken += std::string(name) + " was written by a failed run\n";
+  return broken;
+}
+
+} // namespace cubenet
