@@ -42,11 +42,16 @@ class Row:
     argv: list[str]
     folder: str
     walls: list[float] = field(default_factory=list)  # seconds
+    cpus: list[float] = field(default_factory=list)   # user and system, of the same runs
     failed: str = ""
 
     @property
     def wall(self) -> float:
         return statistics.median(self.walls) if self.walls else math.nan
+
+    @property
+    def cpu(self) -> float:
+        return statistics.median(self.cpus) if self.cpus else math.nan
 
 
 @dataclass
@@ -80,7 +85,8 @@ def outputs_of(row: Row) -> list[str]:
     return [os.path.join(row.folder, name) for name in os.listdir(row.folder) if name not in kept]
 
 
-def run_once(row: Row, timeout: float, before: list[str] | None = None) -> float:
+def run_once(row: Row, timeout: float, before: list[str] | None = None) -> tuple[float, float]:
+    """Wall and processor seconds."""
     for path in outputs_of(row):
         os.unlink(path)
     with open(os.path.join(row.folder, ".console"), "wb") as console:
@@ -89,12 +95,13 @@ def run_once(row: Row, timeout: float, before: list[str] | None = None) -> float
                                  stderr=subprocess.STDOUT, start_new_session=True)
         signal.signal(signal.SIGALRM, lambda *_: os.killpg(child.pid, signal.SIGKILL))
         signal.setitimer(signal.ITIMER_REAL, timeout)
-        status = child.wait()
+        _, status, usage = os.wait4(child.pid, 0)
         end = time.perf_counter()
         signal.setitimer(signal.ITIMER_REAL, 0)
+        status = child.returncode = os.waitstatus_to_exitcode(status)
     if status != 0:
         row.failed = "out of time" if status == -signal.SIGKILL else f"exit status {status}"
-    return end - start
+    return end - start, usage.ru_utime + usage.ru_stime
 
 
 def run_rounds(rows: list[Row], bench: Bench, rounds: int, budget: float = 20.0) -> None:
@@ -105,10 +112,11 @@ def run_rounds(rows: list[Row], bench: Bench, rounds: int, budget: float = 20.0)
         for row in rows:
             if row.failed or (row.walls and spent[row.name] > budget):
                 continue
-            wall = run_once(row, bench.timeout)
+            wall, cpu = run_once(row, bench.timeout)
             spent[row.name] += wall
             if turn > 0 or wall > budget / 2:
                 row.walls.append(wall)
+                row.cpus.append(cpu)
 
 
 def peak_memory(row: Row, bench: Bench) -> float:
@@ -254,59 +262,61 @@ def judge_shape(bench: Bench, shape: str, form: str, mine: Row, others: list[Row
     bench.note(f"{title}, (peak memory - 6 MiB) / input", 1.0 if form == "pla" else 2.5, shape, peak)
 
 
-def startup(bench: Bench) -> float:
-    """Judges the start-up; returns its seconds."""
+def startup(bench: Bench) -> Row:
+    """Judges the start-up; returns the runs."""
     mine = program_row(bench, "tiny", "pla")
     true = make_row(bench, "tiny", "true", ["true"])
     run_rounds([mine, true], bench, 101)
     print_rows("tiny", bench, [mine, true], input_of(bench, "tiny"))
     bench.note("ten-line design, whole process / true", 1.5, "tiny", math.inf if mine.failed else ratio(mine, true))
     remove_runs(bench)
-    return mine.wall
+    return mine
 
 
-def climb(bench: Bench, ladder: str, form: str, floor: float) -> None:
-    """The exponent of time in input bytes over a ladder of shapes, start-up taken off."""
-    names = LADDERS[ladder]
-    points = []
+def slope_of(points: list[tuple[float, float]]) -> float:
+    return statistics.linear_regression([p[0] for p in points], [p[1] for p in points]).slope
+
+
+def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
+    """The exponent of time in input bytes over a ladder of shapes, start-up taken off. On a busy machine the one of the
+    processor time, which is not judged, tells the program's growth from the machine's."""
+    walls: list[tuple[float, float]] = []
+    cpus: list[tuple[float, float]] = []
     lines = []
-    for shape in names:
+    for shape in LADDERS[ladder]:
         row = program_row(bench, shape, form)
         run_rounds([row], bench, bench.rounds)
-        size = os.path.getsize(input_of(bench, shape))
-        points.append((math.log(size), math.log(max(row.wall - floor, 1e-5))))
-        lines.append([shape, str(size), number(row.wall * 1e3), row.failed])
+        size = math.log(os.path.getsize(input_of(bench, shape)))
+        walls.append((size, math.log(max(row.wall - floor.wall, 1e-5))))
+        cpus.append((size, math.log(max(row.cpu - floor.cpu, 1e-5))))
+        steps = [number(slope_of(points[-2:])) if len(points) > 1 else "" for points in (walls, cpus)]
+        lines.append([shape, number(row.wall * 1e3), steps[0], number(row.cpu * 1e3), steps[1], row.failed])
         remove_runs(bench)
-    steps = [(b[1] - a[1]) / (b[0] - a[0]) for a, b in zip(points, points[1:])]
-    for line, step in zip(lines[1:], steps):
-        line.insert(3, number(step))
-    lines[0].insert(3, "")
     print(f"\nladder of {ladder}, {form}\n")
-    print_table(["shape", "bytes", "wall ms", "exponent of the step", "note"], lines)
-    slope = statistics.linear_regression([p[0] for p in points], [p[1] for p in points]).slope
-    most = 1.05 if form == "pla" else 1.10
-    what = "growth exponent, " + ("PLA form" if form == "pla" else "gate form")
-    bench.note(what, most, ladder, math.inf if any(line[-1] for line in lines) else slope)
+    print_table(["shape", "wall ms", "exponent of the step", "cpu ms", "exponent of the step", "note"], lines)
+    title, most = ("PLA form", 1.05) if form == "pla" else ("gate form", 1.10)
+    failed = any(line[-1] for line in lines)
+    bench.note(f"growth exponent, {title}", most, ladder, math.inf if failed else slope_of(walls))
+    bench.note(f"growth exponent of the processor time, {title}", math.inf, ladder,
+               math.inf if failed else slope_of(cpus))
 
 
-def compare_pins(bench: Bench, floor: float) -> None:
-    small, large = (program_row(bench, f"pins{pins}", "pla") for pins in (1000, 100_000))
-    run_rounds([small, large], bench, 3 * bench.rounds)
-    lines = []
-    per_line = []
-    for row in (small, large):
+def compare_pins(bench: Bench, floor: Row) -> None:
+    rows = [program_row(bench, f"pins{pins}", "pla") for pins in (1000, 100_000)]
+    run_rounds(rows, bench, 3 * bench.rounds)
+    lines, walls, cpus = [], [], []
+    for row in rows:
         with open(os.path.join(row.folder, "bench.tt2"), "rb") as text:
             count = sum(1 for _ in text)
-        per_line.append(((row.wall - floor) / count, row.wall / count))
-        lines.append([str(count), number(row.wall * 1e3), number(per_line[-1][0] * 1e6), number(per_line[-1][1] * 1e6),
-                      row.failed])
+        walls.append((row.wall - floor.wall) / count)
+        cpus.append((row.cpu - floor.cpu) / count)
+        lines.append([str(count), number(row.wall * 1e3), number(walls[-1] * 1e6), number(cpus[-1] * 1e6), row.failed])
     print("\n1,000 and 100,000 pins, each locked by a property, and a node per five pins\n")
-    print_table(["lines", "wall ms", "us per line, start-up taken off", "us per line", "note"], lines)
-    failed = small.failed or large.failed
-    bench.note("100,000 pins, time per line / 1,000 pins", 1.2, "start-up taken off",
-               math.inf if failed else per_line[1][0] / per_line[0][0])
-    bench.note("100,000 pins, time per line / 1,000 pins", 1.2, "whole process",
-               math.inf if failed else per_line[1][1] / per_line[0][1])
+    print_table(["lines", "wall ms", "wall us per line", "cpu us per line", "note"], lines)
+    failed = any(row.failed for row in rows)
+    what = "100,000 locked pins, {} per line / 1,000 pins, start-up taken off"
+    bench.note(what.format("time"), 1.2, "pins", math.inf if failed else walls[1] / walls[0])
+    bench.note(what.format("processor time"), math.inf, "pins", math.inf if failed else cpus[1] / cpus[0])
     remove_runs(bench)
 
 
