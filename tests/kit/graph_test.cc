@@ -13,7 +13,7 @@ std::size_t count(const std::string &text, const std::string &part) {
 }
 
 TEST(GraphTest, EverySymbolPinAndConnectionIsDrawnOnceAndDotTakesIt) {
-  for_each_translation([](const std::string &name, const TempDir &dir, const Netlist &netlist) {
+  for_each_translation(kModes, [](const std::string &name, const TempDir &dir, const Netlist &netlist) {
     std::ostringstream dot;
     ASSERT_TRUE(write_dot(dot, netlist, ""));
     std::size_t outputs = 0, rails = 0;
