@@ -21,13 +21,16 @@ constexpr auto kPlaces = std::to_array<Place>({{true, false, false},
                                                {false, false, false},
                                                {false, false, true}});
 
-// Which references read it; "*" stands for the data input.
-constexpr auto kReads = std::to_array<std::array<std::string_view, 4>>({
-    {"", "", "", "none"},
-    {"Q", "", "", "none"},
-    {"FB", "", "", "none"},
-    {"", "", "", ""},
-    {"Q", "FB", "*", ""},
+// Which references read it.
+struct Reads {
+  bool q, fb, data, plain;
+};
+constexpr auto kReads = std::to_array<Reads>({
+    {false, false, false, false},
+    {true, false, false, false},
+    {false, true, false, false},
+    {false, false, false, true},
+    {true, true, true, true},
 });
 
 struct Packer {
@@ -43,11 +46,10 @@ void start_design(Packer &packer) {
     packer.design.pins.push_back("in" + std::to_string(i));
     packer.design.columns.push_back({packer.design.pins.back(), ""});
   }
-  packer.design.pins.push_back("seen");
   packer.registers = 0;
 }
 
-// Gives every output its terms, and makes "seen" read every column.
+// Gives every output its terms, and every column a pin that shows it.
 void finish_design(Packer &packer) {
   DesignText &design = packer.design;
   const auto input = [&] { return packer.next_input++ % kInputs; };
@@ -56,27 +58,31 @@ void finish_design(Packer &packer) {
     if (o % 3 == 0) design.terms.push_back({{{input(), true}}, {o}});
     design.outputs[o].inverted = o % 4 == 1;
   }
-  design.outputs.push_back({"seen", ""});
-  for (std::size_t c = 0; c < design.columns.size(); c++)
-    design.terms.push_back({{{c, c % 3 != 0}}, {design.outputs.size() - 1}});
+  for (std::size_t c = kInputs; c < design.columns.size(); c++) {
+    design.pins.push_back("seen" + std::to_string(c));
+    design.terms.push_back({{{c, c % 3 != 0}}, {design.outputs.size()}});
+    design.outputs.push_back({design.pins.back(), ""});
+  }
   packer.texts.push_back(format_design(design));
   start_design(packer);
 }
 
 void add_register(Packer &packer, const SignalKind &kind, const Controls &controls, const Place &place,
-                  std::size_t reads) {
+                  const Reads &reads) {
   DesignText &design = packer.design;
   const std::string name = "r" + std::to_string(packer.registers);
   (place.pin ? design.pins : design.nodes).push_back(name + (place.inverted ? "-" : ""));
   add_register_outputs(design, name, kind, controls);
   if (place.enabled) design.outputs.push_back({name, "OE"});
-  for (std::size_t r = 0; r < 4; r++) {
-    const std::string_view form = kReads[reads][r];
-    if (form == "none" || (form.empty() && r < 3)) continue;
-    const std::string_view data = kind.data_reads[packer.registers % 2 == 1 && !kind.data_reads[1].empty() ? 1 : 0];
-    const std::string_view plain = place.pin && packer.registers % 2 == 0 ? "PIN" : "";
-    design.columns.push_back({name, std::string(form == "*" ? data : form.empty() ? plain : form)});
-  }
+  const auto add_column = [&](bool is_read, std::string_view extension) {
+    if (is_read) design.columns.push_back({name, std::string(extension)});
+  };
+  // Where there is a choice, registers take turns.
+  const bool second = packer.registers % 2 == 1;
+  add_column(reads.q, "Q");
+  add_column(reads.fb, "FB");
+  add_column(reads.data, kind.data_reads[second && !kind.data_reads[1].empty() ? 1 : 0]);
+  add_column(reads.plain, place.pin && !second ? "PIN" : "");
   if (++packer.registers == kRegistersPerDesign) finish_design(packer);
 }
 
@@ -101,12 +107,11 @@ std::vector<std::string> register_designs(int series) {
     for_each_controls(kSignalKinds[k], series, [&](const Controls &controls) {
       for (const Place &place : kPlaces) {
         if (!place.pin && place.enabled && series != 8) continue;
-        for (std::size_t reads = 0; reads < kReads.size(); reads++)
-          add_register(packer, kSignalKinds[k], controls, place, reads);
+        for (const Reads &reads : kReads) add_register(packer, kSignalKinds[k], controls, place, reads);
       }
     });
   }
-  finish_design(packer);
+  if (packer.registers > 0) finish_design(packer);
   return packer.texts;
 }
 

@@ -61,7 +61,17 @@ void mutate_row(Mutator &mutator, const Symbol &symbol) {
     swap_nets(mutator, symbol, symbol.first_pin, symbol.first_pin + static_cast<std::uint32_t>(other));
 }
 
+// Something reads the symbol's output, or it meets a pin.
+bool is_observed(const Netlist &netlist, const Symbol &symbol) {
+  for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
+    const Net &net = netlist.nets[netlist.pins[p].net];
+    if (netlist.pins[p].direction == Direction::OUT && (net.external || net.destination_count > 0)) return true;
+  }
+  return false;
+}
+
 void mutate(Mutator &mutator, Symbol &symbol) {
+  if (!is_observed(mutator.netlist, symbol)) return;
   const std::string_view name = primitive_of(symbol).name;
   if (name == "PLA") mutate_row(mutator, symbol);
   if (name == "INV") change_primitive(mutator, symbol, "BUF", "ZN0", "Z0"); // a dropped inverter
@@ -120,11 +130,24 @@ TEST(NetlistMutations, OfRegistersAreFoundOnEverySeries) {
   EXPECT_GT(tried, 500U);
 }
 
+// An OR of ANDs, no input in two of them: every gate of its trees matters, and there are too many inputs to try all.
+std::string make_wide_sum(std::size_t terms, std::size_t literals) {
+  const std::size_t inputs = terms * literals;
+  std::string pins, rows;
+  for (std::size_t i = 0; i < inputs; i++) pins += " a" + std::to_string(i);
+  for (std::size_t t = 0; t < terms; t++) {
+    std::string row(inputs, '-');
+    for (std::size_t l = 0; l < literals; l++) row[t * literals + l] = l % 3 == 1 ? '0' : '1';
+    rows += row + " 1\n";
+  }
+  return "#$ PINS " + std::to_string(inputs + 1) + pins + " y\n.i " + std::to_string(inputs) + "\n.o 1\n.ilb" + pins +
+         "\n.ob y-\n" + rows + ".end\n";
+}
+
 TEST(NetlistMutations, OfGateTreesAreFound) {
   const cubenet::WorkingDir directory;
-  const std::string text = cubenet::read_file(PROJECT_DIR "/examples/wide_or/wide_or.tt2");
-  for (const std::string options : {"-and 2 -or 2", "-and 3 -or 3", "-and 12"})
-    EXPECT_GT(mutate_design(text, options, 1), 25U) << options;
+  for (const std::string options : {"-and 2 -or 2", "-and 3 -or 4", "-and 12"})
+    EXPECT_GT(mutate_design(make_wide_sum(15, 7), options, 1), 45U) << options;
 }
 
 } // namespace

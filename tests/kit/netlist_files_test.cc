@@ -111,7 +111,7 @@ TEST(NetlistFiles, TellWhatIsWrongWithAnNxfFile) {
       {"\t01 1\n", "\t0x 1\n", "a row of 2 inputs or END_PLA must stand here"},
       {"SYM PLA n;", "SYM PLA n PROTECT;", "a block can't be protected"},
       {"SYM PLA n;", "SYM PLA y_T;", "two symbols are named 'y_T'"},
-      {"END;\n\nEND;\n\n", "END;\n\nEND;\n\nEND;\n", "the file must end here"},
+      {"END;\n\nEND;\n\nEND;\n\n", "END;\n\nEND;\n\nEND;\n\n\n", "the file must end here"},
   };
   for (const Edit &edit : edits) {
     const std::string found = check_text(edited(files.nxf, edit.from, edit.to));

@@ -22,11 +22,12 @@ const std::vector<Series> kSeries{
     {8, {"-p Tarvex8840K-100XQ64"}}};
 const std::vector<std::string> kModes{"", "-and 12", "-and 2 -or 2", "-and 3 -or 3"};
 
-// Translates and proves; keeps the design when that fails.
+// Translates, checks and proves; keeps the design when that fails.
 bool holds(const std::string &text, const std::string &options, const std::filesystem::path &keep) {
   Translation translation;
   translate(text, options, translation);
   std::string fault = translation.status != 0 ? translation.console : prove_translation(translation);
+  if (fault.empty()) fault = check_translation();
   if (fault.empty()) return true;
   cubenet::write_file(keep, text);
   ADD_FAILURE() << "options '" << options << "', design in " << keep << ":\n" << fault.substr(0, 4000);

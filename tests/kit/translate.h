@@ -10,6 +10,7 @@
 
 #include "frame/console.h"
 #include "frame/run.h"
+#include "kit/check.h"
 #include "kit/nxf_parser.h"
 #include "kit/prove.h"
 #include "kit/read_design.h"
@@ -56,6 +57,20 @@ inline std::string prove_translation(const Translation &translation, const Proof
   std::string text = std::to_string(report.differences) + " differences\n";
   for (const std::string &difference : report.texts) text += difference;
   return text;
+}
+
+// What the form of the translation's three files leaves to be wished for.
+inline std::string check_translation() {
+  const std::string nxf = cubenet::read_file("d.nxf"), tvx = cubenet::read_file("d.tvx");
+  Netlist netlist;
+  Finding error;
+  if (!parse_nxf({nxf.begin(), nxf.end()}, netlist, error)) return error.text + '\n';
+  std::ostringstream text;
+  for (const Finding &finding : check_netlist(netlist)) print_finding(text, "d.nxf", finding);
+  for (const Finding &finding : compare_netlists(netlist, cubenet::read_file("d.ddf")))
+    print_finding(text, "d.ddf", finding);
+  for (const Finding &finding : check_constraints(tvx)) print_finding(text, "d.tvx", finding);
+  return text.str();
 }
 
 } // namespace cubekit
