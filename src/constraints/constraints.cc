@@ -11,6 +11,7 @@
 
 #include "frame/console.h"
 #include "model/attribute_codes.h"
+#include "model/clock_types.h"
 #include "model/names.h"
 #include "util/output_file.h"
 
@@ -272,20 +273,12 @@ void write_ptsa_bypass(OutputFile &file, const Design &design) {
 }
 
 void write_clocks(OutputFile &file, const Design &design) {
-  static constexpr struct {
-    std::string_view key;
-    int SignalAttributes::*mark;
-  } kClocks[] = {
-      {"CLK0=", &SignalAttributes::CLK0},       {"CLK1=", &SignalAttributes::CLK1},
-      {"CLK2=", &SignalAttributes::CLK2},       {"IOCLK0=", &SignalAttributes::ICLK0},
-      {"IOCLK1=", &SignalAttributes::ICLK1},    {"FASTCLK=", &SignalAttributes::FASTCLK},
-      {"SLOWCLK=", &SignalAttributes::SLOWCLK},
-  };
   Section section{file, "[CLK]\n"};
-  for (const auto &row : kClocks) {
-    List list{section, row.key};
-    add_outputs(list, design, row.mark);
-    add_inputs(list, design, row.mark);
+  for (const ClockType &type : kClockTypes) {
+    const std::string key = std::string(type.name) + "=";
+    List list{section, key};
+    add_outputs(list, design, type.mark);
+    add_inputs(list, design, type.mark);
     end_list(list, ";\n");
   }
   if (section.started) put(file, '\n');

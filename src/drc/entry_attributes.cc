@@ -4,6 +4,7 @@
 #include "drc/attribute_rules.h"
 #include "drc/passes.h"
 #include "frame/messages.h"
+#include "model/clock_types.h"
 
 namespace cubenet {
 
@@ -49,23 +50,8 @@ void refuse_unread(AttributeCase &given) {
   drop_attribute(given.property);
 }
 
-struct ClockRow {
-  std::string_view type;
-  int SignalAttributes::*mark;
-};
-constexpr std::array<ClockRow, 7> kClocks{{
-    {"CLK0", &SignalAttributes::CLK0},
-    {"CLK1", &SignalAttributes::CLK1},
-    {"CLK2", &SignalAttributes::CLK2},
-    {"IOCLK0", &SignalAttributes::ICLK0},
-    {"IOCLK1", &SignalAttributes::ICLK1},
-    {"FASTCLK", &SignalAttributes::FASTCLK},
-    {"SLOWCLK", &SignalAttributes::SLOWCLK},
-}};
-
 void mark_clock(SignalAttributes &attributes, std::string_view type) {
-  for (const ClockRow &row : kClocks)
-    if (equal_ignoring_case(row.type, type)) attributes.*row.mark = 1;
+  if (const ClockType *row = find_clock_type(type)) attributes.*row->mark = 1;
 }
 
 // A group names a whole register input: the pair behind an XOR gate goes by its first half.

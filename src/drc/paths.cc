@@ -9,6 +9,7 @@
 #include "drc/attribute_rules.h"
 #include "drc/passes.h"
 #include "frame/messages.h"
+#include "model/characters.h"
 #include "model/names.h"
 
 namespace cubenet {
@@ -34,14 +35,7 @@ constexpr std::array<std::string SignalAttributes::*, 10> kSlots{
     &SignalAttributes::ETP, &SignalAttributes::ENP};
 static_assert(kSlots.size() == CODE_LAST_PATH - CODE_FIRST_PATH + 1);
 
-bool is_legal(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ||
-         std::string_view("@`!#$%&'*/<>?[\\]_|~+-").find(c) != std::string_view::npos;
-}
-
-std::string show_character(char c) {
-  return c >= 0 && c < ' ' ? std::string{'^', static_cast<char>(c + 64)} : std::string{c};
-}
+bool is_legal(char c) { return class_of(c) == CHAR_LEGAL || c == '+' || c == '-'; }
 
 template <typename Visit> void for_each_word(std::string_view text, Visit visit) {
   while (!text.empty()) {
@@ -71,8 +65,8 @@ bool refuse_name(const std::string &path, const Property &property, const std::s
     report_warning(31588,
                    "Path name '%s' contains illegal character '%s'; path name '%s' is invalid; attribute '%s %s %s' is "
                    "ignored",
-                   path.c_str(), show_character(*illegal).c_str(), path.c_str(), attribute, shown.c_str(), value);
-  else if (path.front() >= '0' && path.front() <= '9')
+                   path.c_str(), show_character(*illegal).data(), path.c_str(), attribute, shown.c_str(), value);
+  else if (is_digit(path.front()))
     report_warning(31588,
                    "The first character of path name '%s' is a digit; path name '%s' is invalid; attribute '%s %s %s' "
                    "is ignored",

@@ -4,8 +4,9 @@
 #include <array>
 
 #include "frame/messages.h"
-#include "model/names.h"
 #include "model/attribute_codes.h"
+#include "model/clock_types.h"
+#include "model/names.h"
 #include "reader/property_keywords.h"
 #include "reader/tokens.h"
 
@@ -15,7 +16,6 @@ namespace {
 
 constexpr std::array<std::string_view, 2> kOnOff{"ON", "OFF"};
 constexpr std::array<std::string_view, 3> kUpOffHold{"UP", "OFF", "HOLD"};
-constexpr std::array<std::string_view, 7> kClockTypes{"CLK0", "CLK1", "CLK2", "IOCLK0", "IOCLK1", "FASTCLK", "SLOWCLK"};
 
 // The place of the word in the list, compared without regard to case; the list's length when it is none of them.
 template <std::size_t N> std::size_t find_word(const std::array<std::string_view, N> &list, std::string_view word) {
@@ -103,7 +103,7 @@ bool take_value(const PropertyStatement &statement, std::string_view text, Token
 
 bool take_clock(const PropertyStatement &statement, std::string_view text, std::string &value) {
   Token type;
-  if (!next_token(text, type) || find_word(kClockTypes, type.text) == kClockTypes.size()) {
+  if (!next_token(text, type) || find_clock_type(type.text) == nullptr) {
     report_warning(31548,
                    "Clock type, 'CLK0 | CLK1 | CLK2 | IOCLK0 | IOCLK1', is not specified in attribute '%s'; attribute "
                    "'%s' is ignored",

@@ -1,39 +1,16 @@
-// Splitting of a line into words, and the classes of their characters.
+// Splitting of a line into words.
 #include "reader/tokens.h"
 
 #include <algorithm>
 #include <climits>
 
+#include "model/characters.h"
+
 namespace cubenet {
 
 namespace {
 
-enum CharacterClass : std::uint8_t { ILLEGAL, LEGAL, SEPARATOR, DOT, SIGN };
-
-constexpr std::array<CharacterClass, 256> make_classes() {
-  std::array<CharacterClass, 256> classes{};
-  const auto mark = [&](std::string_view characters, CharacterClass value) {
-    for (const char c : characters) classes[static_cast<unsigned char>(c)] = value;
-  };
-  mark("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789", LEGAL);
-  mark("@`!#$%&'*/<>?[\\]_|~", LEGAL);
-  mark(" \t,", SEPARATOR);
-  mark(".", DOT);
-  mark("+-:", SIGN);
-  return classes;
-}
-constexpr std::array<CharacterClass, 256> kClasses = make_classes();
-
-CharacterClass class_of(char c) { return kClasses[static_cast<unsigned char>(c)]; }
-bool is_separator(char c) { return class_of(c) == SEPARATOR; }
-bool is_digit(char c) { return c >= '0' && c <= '9'; }
-
-// A control character is shown as '^' and the character 64 places up, any other as it is.
-std::array<char, 3> show_character(char c) {
-  const auto code = static_cast<unsigned char>(c);
-  if (code < 32 || code == 127) return {'^', static_cast<char>(code + 64), 0};
-  return {c, 0, 0};
-}
+bool is_separator(char c) { return class_of(c) == CHAR_SEPARATOR; }
 
 Token classify(std::string_view text) {
   Token token;
@@ -41,10 +18,10 @@ Token classify(std::string_view text) {
   bool is_legal = true;
   for (std::size_t at = 0; at < text.size(); at++) {
     const CharacterClass value = class_of(text[at]);
-    if (value == LEGAL) continue;
-    if (value == DOT) token.dot = std::min(token.dot, at);
-    if (value == SIGN) token.sign = std::min(token.sign, at);
-    if (value == ILLEGAL && is_legal) {
+    if (value == CHAR_LEGAL) continue;
+    if (value == CHAR_DOT) token.dot = std::min(token.dot, at);
+    if (value == CHAR_SIGN) token.sign = std::min(token.sign, at);
+    if (value == CHAR_ILLEGAL && is_legal) {
       token.illegal = show_character(text[at]);
       is_legal = false;
     }
