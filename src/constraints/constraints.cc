@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "frame/console.h"
@@ -14,6 +13,7 @@
 #include "model/clock_types.h"
 #include "model/names.h"
 #include "util/output_file.h"
+#include "util/text_hash.h"
 
 namespace cubenet {
 
@@ -233,7 +233,7 @@ void write_locations(OutputFile &file, const Design &design) {
 }
 
 // Register type ("GLB", "IOC") by name, of the signals that have one; a pin's type goes before a node's.
-using RegisterTypes = std::unordered_map<std::string_view, std::string_view>;
+using RegisterTypes = TextMap<std::string_view, std::string_view>;
 
 void add_types(RegisterTypes &types, const std::vector<std::string> &names, const BitSet &glb, const BitSet &ioc) {
   for (std::size_t i = 0; i < names.size(); i++)
@@ -300,7 +300,7 @@ struct Group {
 
 std::vector<Group> collect_groups(const Design &design) {
   std::vector<Group> groups;
-  std::unordered_map<std::string_view, std::size_t> index;
+  TextMap<std::string_view, std::size_t> index;
   const auto collect = [&](const auto &names, const auto &attributes) {
     for (std::size_t i = 0; i < names.size(); i++) {
       const std::string_view group = attributes[i].GRP;

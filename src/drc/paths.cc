@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "drc/attribute_rules.h"
@@ -11,6 +10,7 @@
 #include "frame/messages.h"
 #include "model/characters.h"
 #include "model/names.h"
+#include "util/text_hash.h"
 
 namespace cubenet {
 
@@ -25,7 +25,7 @@ struct Mention {
 struct PathTable {
   std::vector<Path> paths;
   std::vector<Mention> mentions;
-  std::unordered_map<std::string_view, std::uint32_t> index; // by whole name
+  TextMap<std::string_view, std::uint32_t> index; // by whole name
 };
 
 // By kind, in code order.

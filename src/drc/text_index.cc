@@ -1,29 +1,20 @@
-// An open-addressing table over a list of texts, built once. Letters are folded while hashing when case does not count,
-// so no text is copied.
+// An open-addressing table over a list of texts, built once; no text is copied.
 #include "drc/text_index.h"
 
 #include <bit>
 #include <utility>
 
 #include "model/names.h"
+#include "util/text_hash.h"
 
 namespace cubenet {
 
 namespace {
 
-std::uint64_t hash_text(std::string_view text, bool case_sensitive) {
-  std::uint64_t hash = 0xcbf29ce484222325U;
-  for (const char c : text) {
-    const bool fold = !case_sensitive && c >= 'A' && c <= 'Z';
-    hash = (hash ^ static_cast<unsigned char>(fold ? c - 'A' + 'a' : c)) * 0x100000001b3U;
-  }
-  return hash ^ hash >> 32;
-}
-
 // Where the text stands, or the free slot where it belongs.
 std::size_t find_slot(const TextIndex &index, std::string_view text) {
   const std::size_t mask = index.slots.size() - 1;
-  std::size_t at = hash_text(text, index.case_sensitive) & mask;
+  std::size_t at = (index.case_sensitive ? hash_text(text) : hash_text_ignoring_case(text)) & mask;
   while (index.slots[at] != kNoPosition &&
          !equal_names(index.texts[static_cast<std::size_t>(index.slots[at])], text, index.case_sensitive))
     at = (at + 1) & mask;

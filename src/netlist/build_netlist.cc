@@ -4,7 +4,6 @@
 
 #include <numeric>
 #include <string>
-#include <unordered_set>
 
 #include "netlist/netlist_builder.h"
 
@@ -73,7 +72,7 @@ void tie_undriven_nets(Netlist &netlist) {
     const Pin &pin = netlist.pins[p];
     state[pin.net] |= pin_direction(pin.kind) == Direction::OUT ? kDriven : kNeeded;
   });
-  std::unordered_set<std::string> macro_names;
+  TextSet<std::string> macro_names;
   for (const Symbol &symbol : netlist.symbols)
     if (symbol.primitive == Primitive::MACRO) macro_names.insert(name_text(symbol.instance));
   for (NetIndex n = 0; n < state.size(); n++) {

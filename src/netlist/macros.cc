@@ -1,6 +1,7 @@
 // Placed macros: hard blocks whose ports connect to signals in the form that a connection names, or to nets of their
 // own. A net gets one driver; what a macro would drive a second time is kept apart on a net of its own.
 #include <optional>
+#include <unordered_set>
 
 #include "netlist/netlist_builder.h"
 
@@ -59,8 +60,8 @@ UniqueNames collect_names(const NetlistBuilder &builder) {
 // outputs whose net has a driver.
 struct LeftOverPins {
   NetlistBuilder &builder;
-  std::optional<UniqueNames> names{};                // made when the first one is needed
-  std::unordered_map<std::string, NetIndex> parts{}; // by "signal.part"
+  std::optional<UniqueNames> names{};     // made when the first one is needed
+  TextMap<std::string, NetIndex> parts{}; // by "signal.part"
   std::unordered_set<NetIndex> driven{};
 };
 
@@ -93,7 +94,7 @@ void connect_left_over(LeftOverPins &pins, MacroPin &pin) {
 
 // Two placed macros may have been given one name; the later one gets another.
 std::vector<std::string> instance_names(const NetlistBuilder &builder) {
-  std::unordered_set<std::string_view> seen;
+  TextSet<std::string_view> seen;
   std::optional<UniqueNames> names;
   std::vector<std::string> result;
   for (const Instance &instance : builder.design.instances) {

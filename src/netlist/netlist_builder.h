@@ -2,8 +2,6 @@
 #pragma once
 
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "model/cube_table.h"
@@ -12,6 +10,7 @@
 #include "netlist/connections.h"
 #include "netlist/netlist.h"
 #include "netlist/signal_mapper.h"
+#include "util/text_hash.h"
 
 namespace cubenet {
 
@@ -36,8 +35,8 @@ struct MacroPin {
 
 // Names made unique: a spelling that is taken gets a number.
 struct UniqueNames {
-  std::unordered_set<std::string> taken;
-  std::unordered_map<std::string, int> numbers; // next one per spelling
+  TextSet<std::string> taken;
+  TextMap<std::string, int> numbers; // next one per spelling
 };
 std::string make_unique(UniqueNames &names, const std::string &wanted);
 
@@ -52,7 +51,7 @@ struct NetlistBuilder {
   std::vector<MacroPin> macro_pins{}; // instances in list order, inputs before outputs
   BySignal connected{};               // macro pins by signal
   std::vector<Symbol> signal_symbols{};
-  std::unordered_map<std::string, NetIndex> plain_nets{}; // nets that only macros connect, by name
+  TextMap<std::string, NetIndex> plain_nets{}; // nets that only macros connect, by name
 };
 
 BySignal group_by_signal(const std::vector<SignalIndex> &signals, SignalIndex count);

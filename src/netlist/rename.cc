@@ -7,8 +7,6 @@
 #include <array>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include "frame/messages.h"
@@ -16,6 +14,7 @@
 #include "model/run_settings.h"
 #include "netlist/build_netlist.h"
 #include "netlist/map_design.h"
+#include "util/text_hash.h"
 
 namespace cubenet {
 
@@ -49,7 +48,7 @@ std::string guarded_name(const std::string &name, bool case_sensitive) {
 struct Renaming {
   bool needed = false;
   std::vector<bool> marked;                                       // per signal
-  std::unordered_map<std::string_view, SignalIndex> signals;      // pins win over nodes
+  TextMap<std::string_view, SignalIndex> signals;                 // pins win over nodes
   std::vector<std::pair<std::string_view, SignalIndex>> doubtful; // user name, and the base that may make it
 };
 
@@ -104,15 +103,15 @@ void settle_doubts(Renaming &renaming, const Design &design, const CubeTable &cu
   if (renaming.doubtful.empty()) return;
   const Connections connections = map_build_connections(cubes, design);
   const Netlist netlist = build_netlist(design, cubes, connections, run_settings.expand, XorPlace::WITH_SIGNAL);
-  std::unordered_set<std::string_view> doubted;
+  TextSet<std::string_view> doubted;
   for (const auto &[name, base] : renaming.doubtful) doubted.insert(name);
-  std::unordered_set<std::string> made;
+  TextSet<std::string> made;
   const auto collect = [&](const Name &name) {
     if (name.suffix.empty()) return;
     std::string text = name_text(name);
     if (doubted.contains(text)) made.insert(std::move(text));
   };
-  std::unordered_set<std::string_view> owned; // instances named as their signal
+  TextSet<std::string_view> owned; // instances named as their signal
   const auto collect_instance = [&](const Name &name) {
     collect(name);
     if (name.suffix.empty()) owned.insert(name.base);

@@ -54,7 +54,7 @@ void read_external(ReaderState &state, std::string_view text) {
 bool read_instance(ReaderState &state, std::string_view text) {
   Token name, macro_name, count;
   if (!next_token(text, name) || !next_token(text, macro_name) || !next_token(text, count)) return false;
-  const auto found = state.macros_by_name.find(std::string(macro_name.text));
+  const auto found = state.macros_by_name.find(macro_name.text);
   if (found == state.macros_by_name.end()) return false;
   const Macro &macro = state.design.macros[found->second];
   const std::int64_t ports = static_cast<std::int64_t>(macro.inputs.size() + macro.outputs.size());

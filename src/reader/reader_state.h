@@ -3,10 +3,10 @@
 
 #include <string>
 #include <string_view>
-#include <unordered_map>
 
 #include "model/cube_table.h"
 #include "model/design.h"
+#include "util/text_hash.h"
 
 namespace cubenet {
 
@@ -30,7 +30,7 @@ struct ReaderState {
   std::string part{};        // latest PART attribute; empty: none
 
   // The newest macro of each name; Design::macros holds the oldest first until the file is read.
-  std::unordered_map<std::string, std::size_t> macros_by_name{};
+  TextMap<std::string, std::size_t> macros_by_name{};
 };
 
 } // namespace cubenet

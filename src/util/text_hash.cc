@@ -1,0 +1,59 @@
+// Eight bytes at a time are mixed in by a multiplication to 128 bits whose halves are joined; state and multiplier are
+// both secret.
+#include "util/text_hash.h"
+
+#include <array>
+#include <cstring>
+
+#include <sys/random.h>
+
+namespace cubenet {
+
+namespace {
+
+// Fixed where the system has no random bytes to give: the hash is as good then, only known.
+std::array<std::uint64_t, 2> make_seed() {
+  std::array<std::uint64_t, 2> bytes{};
+  if (getrandom(bytes.data(), sizeof bytes, GRND_NONBLOCK) != sizeof bytes)
+    bytes = {0x9e3779b97f4a7c15U, 0xd6e8feb86659fd93U};
+  bytes[1] |= 1U;
+  return bytes;
+}
+
+const std::array<std::uint64_t, 2> seed = make_seed();
+
+std::uint64_t mix(std::uint64_t state, std::uint64_t word) {
+  __extension__ typedef unsigned __int128 Wide;
+  const Wide product = static_cast<Wide>(state ^ word) * seed[1];
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+}
+
+std::uint64_t keep_case(std::uint64_t word) { return word; }
+
+// Turns the bytes 'A' to 'Z' into lower case, all eight at once.
+std::uint64_t fold_case(std::uint64_t word) {
+  constexpr std::uint64_t kOnes = 0x0101010101010101U, kHigh = kOnes << 7;
+  const std::uint64_t low_bits = word & ~kHigh;
+  const std::uint64_t from_a = low_bits + (0x80 - 'A') * kOnes, past_z = low_bits + (0x7f - 'Z') * kOnes;
+  return word | ((from_a ^ past_z) & ~word & kHigh) >> 2;
+}
+
+template <std::uint64_t fold(std::uint64_t)> std::uint64_t hash(std::string_view text) {
+  std::uint64_t state = mix(seed[0], text.size());
+  std::uint64_t word = 0;
+  for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
+    std::memcpy(&word, text.data(), sizeof word);
+    state = mix(state, fold(word));
+  }
+  word = 0;
+  if (!text.empty()) std::memcpy(&word, text.data(), text.size());
+  return mix(mix(state, fold(word)), seed[0]);
+}
+
+} // namespace
+
+std::uint64_t hash_text(std::string_view text) { return hash<keep_case>(text); }
+
+std::uint64_t hash_text_ignoring_case(std::string_view text) { return hash<fold_case>(text); }
+
+} // namespace cubenet
