@@ -158,12 +158,10 @@ void bind_path_start(AttributeCase &given) {
 // The equation that ends the path, and the entry that reads the signal. Where there is an equation, a reader that leads
 // nowhere is no reason to ignore the attribute.
 void bind_path_end(AttributeCase &given) {
-  given.property.ob_idx = find_driven_entry(given);
-  const std::int32_t reader = find_read_entry(given);
-  if (reader >= 0 &&
-      (given.property.ob_idx < 0 || given.design.fan_out.fans_out[static_cast<std::size_t>(reader)] != 0))
-    given.property.ilb_idx = reader;
-  if (given.property.ob_idx < 0 && given.property.ilb_idx < 0) refuse_undriven(given);
+  Property &property = given.property;
+  property.ob_idx = find_driven_entry(given);
+  (property.ob_idx < 0 ? property.ilb_idx : property.end_reader_idx) = find_read_entry(given);
+  if (property.ob_idx < 0 && property.ilb_idx < 0) refuse_undriven(given);
 }
 
 void join_group(AttributeCase &given) {

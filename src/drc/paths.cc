@@ -159,8 +159,8 @@ void attach_points(Design &design, const PathTable &table) {
     Property &property = design.properties[mention.property];
     std::string SignalAttributes::*slot = kSlots[static_cast<std::size_t>(property.attr_name - CODE_FIRST_PATH)];
     append_word(property.attribute_value, name);
-    if (property.ilb_idx >= 0)
-      append_word(design.ilb_attributes[static_cast<std::size_t>(property.ilb_idx)].*slot, name);
+    for (const int input : {property.ilb_idx, property.end_reader_idx})
+      if (input >= 0) append_word(design.ilb_attributes[static_cast<std::size_t>(input)].*slot, name);
     if (property.ob_idx >= 0) append_word(design.olb_attributes[static_cast<std::size_t>(property.ob_idx)].*slot, name);
   }
 }

@@ -54,8 +54,9 @@ struct Property {
   std::string pin_node_name; // without dot extension
   std::string pi_node_ext;   // upper case; empty: written without one
   std::string attribute_value;
-  int ilb_idx = -1; // checker: input-list entry, -1 none
-  int ob_idx = -1;  // checker: output-list entry, -1 none
+  int ilb_idx = -1;        // checker: input-list entry, -1 none
+  int ob_idx = -1;         // checker: output-list entry, -1 none
+  int end_reader_idx = -1; // checker: input-list entry of a path's end that has an equation, -1 none
 };
 
 struct PathPoint {
