@@ -18,7 +18,8 @@ namespace cubenet {
 
 namespace {
 
-constexpr std::size_t kQuotedLine = 1024; // more of a line never fits a message
+constexpr std::size_t kQuotedLine = 1024;     // more of a line never fits a message
+constexpr std::size_t kUsualProperties = 256; // attribute records that few designs exceed
 
 void report_bad_term(const ReaderState &state, std::string_view line, const TermResult &result) {
   const std::string quoted(line.substr(0, kQuotedLine));
@@ -143,6 +144,7 @@ std::unique_ptr<Design> read_tt2(std::FILE *file, const std::string &file_name, 
   release_cubes(cubes);
   set_cube_layout(cubes, 0, 0);
   auto design = std::make_unique<Design>();
+  design->properties.reserve(kUsualProperties);
   ReaderState state{file_name.c_str(), *design, cubes};
 
   read_lines(state, file);
