@@ -96,11 +96,23 @@ static_assert(std::is_sorted(kKeywords.begin(), kKeywords.end(), is_before), "lo
 
 } // namespace
 
+std::span<const KeywordRow> keyword_rows() { return kKeywords; }
+
 const KeywordRow *find_keyword(std::string_view keyword) {
   const std::string upper = upper_case(keyword);
   const auto *row = std::lower_bound(kKeywords.begin(), kKeywords.end(), upper,
                                      [](const KeywordRow &each, const std::string &key) { return each.keyword < key; });
   return row != kKeywords.end() && row->keyword == upper ? row : nullptr;
+}
+
+std::span<const std::string_view> setting_values(KeywordSetting setting) {
+  static constexpr std::array<std::string_view, 2> kOnOff{"ON", "OFF"};
+  static constexpr std::array<std::string_view, 3> kUpOffHold{"UP", "OFF", "HOLD"};
+  switch (setting) {
+  case SETTING_ON_OFF: return kOnOff;
+  case SETTING_UP_OFF_HOLD: return kUpOffHold;
+  default: return {};
+  }
 }
 
 void warn_of_extra_words(const PropertyStatement &statement, std::string_view text) {

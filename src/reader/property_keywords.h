@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -48,7 +49,11 @@ struct KeywordRow {
   std::string_view stored_as{}; // spelling in the option text where that is another one
 };
 
+std::span<const KeywordRow> keyword_rows();
 const KeywordRow *find_keyword(std::string_view keyword); // in any case; nullptr: not known
+
+// The settings of that kind, in the order of their codes.
+std::span<const std::string_view> setting_values(KeywordSetting setting);
 
 // One statement, for the handlers and for messages.
 struct PropertyStatement {

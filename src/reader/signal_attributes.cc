@@ -1,7 +1,6 @@
 // Attributes of one signal: "keyword [=setting] signal[.extension] operands". Whatever is wrong drops the statement,
 // but its record is taken all the same, empty: the numbers of the others don't depend on it.
 #include <algorithm>
-#include <array>
 
 #include "frame/messages.h"
 #include "model/attribute_codes.h"
@@ -14,24 +13,14 @@ namespace cubenet {
 
 namespace {
 
-constexpr std::array<std::string_view, 2> kOnOff{"ON", "OFF"};
-constexpr std::array<std::string_view, 3> kUpOffHold{"UP", "OFF", "HOLD"};
-
-// The place of the word in the list, compared without regard to case; the list's length when it is none of them.
-template <std::size_t N> std::size_t find_word(const std::array<std::string_view, N> &list, std::string_view word) {
-  const auto is_word = [&](std::string_view each) { return equal_ignoring_case(each, word); };
-  return static_cast<std::size_t>(std::find_if(list.begin(), list.end(), is_word) - list.begin());
-}
-
-// Finds the code of a setting in the keyword's list; the codes follow each other in the list's order.
+// The settings' codes follow each other in the order of their list.
 bool choose_setting(const PropertyStatement &statement, std::string_view value, int &code) {
-  const bool is_pull = statement.row.setting == SETTING_UP_OFF_HOLD;
-  const std::size_t place = is_pull ? find_word(kUpOffHold, value) : find_word(kOnOff, value);
-  if (place < (is_pull ? kUpOffHold.size() : kOnOff.size())) {
-    code = statement.row.setting_code + static_cast<int>(place);
-    return true;
+  code = statement.row.setting_code;
+  for (const std::string_view each : setting_values(statement.row.setting)) {
+    if (equal_ignoring_case(each, value)) return true;
+    code++;
   }
-  if (is_pull)
+  if (statement.row.setting == SETTING_UP_OFF_HOLD)
     report_warning(31533,
                    "Attribute value '%s' is not recognized in attribute specification '%s', valid value is either 'UP' "
                    ", 'OFF' or 'HOLD'; attribute specification '%s' is ignored",

@@ -1,4 +1,5 @@
-// What the cases must reach: every message number that the sources can report.
+// What the cases must reach: every message number that the sources can report, and every keyword of an attribute
+// statement, accepted.
 #include <algorithm>
 #include <filesystem>
 #include <set>
@@ -6,6 +7,11 @@
 
 #include <gtest/gtest.h>
 
+#include "drc/check_design.h"
+#include "model/names.h"
+#include "reader/property_keywords.h"
+#include "reader/reading.h"
+#include "support/capture.h"
 #include "support/temp_dir.h"
 
 namespace cubenet {
@@ -83,6 +89,49 @@ TEST(Coverage, EveryMessageNumberIsDrawnByACase) {
                       std::inserter(missing, missing.begin()));
   EXPECT_EQ(missing, Texts());
   EXPECT_GT(reported.size(), 200U);
+}
+
+// How a statement uses its keyword: "KEYWORD", "KEYWORD =SETTING", or "KEYWORD of the device".
+std::string use_of(const KeywordRow &row, std::string rest) {
+  std::string keyword(row.keyword);
+  if (row.handler == HANDLE_EITHER && is_switch_value(row, rest)) return keyword + " of the device";
+  if (!rest.starts_with("=")) return keyword;
+  rest.erase(0, rest.find_first_not_of("= "));
+  return keyword + " =" + upper_case(rest.substr(0, rest.find(' ')));
+}
+
+void collect_uses(const std::string &text, Texts &uses) {
+  const std::string head = "#$ PROPERTY CORVANE ";
+  for (std::size_t at = 0, end = 0; at < text.size(); at = end + 1) {
+    end = std::min(text.find('\n', at), text.size());
+    const std::string line = text.substr(at, end - at);
+    if (!upper_case(line).starts_with(head)) continue;
+    const std::size_t blank = line.find(' ', head.size());
+    const KeywordRow *row = find_keyword(line.substr(head.size(), blank - head.size()));
+    ASSERT_NE(row, nullptr) << line;
+    uses.insert(use_of(*row, line.substr(blank + 1)));
+  }
+}
+
+TEST(Coverage, EveryKeywordIsAcceptedInEachOfItsUses) {
+  Texts uses;
+  for (const auto &entry : fs::directory_iterator(PROJECT_DIR "/tests/end_to_end/cases/accepted_statements")) {
+    if (entry.path().extension() != ".tt2") continue;
+    const std::string text = read_file(entry.path());
+    const Reading reading(text);
+    ASSERT_NE(reading.design, nullptr) << entry.path();
+    CapturedMessages captured;
+    EXPECT_EQ(check_design(*reading.design, reading.cubes), 0);
+    EXPECT_EQ(reading.messages + captured.take_unwrapped(), "Checking design rules...\n") << entry.path();
+    collect_uses(text, uses);
+  }
+  for (const KeywordRow &row : keyword_rows()) {
+    const std::string keyword(row.keyword);
+    EXPECT_TRUE(uses.contains(keyword)) << keyword;
+    EXPECT_TRUE(row.handler != HANDLE_EITHER || uses.contains(keyword + " of the device")) << keyword;
+    for (const std::string_view setting : setting_values(row.setting))
+      EXPECT_TRUE(uses.contains(keyword + " =" + std::string(setting))) << keyword << " =" << setting;
+  }
 }
 
 } // namespace
