@@ -14,6 +14,7 @@ struct Comparison {
   const Netlist &netlist;
   const DdfNetlist &ddf;
   std::vector<Finding> &findings;
+  bool guarded_first; // a name that could have stayed or been guarded is taken to have been guarded
   NameIndex stripped_nets{}, stripped_symbols{}; // "_PLA<n>_" taken off
   std::vector<std::uint8_t> symbol_listed{}, net_listed{}, pin_named{};
 };
@@ -32,22 +33,30 @@ std::string_view strip(std::string_view name) {
   return name.substr(digits_end + 1);
 }
 
-// What a name of the ddf has become: the same, guarded, or numbered.
-std::uint32_t find_renamed(const NameIndex &exact, const NameIndex &stripped, std::string_view name) {
-  if (const std::uint32_t found = find_name(exact, name); found != kNone) return found;
+std::uint32_t find_guarded(const NameIndex &exact, const NameIndex &stripped, std::string_view name) {
   for (const std::string &guarded : {"_RES" + std::string(name), "_RES_" + std::string(name)}) {
     if (const std::uint32_t found = find_name(exact, guarded); found != kNone) return found;
     if (const std::uint32_t found = find_name(stripped, guarded); found != kNone) return found;
   }
-  return find_name(stripped, name);
+  return kNone;
+}
+
+// What a name of the ddf has become: the same, guarded, or numbered.
+std::uint32_t find_renamed(const NameIndex &exact, const NameIndex &stripped, std::string_view name,
+                           bool guarded_first) {
+  std::uint32_t found = guarded_first && name.starts_with('_') ? find_guarded(exact, stripped, name) : kNone;
+  if (found == kNone) found = find_name(exact, name);
+  if (found == kNone && !guarded_first) found = find_guarded(exact, stripped, name);
+  return found == kNone ? find_name(stripped, name) : found;
 }
 
 SymbolIndex find_listed(const Comparison &comparison, std::string_view instance) {
-  return find_renamed(comparison.netlist.symbols_by_instance, comparison.stripped_symbols, instance);
+  return find_renamed(comparison.netlist.symbols_by_instance, comparison.stripped_symbols, instance,
+                      comparison.guarded_first);
 }
 
 NetIndex find_listed_net(const Comparison &comparison, std::string_view name) {
-  return find_renamed(comparison.netlist.nets_by_name, comparison.stripped_nets, name);
+  return find_renamed(comparison.netlist.nets_by_name, comparison.stripped_nets, name, comparison.guarded_first);
 }
 
 void compare_ports(Comparison &comparison, const char *label, Direction direction,
@@ -57,8 +66,9 @@ void compare_ports(Comparison &comparison, const char *label, Direction directio
   const NameIndex none;
   for (std::uint32_t i = 0; i < netlist.external_pins.size(); i++) {
     if (netlist.external_pins[i].direction != direction) continue;
-    if (next >= ports.size() || (find_renamed(netlist.external_by_pin, none, ports[next]) != i &&
-                                 strip(netlist.external_pins[i].pin) == std::string_view()))
+    if (next >= ports.size() ||
+        (find_renamed(netlist.external_by_pin, none, ports[next], comparison.guarded_first) != i &&
+         strip(netlist.external_pins[i].pin) == std::string_view()))
       return report(comparison, 0, std::string(label) + " lack pin " + quoted(netlist.external_pins[i].pin));
     next++;
     if (direction == Direction::BIDI) break; // the list holds one
@@ -146,12 +156,10 @@ void find_missing_nets(Comparison &comparison) {
   }
 }
 
-} // namespace
-
-std::vector<Finding> compare_netlists(const Netlist &netlist, std::string_view ddf_text) {
+std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, bool guarded_first) {
   std::vector<Finding> findings;
   DdfNetlist ddf;
-  Comparison comparison{netlist, ddf, findings};
+  Comparison comparison{netlist, ddf, findings, guarded_first};
   for (NetIndex n = 0; n < netlist.nets.size(); n++)
     if (const std::string_view name = strip(netlist.nets[n].name); !name.empty())
       add_name(comparison.stripped_nets, name, n);
@@ -171,6 +179,15 @@ std::vector<Finding> compare_netlists(const Netlist &netlist, std::string_view d
   for (const DdfNet &net : ddf.nets) compare_net(comparison, net);
   find_missing_nets(comparison);
   return findings;
+}
+
+} // namespace
+
+std::vector<Finding> compare_netlists(const Netlist &netlist, std::string_view ddf_text) {
+  std::vector<Finding> findings = compare(netlist, ddf_text, false);
+  if (findings.empty()) return findings;
+  std::vector<Finding> others = compare(netlist, ddf_text, true);
+  return others.size() < findings.size() ? others : findings;
 }
 
 } // namespace cubekit
