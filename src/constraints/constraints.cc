@@ -57,7 +57,7 @@ void add_pins(List &list, const Design &design, int XPin::*field, int code) {
 }
 
 bool holds(int mark) { return mark != 0; }
-bool holds(const std::string &text) { return !text.empty(); }
+bool holds(const RareText &text) { return !text.empty(); }
 
 template <typename Field>
 void add_entries(List &list, const std::vector<std::string> &names, const std::vector<SignalAttributes> &attributes,

@@ -19,12 +19,13 @@ constexpr std::string_view kItemSeparator = "------------------------\n";
 struct Signed {
   std::int64_t value;
 };
-void put(OutputFile &file, Signed number) {
-  if (number.value < 0) put(file, '-');
-  put_number(file, static_cast<std::uint64_t>(number.value < 0 ? -number.value : number.value));
+char *append(char *at, Signed number) {
+  if (number.value < 0) *at++ = '-';
+  return append_decimal(at, static_cast<std::uint64_t>(number.value < 0 ? -number.value : number.value));
 }
+std::size_t longest(Signed) { return 1 + longest(Decimal{}); }
 
-void put_value(OutputFile &file, std::int64_t value) { put(file, Signed{value}); }
+void put_value(OutputFile &file, std::int64_t value) { put_all(file, Signed{value}); }
 void put_value(OutputFile &file, std::string_view value) { put(file, value); }
 
 // One line of a label, as it stands, and a value.
@@ -60,7 +61,7 @@ constexpr Field<XPin, int> kXPinCodes[] = {
     {"crit= ", &XPin::crit},        {"pullup = ", &XPin::pullup},     {"outdelay = ", &XPin::outdelay},
     {"voltage = ", &XPin::voltage}, {"slowslew = ", &XPin::slowslew}, {"opendrain = ", &XPin::opendrain},
 };
-constexpr Field<SignalAttributes, int> kMarks[] = {
+constexpr Field<SignalAttributes, Mark> kMarks[] = {
     {"LXOR2    = ", &SignalAttributes::LXOR2},   {"PRESERVE = ", &SignalAttributes::PRESERVE},
     {"PROTECT  = ", &SignalAttributes::PROTECT}, {"ZDOT     = ", &SignalAttributes::ZDOT},
     {"SLOWCLK  = ", &SignalAttributes::SLOWCLK}, {"FASTCLK  = ", &SignalAttributes::FASTCLK},
@@ -69,7 +70,7 @@ constexpr Field<SignalAttributes, int> kMarks[] = {
     {"ICLK1     = ", &SignalAttributes::ICLK1},  {"A0     = ", &SignalAttributes::A0},
     {"A1     = ", &SignalAttributes::A1},
 };
-constexpr Field<SignalAttributes, std::string> kPathSlots[] = {
+constexpr Field<SignalAttributes, RareText> kPathSlots[] = {
     {"SCP    = ", &SignalAttributes::SCP}, {"SAP    = ", &SignalAttributes::SAP}, {"SNP    = ", &SignalAttributes::SNP},
     {"SLP    = ", &SignalAttributes::SLP}, {"STP    = ", &SignalAttributes::STP}, {"ECP    = ", &SignalAttributes::ECP},
     {"EAP    = ", &SignalAttributes::EAP}, {"ENP    = ", &SignalAttributes::ENP}, {"ELP    = ", &SignalAttributes::ELP},

@@ -54,7 +54,7 @@ inline void drop_attribute(Property &property) {
 const char *attribute_name(int code);
 
 // The marks of output-list entries, by field of their record.
-void attach_mark(AttributeCase &given, int SignalAttributes::*mark);
+void attach_mark(AttributeCase &given, Mark SignalAttributes::*mark);
 void attach_xor_mark(AttributeCase &given);
 void attach_clock(AttributeCase &given);
 void bind_path_start(AttributeCase &given);

@@ -37,7 +37,7 @@ template <int XPin::*field> int set_pin_field(AttributeCase &given) {
   return 0;
 }
 
-template <int SignalAttributes::*mark> int set_mark(AttributeCase &given) {
+template <Mark SignalAttributes::*mark> int set_mark(AttributeCase &given) {
   attach_mark(given, mark);
   return 0;
 }

@@ -108,7 +108,7 @@ void place_register(const AttributeCase &given, bool to_io_cell) {
 
 } // namespace
 
-void attach_mark(AttributeCase &given, int SignalAttributes::*mark) {
+void attach_mark(AttributeCase &given, Mark SignalAttributes::*mark) {
   if (!has_use(given, F_OB)) {
     const char *shown = given.shown.c_str();
     report_warning(31560,

@@ -29,7 +29,7 @@ struct PathTable {
 };
 
 // By kind, in code order.
-constexpr std::array<std::string SignalAttributes::*, 10> kSlots{
+constexpr std::array<RareText SignalAttributes::*, 10> kSlots{
     &SignalAttributes::SCP, &SignalAttributes::SAP, &SignalAttributes::SLP, &SignalAttributes::STP,
     &SignalAttributes::SNP, &SignalAttributes::ECP, &SignalAttributes::EAP, &SignalAttributes::ELP,
     &SignalAttributes::ETP, &SignalAttributes::ENP};
@@ -157,11 +157,12 @@ void attach_points(Design &design, const PathTable &table) {
     const std::string &name = table.paths[mention.path].name;
     if (name.empty() || mention.is_extra) continue;
     Property &property = design.properties[mention.property];
-    std::string SignalAttributes::*slot = kSlots[static_cast<std::size_t>(property.attr_name - CODE_FIRST_PATH)];
+    RareText SignalAttributes::*slot = kSlots[static_cast<std::size_t>(property.attr_name - CODE_FIRST_PATH)];
     append_word(property.attribute_value, name);
     for (const int input : {property.ilb_idx, property.end_reader_idx})
-      if (input >= 0) append_word(design.ilb_attributes[static_cast<std::size_t>(input)].*slot, name);
-    if (property.ob_idx >= 0) append_word(design.olb_attributes[static_cast<std::size_t>(property.ob_idx)].*slot, name);
+      if (input >= 0) append_word(writable(design.ilb_attributes[static_cast<std::size_t>(input)].*slot), name);
+    if (property.ob_idx >= 0)
+      append_word(writable(design.olb_attributes[static_cast<std::size_t>(property.ob_idx)].*slot), name);
   }
 }
 

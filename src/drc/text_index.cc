@@ -11,13 +11,20 @@ namespace cubenet {
 
 namespace {
 
-// Where the text stands, or the free slot where it belongs.
-std::size_t find_slot(const TextIndex &index, std::string_view text) {
+std::uint64_t hash_name(const TextIndex &index, std::string_view text) {
+  return index.case_sensitive ? hash_text(text) : hash_text_ignoring_case(text);
+}
+std::uint32_t high_half(std::uint64_t hash) { return static_cast<std::uint32_t>(hash >> 32); }
+
+// Where the text of that hash stands, or the free slot where it belongs.
+std::size_t find_slot(const TextIndex &index, std::string_view text, std::uint64_t hash) {
   const std::size_t mask = index.slots.size() - 1;
-  std::size_t at = (index.case_sensitive ? hash_text(text) : hash_text_ignoring_case(text)) & mask;
-  while (index.slots[at] != kNoPosition &&
-         !equal_names(index.texts[static_cast<std::size_t>(index.slots[at])], text, index.case_sensitive))
-    at = (at + 1) & mask;
+  const auto is_other = [&](const TextIndex::Slot &slot) {
+    return slot.hash != high_half(hash) ||
+           !equal_names(index.texts[static_cast<std::size_t>(slot.position)], text, index.case_sensitive);
+  };
+  std::size_t at = hash & mask;
+  while (index.slots[at].position != kNoPosition && is_other(index.slots[at])) at = (at + 1) & mask;
   return at;
 }
 
@@ -30,12 +37,14 @@ TextIndex index_texts(std::vector<std::string_view> texts, bool case_sensitive) 
   index.case_sensitive = case_sensitive;
   index.first.assign(count, kNoPosition);
   index.next.assign(count, kNoPosition);
-  index.slots.assign(std::bit_ceil(2 * count + 1), kNoPosition);
+  index.slots.assign(std::bit_ceil(2 * count + 1), {});
   for (std::size_t i = count; i-- > 0;) {
     if (index.texts[i].empty()) continue;
-    std::int32_t &slot = index.slots[find_slot(index, index.texts[i])];
-    index.next[i] = std::exchange(slot, static_cast<std::int32_t>(i));
-    index.first[i] = slot;
+    const std::uint64_t hash = hash_name(index, index.texts[i]);
+    TextIndex::Slot &slot = index.slots[find_slot(index, index.texts[i], hash)];
+    slot.hash = high_half(hash);
+    index.next[i] = std::exchange(slot.position, static_cast<std::int32_t>(i));
+    index.first[i] = slot.position;
   }
   for (std::size_t i = 0; i < count; i++)
     if (index.next[i] != kNoPosition) index.first[static_cast<std::size_t>(index.next[i])] = index.first[i];
@@ -43,7 +52,7 @@ TextIndex index_texts(std::vector<std::string_view> texts, bool case_sensitive) 
 }
 
 std::int32_t find_text(const TextIndex &index, std::string_view text) {
-  return text.empty() ? kNoPosition : index.slots[find_slot(index, text)];
+  return text.empty() ? kNoPosition : index.slots[find_slot(index, text, hash_name(index, text))].position;
 }
 
 TextIndex index_signals(const Design &design, bool case_sensitive) {

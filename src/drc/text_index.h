@@ -12,10 +12,14 @@ namespace cubenet {
 constexpr std::int32_t kNoPosition = -1;
 
 struct TextIndex {
+  struct Slot {
+    std::int32_t position = kNoPosition;
+    std::uint32_t hash = 0; // the high half of the text's hash: other texts are seldom looked at
+  };
   std::vector<std::int32_t> first; // per position: the first position of an equal text; kNoPosition for an empty text
   std::vector<std::int32_t> next;  // per position: the next position of an equal text
   std::vector<std::string_view> texts; // looked at by find_text only
-  std::vector<std::int32_t> slots;     // hash table of first positions
+  std::vector<Slot> slots;             // hash table of first positions
   bool case_sensitive = true;
 };
 

@@ -12,7 +12,7 @@ namespace cubenet {
 
 struct ClockType {
   std::string_view name;
-  int SignalAttributes::*mark;
+  Mark SignalAttributes::*mark;
 };
 
 inline constexpr std::array<ClockType, 7> kClockTypes{{

@@ -23,16 +23,16 @@ void set_cube_layout(CubeTable &table, std::size_t inputs, std::size_t outputs) 
   table.words_per_row = bit_set_words(table.bits_per_row);
 }
 
+void grow_cubes(CubeTable &table) {
+  const std::size_t grown = table.capacity == 0 ? kFirstCapacity : table.capacity + table.capacity / 2 + 1;
+  table.rows =
+      static_cast<std::uint32_t *>(reallocate(table.rows, grown * table.words_per_row * sizeof(std::uint32_t)));
+  table.capacity = grown;
+}
+
 std::uint32_t *next_cube(CubeTable &table) {
-  if (table.NUM_CUBES == table.capacity) {
-    const std::size_t grown = table.capacity == 0 ? kFirstCapacity : table.capacity + table.capacity / 2 + 1;
-    table.rows =
-        static_cast<std::uint32_t *>(reallocate(table.rows, grown * table.words_per_row * sizeof(std::uint32_t)));
-    table.capacity = grown;
-  }
-  std::uint32_t *row = table.rows + table.NUM_CUBES * table.words_per_row;
-  std::memset(row, 0, table.words_per_row * sizeof(std::uint32_t));
-  row[0] = static_cast<std::uint32_t>(table.words_per_row - 1) & 0x3ffU;
+  std::uint32_t *row = next_raw_cube(table);
+  std::memset(row + 1, 0, (table.words_per_row - 1) * sizeof(std::uint32_t));
   return row;
 }
 

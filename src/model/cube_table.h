@@ -32,8 +32,18 @@ struct CubeTable {
 // Gives the table its layout; takes no memory for rows. The table must hold no rows.
 void set_cube_layout(CubeTable &table, std::size_t inputs, std::size_t outputs);
 
-// Makes room for one more row and returns it cleared, but for its count word. The row is in the table only once the
-// caller has raised NUM_CUBES, so a term that turns out to be wrong is dropped by not doing so.
+void grow_cubes(CubeTable &table);
+
+// Makes room for one more row and returns it with its count word set and its data words as they come. The row is in the
+// table only once the caller has raised NUM_CUBES, so a term that turns out to be wrong is dropped by not doing so.
+inline std::uint32_t *next_raw_cube(CubeTable &table) {
+  if (table.NUM_CUBES == table.capacity) grow_cubes(table);
+  std::uint32_t *row = table.rows + table.NUM_CUBES * table.words_per_row;
+  row[0] = static_cast<std::uint32_t>(table.words_per_row - 1) & 0x3ffU;
+  return row;
+}
+
+// The same, with its data words cleared.
 std::uint32_t *next_cube(CubeTable &table);
 
 void release_cubes(CubeTable &table);

@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "model/bit_set.h"
+#include "model/rare_text.h"
 #include "model/signal_flags.h"
 
 namespace cubenet {
@@ -38,14 +39,16 @@ struct XPin {
   int opendrain = 0;
 };
 
-// Attributes of one input-list or output-list entry; ints are marks (0 or 1), strings are space-separated path names.
+using Mark = std::uint8_t; // 0 or 1
+
+// Attributes of one input-list or output-list entry. There is one for every entry and few are set, so it is kept small.
 struct SignalAttributes {
-  int LXOR2 = 0, PRESERVE = 0, PROTECT = 0, ZDOT = 0;
-  int SLOWCLK = 0, FASTCLK = 0, CLK0 = 0, CLK1 = 0, CLK2 = 0, ICLK0 = 0, ICLK1 = 0;
-  int A0 = 0, A1 = 0;                  // carried through, set by no statement
-  std::string SCP, SAP, SNP, SLP, STP; // paths that start at this signal, by kind
-  std::string ECP, EAP, ENP, ELP, ETP; // paths that end at this signal, by kind
-  std::string GRP;
+  Mark LXOR2 = 0, PRESERVE = 0, PROTECT = 0, ZDOT = 0;
+  Mark SLOWCLK = 0, FASTCLK = 0, CLK0 = 0, CLK1 = 0, CLK2 = 0, ICLK0 = 0, ICLK1 = 0;
+  Mark A0 = 0, A1 = 0;              // carried through, set by no statement
+  RareText SCP, SAP, SNP, SLP, STP; // names of the paths that start at this signal, by kind, space-separated
+  RareText ECP, EAP, ENP, ELP, ETP; // names of the paths that end at this signal, by kind
+  RareText GRP;
 };
 
 // One attribute statement of one signal. Code 0: rejected by the reader, or ignored or consumed by the checker.

@@ -46,16 +46,27 @@ std::string guarded_name(const std::string &name, bool case_sensitive) {
 }
 
 struct Renaming {
+  const Design &design;
   bool needed = false;
-  std::vector<bool> marked;                                       // per signal
-  TextMap<std::string_view, SignalIndex> signals;                 // pins win over nodes
-  std::vector<std::pair<std::string_view, SignalIndex>> doubtful; // user name, and the base that may make it
+  std::vector<bool> marked{};                                       // per signal
+  TextMap<std::string_view, SignalIndex> signals{};                 // made for the first question; pins win over nodes
+  std::vector<std::pair<std::string_view, SignalIndex>> doubtful{}; // user name, and the base that may make it
 };
 
 // Two names in one: the text up to the last '_', and the rest with it.
 std::size_t suffix_start(std::string_view name) { return name.rfind('_'); }
 
-SignalIndex find_signal(const Renaming &renaming, std::string_view name) {
+void index_names(Renaming &renaming) {
+  const SignalIndex count = signal_count(renaming.design);
+  renaming.signals.reserve(static_cast<std::size_t>(count));
+  for (SignalIndex signal = 0; signal < count; signal++) {
+    const std::string &name = signal_name(renaming.design, signal);
+    if (!name.empty()) renaming.signals.try_emplace(name, signal);
+  }
+}
+
+SignalIndex find_signal(Renaming &renaming, std::string_view name) {
+  if (renaming.signals.empty()) index_names(renaming);
   const auto found = renaming.signals.find(name);
   return found == renaming.signals.end() ? kNoSignal : found->second;
 }
@@ -128,12 +139,9 @@ void settle_doubts(Renaming &renaming, const Design &design, const CubeTable &cu
 }
 
 Renaming judge_names(const Design &design, const CubeTable &cubes) {
-  Renaming renaming;
+  Renaming renaming{design};
   const SignalIndex count = signal_count(design);
   renaming.marked.assign(static_cast<std::size_t>(count), false);
-  renaming.signals.reserve(static_cast<std::size_t>(count));
-  for (SignalIndex signal = 0; signal < count; signal++)
-    if (!signal_name(design, signal).empty()) renaming.signals.try_emplace(signal_name(design, signal), signal);
   for (SignalIndex signal = 0; signal < count; signal++)
     if (!signal_name(design, signal).empty()) judge_name(renaming, signal_name(design, signal));
   judge_macro_names(renaming, design);

@@ -72,7 +72,7 @@ bool read_packed_term(ReaderState &state, std::string_view line) {
   CubeTable &cubes = state.cubes;
   if (cubes.bits_per_row == 0 || line.size() < cubes.inputs + cubes.outputs) return false;
   bool drives = false;
-  if (!parse_packed_term(line, cubes.inputs, cubes.outputs, next_cube(cubes), drives)) return false;
+  if (!parse_packed_term(line, cubes.inputs, cubes.outputs, next_raw_cube(cubes), drives)) return false;
   if (drives) cubes.NUM_CUBES++;
   state.has_term = true;
   state.is_ended = state.failed; // by an earlier line

@@ -5,7 +5,6 @@
 
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <cstdlib>
 
 #include <fcntl.h>
@@ -21,6 +20,14 @@ struct FileIdentity {
   dev_t device;
   ino_t number;
 };
+
+constexpr std::array<std::array<char, 2>, 100> make_digit_pairs() {
+  std::array<std::array<char, 2>, 100> pairs{};
+  for (std::size_t n = 0; n < pairs.size(); n++)
+    pairs[n] = {static_cast<char>('0' + n / 10), static_cast<char>('0' + n % 10)};
+  return pairs;
+}
+constexpr std::array<std::array<char, 2>, 100> kDigitPairs = make_digit_pairs();
 
 std::array<FileIdentity, 4> protected_files; // the first `protected_count` count
 std::size_t protected_count = 0;
@@ -161,10 +168,15 @@ char *grow_output(OutputFile &file, std::size_t bytes) {
   return file.block;
 }
 
-void put_number(OutputFile &file, std::uint64_t value) {
-  constexpr std::size_t kDigits = 20; // of the largest value
-  char *at = reserve(file, kDigits);
-  commit(file, std::to_chars(at, at + kDigits, value).ptr);
+char *append_decimal(char *at, std::uint64_t value) {
+  std::array<char, 20> digits; // of the largest value
+  char *first = digits.data() + digits.size();
+  for (; value >= 100; value /= 100) std::memcpy(first -= 2, &kDigitPairs[value % 100], 2);
+  if (value >= 10)
+    std::memcpy(first -= 2, &kDigitPairs[value], 2);
+  else
+    *--first = static_cast<char>('0' + value);
+  return append(at, std::string_view(first, static_cast<std::size_t>(digits.data() + digits.size() - first)));
 }
 
 } // namespace cubenet

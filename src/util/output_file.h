@@ -50,22 +50,55 @@ inline char *reserve(OutputFile &file, std::size_t bytes) {
 }
 inline void commit(OutputFile &file, const char *end) { file.used = static_cast<std::size_t>(end - file.block); }
 
-inline void put(OutputFile &file, std::string_view text) {
-  char *at = reserve(file, text.size());
-  std::memcpy(at, text.data(), text.size());
-  file.used += text.size();
+// The pieces of a text: append() copies one to `at` and returns its end, longest() tells how much room it may take.
+// Short texts are the rule, and two overlapping words are faster than a call.
+template <typename Word> void append_words(char *at, std::string_view text) {
+  Word front = 0, back = 0;
+  std::memcpy(&front, text.data(), sizeof(Word));
+  std::memcpy(&back, text.data() + text.size() - sizeof(Word), sizeof(Word));
+  std::memcpy(at, &front, sizeof(Word));
+  std::memcpy(at + text.size() - sizeof(Word), &back, sizeof(Word));
 }
-inline void put(OutputFile &file, char c) {
-  *reserve(file, 1) = c;
-  file.used++;
+inline char *append(char *at, std::string_view text) {
+  const std::size_t length = text.size();
+  if (length > 16)
+    std::memcpy(at, text.data(), length);
+  else if (length >= 8)
+    append_words<std::uint64_t>(at, text);
+  else if (length >= 4)
+    append_words<std::uint32_t>(at, text);
+  else if (length >= 2)
+    append_words<std::uint16_t>(at, text);
+  else if (length == 1)
+    *at = text.front();
+  return at + length;
 }
-void put_number(OutputFile &file, std::uint64_t value); // decimal
+inline std::size_t longest(std::string_view text) { return text.size(); }
 
-// Puts several pieces in a row: put_all(file, "NET ", name, " SRC ", ...); numbers go through Decimal.
+inline char *append(char *at, char c) {
+  *at = c;
+  return at + 1;
+}
+inline std::size_t longest(char) { return 1; }
+
+// A number in decimal.
 struct Decimal {
   std::uint64_t value;
 };
-inline void put(OutputFile &file, Decimal number) { put_number(file, number.value); }
-template <typename... Pieces> void put_all(OutputFile &file, const Pieces &...pieces) { (put(file, pieces), ...); }
+char *append_decimal(char *at, std::uint64_t value);
+inline char *append(char *at, Decimal number) {
+  return number.value < 10 ? append(at, static_cast<char>('0' + number.value)) : append_decimal(at, number.value);
+}
+inline std::size_t longest(Decimal) { return 20; }
+
+// Puts several pieces in a row: put_all(file, "NET ", name, ".A", Decimal{3}, ...).
+template <typename... Pieces> void put_all(OutputFile &file, const Pieces &...pieces) {
+  char *at = reserve(file, (longest(pieces) + ...));
+  ((at = append(at, pieces)), ...);
+  commit(file, at);
+}
+inline void put(OutputFile &file, std::string_view text) { put_all(file, text); }
+inline void put(OutputFile &file, char c) { put_all(file, c); }
+inline void put_number(OutputFile &file, std::uint64_t value) { put_all(file, Decimal{value}); }
 
 } // namespace cubenet

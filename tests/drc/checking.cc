@@ -47,12 +47,12 @@ std::string describe_marks(const SignalAttributes &marks) {
       {"ICLK1", marks.ICLK1}, {"FASTCLK", marks.FASTCLK},   {"SLOWCLK", marks.SLOWCLK}};
   for (const auto &[name, value] : numbers)
     if (value != 0) text += std::string(" ") + name;
-  const std::pair<const char *, std::string> words[] = {{"SCP", marks.SCP}, {"SAP", marks.SAP}, {"SNP", marks.SNP},
-                                                        {"SLP", marks.SLP}, {"STP", marks.STP}, {"ECP", marks.ECP},
-                                                        {"EAP", marks.EAP}, {"ENP", marks.ENP}, {"ELP", marks.ELP},
-                                                        {"ETP", marks.ETP}, {"GRP", marks.GRP}};
+  const std::pair<const char *, std::string_view> words[] = {{"SCP", marks.SCP}, {"SAP", marks.SAP}, {"SNP", marks.SNP},
+                                                             {"SLP", marks.SLP}, {"STP", marks.STP}, {"ECP", marks.ECP},
+                                                             {"EAP", marks.EAP}, {"ENP", marks.ENP}, {"ELP", marks.ELP},
+                                                             {"ETP", marks.ETP}, {"GRP", marks.GRP}};
   for (const auto &[name, value] : words)
-    if (!value.empty()) text += std::string(" ") + name + "=" + value;
+    if (!value.empty()) text.append(" ").append(name).append("=").append(value);
   return text;
 }
 
