@@ -97,6 +97,8 @@ inline std::string broken_promise(std::size_t options, std::string *said = nullp
   constexpr std::string_view kFailed = "PLA reading and translation completed with errors \n";
   if (!console.text.ends_with(status == 0 ? kDone : kFailed)) broken += "the last line belies the exit status\n";
   if (!holds_lines(console.text, content_of("cubenet.log"))) broken += "the console lacks what the log holds\n";
+  const bool told_error = console.text.find(" ERROR: ") != std::string::npos;
+  if (status == 0 && told_error) broken += "an error was reported, yet the run succeeded\n";
   if (status == 0) return broken + broken_output();
   for (const char *name : {"d.ddf", "d.tvx", "d.nxf", "d.par"})
     if (std::filesystem::exists(name)) broken += std::string(name) + " was written by a failed run\n";

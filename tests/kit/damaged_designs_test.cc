@@ -34,7 +34,7 @@ std::string replaced(const std::string &text, Span span, std::string_view by) {
   return text.substr(0, span.begin) + std::string(by) + text.substr(span.end);
 }
 
-struct Mutations : testing::Test {
+struct DamagedDesigns : testing::Test {
   const WorkingDir dir;
   std::size_t runs = 0, translated = 0;
 
@@ -61,6 +61,7 @@ struct Mutations : testing::Test {
     }
     EXPECT_GT(translated, 0U);
     EXPECT_GT(runs, translated);
+    RecordProperty("runs", std::to_string(runs) + ", translated " + std::to_string(translated));
   }
 };
 
@@ -68,7 +69,7 @@ const std::string_view kIntruders[] = {"\f", {"\0", 1}, "\r", "\x80\xff", "\xef\
 const std::string_view kLies[] = {
     "0", "1", "-1", "2147483647", "2147483648", "9223372036854775808", "99999999999999999999"};
 
-TEST_F(Mutations, OfLines) {
+TEST_F(DamagedDesigns, OfLines) {
   for_each_example([&](const std::string &text) {
     const std::vector<Span> lines = split(text, "\n");
     for (std::size_t i = 0; i < lines.size(); i++) {
@@ -85,7 +86,7 @@ TEST_F(Mutations, OfLines) {
   });
 }
 
-TEST_F(Mutations, OfWords) {
+TEST_F(DamagedDesigns, OfWords) {
   for_each_example([&](const std::string &text) {
     std::size_t turn = runs;
     for (const Span word : split(text, " \t\n")) {
@@ -101,7 +102,7 @@ TEST_F(Mutations, OfWords) {
   });
 }
 
-TEST_F(Mutations, OfBytes) {
+TEST_F(DamagedDesigns, OfBytes) {
   std::mt19937 random(11);
   for_each_example([&](const std::string &text) {
     for (std::size_t n = 0; n < text.size(); n++) {
@@ -115,7 +116,7 @@ TEST_F(Mutations, OfBytes) {
 }
 
 // Long and strange names, the same wherever the name stands: around the limits of the buffers.
-TEST_F(Mutations, OfNames) {
+TEST_F(DamagedDesigns, OfNames) {
   std::vector<std::string> suffixes{"%s%n", "_PIN", "_D", "_Q", "_PLA0", "'", "$"};
   for (const std::size_t length : {48, 49, 50, 253, 254, 255, 256, 1021, 1022, 1023, 1024, 2060, 2061, 2062, 10'000})
     suffixes.emplace_back(length, 'x');
@@ -140,7 +141,7 @@ TEST_F(Mutations, OfNames) {
 }
 
 // One AND of that many inputs, and one OR of that many terms.
-TEST_F(Mutations, OfWidths) {
+TEST_F(DamagedDesigns, OfWidths) {
   for (const int width : {1, 2, 11, 12, 13, 24, 100, 101, 144, 145, 10'000}) {
     std::string ands = "#$ PINS " + std::to_string(width + 1) + " y", ilb = ".ilb";
     for (int i = 0; i < width; i++) ilb += " i" + std::to_string(i);
