@@ -6,8 +6,8 @@
 #include <climits>
 
 #include "frame/messages.h"
-#include "model/names.h"
 #include "model/attribute_codes.h"
+#include "model/names.h"
 #include "reader/tokens.h"
 
 namespace cubenet {

@@ -4,8 +4,8 @@
 #include <climits>
 
 #include "frame/messages.h"
-#include "model/names.h"
 #include "model/attribute_codes.h"
+#include "model/names.h"
 #include "reader/property_keywords.h"
 #include "reader/tokens.h"
 
