@@ -155,5 +155,43 @@ TEST(NetlistFiles, TellWhatIsWrongWithConstraints) {
   }
 }
 
+// A netlist of one input and one output with these statements between, as one text.
+std::string make_nxf(const std::string &nets, const std::string &symbols) {
+  return "NXF 11.0.5 L;\n\nSECTION HEADER;\nEND;\n\nSECTION DEVICE;\nEND;\n\nSECTION LOGICAL;\nXPIN a IN a;\n"
+         "XPIN y OUT y_PIN;\n\n" +
+         nets + symbols + "END;\n\nEND;\n\n";
+}
+
+std::string prove_text(const std::string &nxf) {
+  Translation translation;
+  cubenet::write_file("d.tt2", "#$ PINS 2 a y\n.i 1\n.o 1\n.ilb a\n.ob y\n1 1\n.end\n");
+  cubenet::write_file("d.nxf", nxf);
+  translation.design = read_design("d.tt2", false, translation.cubes, translation.messages);
+  return prove_translation(translation);
+}
+
+TEST(NetlistFiles, AreProvedWhateverTheirDepthAndRefusedWhenTheyLoop) {
+  const cubenet::WorkingDir directory;
+  constexpr std::size_t kDepth = 200000;
+  std::string nets = "NET a EXT DST g0.A0;\n", symbols;
+  for (std::size_t i = 0; i < kDepth; i++) {
+    const bool last = i + 1 == kDepth;
+    const std::string gate = "g" + std::to_string(i), in = i == 0 ? "a" : "n" + std::to_string(i - 1);
+    const std::string out = last ? "y_PIN" : "n" + std::to_string(i);
+    nets += "NET " + out + (last ? " EXT" : "") + " SRC " + gate + ".ZN0" +
+            (last ? "" : " DST g" + std::to_string(i + 1) + ".A0") + ";\n\n";
+    symbols += "SYM INV " + gate + ";\n\tPIN A0 IN " + in + ";\n\tPIN ZN0 OUT " + out + ";\nEND;\n\n";
+  }
+  EXPECT_EQ(prove_text(make_nxf(nets, symbols)), "");
+
+  // Two gates in a ring beside the way from a to y.
+  const std::string ring = prove_text(make_nxf(
+      "NET a EXT DST g.A0;\nNET r SRC r.Z0 DST s.A0;\n\nNET s SRC s.Z0 DST g.A1 r.A0;\n\nNET y_PIN EXT SRC g.Z0;\n\n",
+      "SYM OR2 g;\n\tPIN A0 IN a;\n\tPIN A1 IN s;\n\tPIN Z0 OUT y_PIN;\nEND;\n\n"
+      "SYM BUF r;\n\tPIN A0 IN s;\n\tPIN Z0 OUT r;\nEND;\n\nSYM BUF s;\n\tPIN A0 IN r;\n\tPIN Z0 OUT s;\nEND;\n\n"));
+  EXPECT_NE(ring.find("a loop of gates runs through net"), std::string::npos) << ring;
+  EXPECT_NE(ring.find("1 differences"), std::string::npos) << ring;
+}
+
 } // namespace
 } // namespace cubekit

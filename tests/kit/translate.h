@@ -2,7 +2,7 @@
 #pragma once
 
 #include <memory>
-#include <ostream>
+#include <iostream>
 #include <sstream>
 #include <string>
 
