@@ -1,8 +1,8 @@
 // Translates a design in this process, in the working directory, and reads it back.
 #pragma once
 
-#include <memory>
 #include <iostream>
+#include <memory>
 #include <sstream>
 #include <string>
 
