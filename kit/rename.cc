@@ -57,15 +57,16 @@ std::string guarded(const std::string &name, bool case_sensitive) {
   return reserved ? "_RES" + name : name;
 }
 
-void mark_base(Pass &pass, std::string_view name) {
+// `certain`: whether the ending counts in any case; behind a name that is reserved itself it may not.
+void mark_base(Pass &pass, std::string_view name, bool certain) {
   const std::size_t cut = name.rfind('_');
   if (cut == std::string_view::npos) return;
   const std::string_view suffix = name.substr(cut);
-  const bool certain = contains(kReservedSuffixes, suffix);
-  if (!certain && !contains(kUncertainSuffixes, suffix)) return;
+  const bool reserved = contains(kReservedSuffixes, suffix);
+  if (!reserved && !contains(kUncertainSuffixes, suffix)) return;
   const std::uint32_t base = find_name(pass.signals, name.substr(0, cut));
   if (base == kNone) return;
-  if (certain)
+  if (reserved && certain)
     pass.needed = true, pass.marks[base] = Pass::YES;
   else if (pass.marks[base] == Pass::NO)
     pass.marks[base] = Pass::MAYBE;
@@ -91,11 +92,10 @@ void run_pass(Pass &pass) {
   for (std::uint32_t i = 0; i < pass.names.size(); i++)
     if (!pass.names[i].empty()) add_name(pass.signals, pass.names[i], i);
   for (const std::string &name : pass.names) {
-    if (cubenet::equal_ignoring_case(name, "GND") || cubenet::equal_ignoring_case(name, "VCC") ||
-        (name.size() > 4 && begins(name, "_PLA", false)))
+    const bool reserved = name.size() > 4 && begins(name, "_PLA", false);
+    if (cubenet::equal_ignoring_case(name, "GND") || cubenet::equal_ignoring_case(name, "VCC") || reserved)
       pass.needed = true;
-    else
-      mark_base(pass, name);
+    mark_base(pass, name, !reserved);
   }
   std::size_t count = 0;
   std::vector<std::string> renamed(pass.names.size());
