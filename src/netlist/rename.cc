@@ -77,16 +77,17 @@ void mark(Renaming &renaming, SignalIndex signal) {
 }
 
 void judge_name(Renaming &renaming, std::string_view name) {
-  if (is_reserved_form(name)) {
-    renaming.needed = true;
-    return;
-  }
+  const bool is_reserved = is_reserved_form(name);
+  if (is_reserved) renaming.needed = true;
   const std::size_t at = suffix_start(name);
   if (at == std::string_view::npos) return;
   const SignalIndex base = find_signal(renaming, name.substr(0, at));
   if (base == kNoSignal) return;
   const std::string_view suffix = name.substr(at);
-  if (std::find(kReservedSuffixes.begin(), kReservedSuffixes.end(), suffix) != kReservedSuffixes.end())
+  const bool is_listed =
+      std::find(kReservedSuffixes.begin(), kReservedSuffixes.end(), suffix) != kReservedSuffixes.end();
+  // A reserved name gets out of the way by itself, but together with its base: it may still meet what that makes.
+  if (is_listed && !is_reserved)
     mark(renaming, base);
   else
     renaming.doubtful.emplace_back(name, base);

@@ -178,6 +178,8 @@ TEST(Renaming, RunsOncePerWriterAndGuardsReservedNames) {
       {{"GND", "x"}, {"_RES_GND", "x"}, {"_RES_GND", "x"}},
       {{"vcc", "x"}, {"vcc", "x"}, {"vcc", "x"}, true},
       {{"_PLA7", "_RES_x"}, {"_RES_PLA7", "_RES_RES_x"}, {"_RES_PLA7", "_RES_RES_x"}},
+      {{"_PLA7", "_PLA7_PIN"}, {"_PLA0__RES_PLA7", "_RES_PLA7_PIN"}, {"_RES_PLA0__RES_PLA7", "_RES_RES_PLA7_PIN"}},
+      {{"_PLA7", "_PLA7_D"}, {"_RES_PLA7", "_RES_PLA7_D"}, {"_PLA0__RES_RES_PLA7", "_RES_RES_PLA7_D"}},
       {{"_RES_x", "_PLA"}, {"_RES_x", "_PLA"}, {"_RES_x", "_PLA"}},
       {{"GND", "GND_D"}, {"_PLA0__RES_GND", "GND_D"}, {"_RES_PLA0__RES_GND", "GND_D"}},
   };
