@@ -68,7 +68,7 @@ void compare_ports(Comparison &comparison, const char *label, Direction directio
     if (netlist.external_pins[i].direction != direction) continue;
     if (next >= ports.size() ||
         (find_renamed(netlist.external_by_pin, none, ports[next], comparison.guarded_first) != i &&
-         strip(netlist.external_pins[i].pin) == std::string_view()))
+         strip(netlist.external_pins[i].pin).empty()))
       return report(comparison, 0, std::string(label) + " lack pin " + quoted(netlist.external_pins[i].pin));
     next++;
     if (direction == Direction::BIDI) break; // the list holds one
