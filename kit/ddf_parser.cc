@@ -1,7 +1,7 @@
 // Reads a ddf netlist line by line.
 #include "kit/ddf_parser.h"
 
-#include <array>
+#include <algorithm>
 #include <string>
 
 namespace cubekit {
@@ -63,10 +63,13 @@ bool take_ports(DdfParser &parser, std::string_view label, std::vector<std::stri
   return true;
 }
 
+// No name of a signal gets longer, whatever it is renamed to.
+constexpr std::size_t kLongestName = 256;
+
 // XDL2 to XDL4 end at the place where something else begins and a symbol's name has ended.
 bool take_unended(DdfParser &parser, std::string_view &instance) {
   const std::string_view rest = parser.left.substr(0, parser.left.find('\n'));
-  for (std::size_t end = 1; end < rest.size(); end++) {
+  for (std::size_t end = 1; end < std::min(rest.size(), kLongestName); end++) {
     const std::string_view behind = rest.substr(end);
     const std::size_t colon = behind.find(": ");
     const bool begins = behind.starts_with("ENDSYMBOLS;") || behind.starts_with("SYM XBIDI1 ") ||
@@ -74,9 +77,8 @@ bool take_unended(DdfParser &parser, std::string_view &instance) {
     if (!begins || !parser.is_instance(rest.substr(0, end))) continue;
     // A longer name may go on from here; the one that leaves a known primitive is meant.
     if (colon != std::string_view::npos && !behind.starts_with("SYM ")) {
-      std::string_view primitive = behind.substr(0, colon);
-      if (find_primitive(primitive) == kMacro) primitive = primitive.substr(0, primitive.find_first_of("0123456789"));
-      if (find_primitive(primitive) == kMacro) continue;
+      std::uint32_t width = 0;
+      if (parse_primitive(behind.substr(0, colon), width) == kMacro) continue;
     }
     instance = rest.substr(0, end);
     parser.left.remove_prefix(end);

@@ -88,6 +88,9 @@ struct Netlist {
   Netlist &operator=(Netlist &&) = default;
 };
 
+// Splits "AND3" into AND and 3; "FD21" is a name of its own, of width 0. kMacro when the library has no such primitive.
+PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width);
+
 inline const PrimitiveRow &primitive_of(const Symbol &symbol) { return kPrimitives[symbol.primitive]; }
 inline NetIndex find_net(const Netlist &netlist, std::string_view name) {
   return find_name(netlist.nets_by_name, name);

@@ -187,23 +187,6 @@ bool parse_rows(Parser &parser, Symbol &symbol) {
   return expect_line(parser, "\tEND_PLA");
 }
 
-// The primitive and its width: "AND3" is AND of width 3, "FD21" a name of its own.
-void classify(Symbol &symbol) {
-  const std::string_view text = symbol.primitive_text;
-  symbol.primitive = find_primitive(text);
-  if (symbol.primitive != kMacro && !kPrimitives[symbol.primitive].width_in_name) return;
-  const std::size_t digits = text.find_first_of("0123456789");
-  symbol.primitive = kMacro;
-  if (digits == std::string_view::npos || text[digits] == '0') return;
-  const PrimitiveIndex gate = find_primitive(text.substr(0, digits));
-  if (gate == kMacro || !kPrimitives[gate].width_in_name) return;
-  const auto [stop, fault] = std::from_chars(text.data() + digits, text.data() + text.size(), symbol.width);
-  if (fault == std::errc() && stop == text.data() + text.size())
-    symbol.primitive = gate;
-  else
-    symbol.width = 0;
-}
-
 // "\tPIN pin IN|OUT|BIDI net;" as often as it stands.
 bool parse_pins(Parser &parser, Symbol &symbol) {
   symbol.first_pin = static_cast<std::uint32_t>(parser.netlist.pins.size());
@@ -229,11 +212,12 @@ bool parse_symbols(Parser &parser) {
     if (symbol.primitive_text == last.primitive_text)
       symbol.primitive = last.primitive, symbol.width = last.width;
     else
-      classify(symbol);
+      symbol.primitive = parse_primitive(symbol.primitive_text, symbol.width);
     last = symbol;
     if (!take_word(parser, symbol.instance)) return fail(parser, "SYM without an instance name");
     symbol.protect = skip(parser, " PROTECT");
     symbol.hard = !symbol.protect && skip(parser, " HARD");
+    if (symbol.hard) symbol.primitive = kMacro; // whatever its name
     if (!end_statement(parser, "SYM") || !parse_pins(parser, symbol)) return false;
     const PrimitiveRow &primitive = primitive_of(symbol);
     if (primitive.numbered && !primitive.width_in_name) symbol.width = symbol.pin_count > 0 ? symbol.pin_count - 1 : 0;
@@ -325,6 +309,22 @@ void join_nets(Parser &parser) {
 }
 
 } // namespace
+
+PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width) {
+  width = 0;
+  const PrimitiveIndex exact = find_primitive(text);
+  if (exact != kMacro && !kPrimitives[exact].width_in_name) return exact;
+  const std::size_t digits = text.find_first_of("0123456789");
+  if (digits == std::string_view::npos || text[digits] == '0') return kMacro;
+  const PrimitiveIndex gate = find_primitive(text.substr(0, digits));
+  if (gate == kMacro || !kPrimitives[gate].width_in_name) return kMacro;
+  const char *end = text.data() + text.size();
+  std::uint32_t number = 0;
+  const auto [stop, fault] = std::from_chars(text.data() + digits, end, number);
+  if (fault != std::errc() || stop != end) return kMacro;
+  width = number;
+  return gate;
+}
 
 std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol_index, std::string_view name) {
   const Symbol &symbol = netlist.symbols[symbol_index];

@@ -67,9 +67,7 @@ std::string draw_name(Generator &generator) {
       name = pick(generator.random, kOddNames);
     else
       name = "s" + std::to_string(below(generator.random, 1000));
-    // A name that begins like a generated one doesn't make its base give way in the first netlist.
-    const bool ending = style < 15 && name.size() > 4 && cubenet::equal_ignoring_case(name.substr(0, 4), "_PLA");
-    if (name.size() <= 40 && !ending && !is_taken(generator, name)) return name;
+    if (name.size() <= 40 && !is_taken(generator, name)) return name;
   }
 }
 
