@@ -30,6 +30,7 @@ BIG = ("a5", "a6", "b", "c", "d", "f5")
 FORMS: dict[str, list[str]] = {"pla": [], "gates": ["-and", "12"]}
 LADDERS = {"terms": ("a3", "a4", "a5", "a6"), "terms of one output": ("f4", "f5", "f6"),
            "input names": ("s1", "s2", "s3"), "output names": ("g1", "g2", "g3")}
+NOISE = 0.0005  # seconds
 GATE_LADDERS = ("terms", "terms of one output")  # the names' ladders have few terms: their gate form adds nothing
 PEER_SHAPES = ("a3", "a4", "b", "c", "d")        # one of the peers is quadratic in the terms of an output
 OUTPUTS = ("bench.ddf", "bench.tvx", "bench.nxf")
@@ -278,8 +279,9 @@ def slope_of(points: list[tuple[float, float]]) -> float:
 
 
 def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
-    """The exponent of time in input bytes over a ladder of shapes, start-up taken off. On a busy machine the one of the
-    processor time, which is not judged, tells the program's growth from the machine's."""
+    """The exponent of time in input bytes over a ladder of shapes, start-up taken off; what takes less than NOISE beyond
+    it tells nothing and is left out. On a busy machine the exponent of the processor time, which is not judged, tells
+    the program's growth from the machine's."""
     walls: list[tuple[float, float]] = []
     cpus: list[tuple[float, float]] = []
     lines = []
@@ -287,9 +289,11 @@ def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
         row = program_row(bench, shape, form)
         run_rounds([row], bench, bench.rounds)
         size = math.log(os.path.getsize(input_of(bench, shape)))
-        walls.append((size, math.log(max(row.wall - floor.wall, 1e-5))))
-        cpus.append((size, math.log(max(row.cpu - floor.cpu, 1e-5))))
-        steps = [number(slope_of(points[-2:])) if len(points) > 1 else "" for points in (walls, cpus)]
+        steps = []
+        for points, seconds in ((walls, row.wall - floor.wall), (cpus, row.cpu - floor.cpu)):
+            if seconds > NOISE:
+                points.append((size, math.log(seconds)))
+            steps.append(number(slope_of(points[-2:])) if seconds > NOISE and len(points) > 1 else "")
         lines.append([shape, number(row.wall * 1e3), steps[0], number(row.cpu * 1e3), steps[1], row.failed])
         remove_runs(bench)
     print(f"\nladder of {ladder}, {form}\n")

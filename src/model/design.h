@@ -110,6 +110,12 @@ struct FanOut {
   std::vector<std::uint8_t> fans_out; // per input-list entry: 1 when a used term has a literal of it
 };
 
+// The terms of each output that is neither constant nor empty.
+struct TermLists {
+  std::vector<std::uint32_t> starts; // per output-list entry, and one more: its part of `terms`; empty: not listed yet
+  std::vector<std::uint32_t> terms;  // cube indices, ascending per output
+};
+
 struct Design {
   // Lists (reader). A rejected or removed name leaves an empty string; counts keep their value.
   std::vector<std::string> pin_names;  // NUM_PIN entries, declaration order
@@ -147,6 +153,9 @@ struct Design {
   std::vector<SignalIndex> olb_signals; // per OLB entry
   FanOut fan_out;
   bool reserve_pins = false; // a RESERVE_PIN or BI_Z statement stands: the .par file names the reserve-pin file
+
+  // Netlist writers: the first one lists the terms, the second one finds them listed.
+  TermLists terms;
 };
 
 inline SignalIndex pin_count(const Design &design) { return static_cast<SignalIndex>(design.pin_names.size()); }

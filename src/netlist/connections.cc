@@ -12,23 +12,6 @@ namespace cubenet {
 
 namespace {
 
-// One walk over the set output bits of the table: a counting sort whose counts the checker has already made.
-void list_terms(const CubeTable &cubes, const Design &design, Connections &connections) {
-  const std::size_t outputs = design.OLB.size();
-  connections.starts.assign(outputs + 1, 0);
-  for (std::size_t j = 0; j < outputs; j++) {
-    const bool listed = connections.forms[j] == OutputForm::LOGIC;
-    connections.starts[j + 1] = connections.starts[j] + (listed ? design.fan_out.cubes[j] : 0);
-  }
-  connections.terms.resize(connections.starts[outputs]);
-  std::vector<std::uint32_t> next(connections.starts.begin(), connections.starts.end() - 1);
-  for (std::size_t i = 0; i < cubes.NUM_CUBES; i++) {
-    for_each_output(cubes, cube(cubes, i), [&](std::size_t j) {
-      if (connections.forms[j] == OutputForm::LOGIC) connections.terms[next[j]++] = static_cast<std::uint32_t>(i);
-    });
-  }
-}
-
 struct TwoLiterals {
   std::array<std::uint32_t, 2> inputs;
   std::array<bool, 2> is_true;
@@ -50,7 +33,7 @@ std::optional<TwoLiterals> two_literals(const CubeTable &cubes, std::uint32_t te
 std::optional<XorGate> recognise_xor(const CubeTable &cubes, const Design &design, const Connections &connections,
                                      std::size_t output) {
   if (connections.forms[output] != OutputForm::LOGIC || term_count(connections, output) != 2) return std::nullopt;
-  const std::uint32_t *terms = connections.terms.data() + connections.starts[output];
+  const std::uint32_t *terms = first_term(connections, output);
   const auto a = two_literals(cubes, terms[0]);
   const auto b = two_literals(cubes, terms[1]);
   if (!a || !b || a->inputs != b->inputs) return std::nullopt;
@@ -61,11 +44,28 @@ std::optional<XorGate> recognise_xor(const CubeTable &cubes, const Design &desig
 
 } // namespace
 
+// One walk over the set output bits of the table: a counting sort whose counts the checker has already made.
+void list_terms(const CubeTable &cubes, Design &design) {
+  TermLists &lists = design.terms;
+  if (!lists.starts.empty()) return;
+  const std::vector<OutputStatus> &status = design.fan_out.status;
+  const std::size_t outputs = design.OLB.size();
+  lists.starts.assign(outputs + 1, 0);
+  for (std::size_t j = 0; j < outputs; j++)
+    lists.starts[j + 1] = lists.starts[j] + (status[j] == OUTPUT_LOGIC ? design.fan_out.cubes[j] : 0);
+  lists.terms.resize(lists.starts[outputs]);
+  std::vector<std::uint32_t> next(lists.starts.begin(), lists.starts.end() - 1);
+  for (std::size_t i = 0; i < cubes.NUM_CUBES; i++) {
+    for_each_output(cubes, cube(cubes, i), [&](std::size_t j) {
+      if (status[j] == OUTPUT_LOGIC) lists.terms[next[j]++] = static_cast<std::uint32_t>(i);
+    });
+  }
+}
+
 Connections map_build_connections(const CubeTable &cubes, const Design &design) {
-  Connections connections;
+  Connections connections{design.terms, {}, {}, {}, {}};
   for (const OutputStatus status : design.fan_out.status)
     connections.forms.push_back(status == OUTPUT_LOGIC ? OutputForm::LOGIC : OutputForm::CONSTANT);
-  list_terms(cubes, design, connections);
   connections.xor_index.assign(design.OLB.size(), kNoXor);
   for (std::uint32_t j = 0; j < design.OLB.size(); j++) {
     if (design.olb_attributes[j].LXOR2 == 0) continue;

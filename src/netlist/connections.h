@@ -1,5 +1,5 @@
 // What the product terms connect: which terms make up each output, which outputs are two-input XOR functions, and, in
-// gate form, which gate each term becomes. Built once per writer run, in time linear in the set bits of the table.
+// gate form, which gate each term becomes. Built once per writer run over the term lists, which both runs share.
 #pragma once
 
 #include <cstdint>
@@ -24,19 +24,27 @@ enum class OutputForm : std::uint8_t {
 constexpr std::uint32_t kNoXor = ~0U;
 
 struct Connections {
+  const TermLists &lists;               // the design's
   std::vector<OutputForm> forms;        // per output-list entry
-  std::vector<std::uint32_t> starts;    // per output-list entry, and one more: its part of `terms`
-  std::vector<std::uint32_t> terms;     // cube indices, ascending per output; LOGIC and XOR outputs only
   std::vector<std::uint32_t> xor_index; // per output-list entry: into xor_gates; kNoXor for the rest
   std::vector<XorGate> xor_gates;
   std::vector<std::uint32_t> refused; // outputs that carry the LXOR2 attribute and are no plain two-input XOR
 };
 
 inline std::uint32_t term_count(const Connections &connections, std::size_t output) {
-  return connections.starts[output + 1] - connections.starts[output];
+  return connections.lists.starts[output + 1] - connections.lists.starts[output];
+}
+// The first of the output's terms.
+inline const std::uint32_t *first_term(const Connections &connections, std::size_t output) {
+  return connections.lists.terms.data() + connections.lists.starts[output];
 }
 
-// An output that carries the LXOR2 attribute and is no plain two-input XOR stays a sum of products.
+// Lists the terms of each output, in time linear in the set bits of the table, unless they are listed already: nothing
+// behind the checker changes them.
+void list_terms(const CubeTable &cubes, Design &design);
+
+// The terms must be listed. An output that carries the LXOR2 attribute and is no plain two-input XOR stays a sum of
+// products.
 Connections map_build_connections(const CubeTable &cubes, const Design &design);
 
 // Reports the refused attributes (31600).

@@ -148,8 +148,8 @@ void add_or_pins(const GatePlanes &planes, std::uint32_t term, std::vector<OrPin
   const Connections &connections = planes.connections;
   for_each_output(planes.cubes, cube(planes.cubes, term), [&](std::size_t j) {
     if (connections.forms[j] != OutputForm::LOGIC) return;
-    const auto first = connections.terms.begin() + connections.starts[j];
-    const auto last = connections.terms.begin() + connections.starts[j + 1];
+    const std::uint32_t *first = first_term(connections, j);
+    const std::uint32_t *last = first + term_count(connections, j);
     pins.push_back(
         {static_cast<std::uint32_t>(j), static_cast<std::uint32_t>(std::lower_bound(first, last, term) - first)});
   });
@@ -333,7 +333,7 @@ Tree or_tree(const GatePlanes &planes, std::uint32_t output) {
 bool has_or_gate(const GatePlanes &planes, std::uint32_t output) {
   const Connections &connections = planes.connections;
   if (connections.forms[output] != OutputForm::LOGIC) return false;
-  return term_count(connections, output) > 1 || !is_bound(planes.roles[connections.terms[connections.starts[output]]]);
+  return term_count(connections, output) > 1 || !is_bound(planes.roles[*first_term(connections, output)]);
 }
 
 void put_literal_net(OutputFile &file, const GatePlanes &planes, std::size_t input, bool is_true) {
@@ -459,7 +459,7 @@ void write_plane_symbols(OutputFile &file, const GatePlanes &planes) {
   write_and_symbols(file, planes);
   for (std::uint32_t j = 0; j < planes.connections.forms.size(); j++) {
     if (!has_or_gate(planes, j)) continue;
-    const std::uint32_t *terms = planes.connections.terms.data() + planes.connections.starts[j];
+    const std::uint32_t *terms = first_term(planes.connections, j);
     put_tree(file, or_tree(planes, j), term_count(planes.connections, j),
              [&](std::uint32_t place) { put_term_net(file, planes, terms[place]); });
   }

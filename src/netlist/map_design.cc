@@ -1,6 +1,8 @@
 // The preparation that the netlist writers share, and the spelling of pins that both formats have in common.
 #include "netlist/map_design.h"
 
+#include <utility>
+
 #include "frame/messages.h"
 #include "model/run_settings.h"
 #include "netlist/gate_planes.h"
@@ -9,12 +11,12 @@
 namespace cubenet {
 
 MappedDesign map_design(Design &design, const CubeTable &cubes, XorPlace xor_place) {
+  list_terms(cubes, design);
   map_rename_signals(design, cubes);
-  MappedDesign mapped;
-  mapped.connections = map_build_connections(cubes, design);
-  report_refused_xors(design, mapped.connections);
-  mapped.netlist = build_netlist(design, cubes, mapped.connections, run_settings.expand, xor_place);
-  return mapped;
+  Connections connections = map_build_connections(cubes, design);
+  report_refused_xors(design, connections);
+  Netlist netlist = build_netlist(design, cubes, connections, run_settings.expand, xor_place);
+  return {std::move(connections), std::move(netlist)};
 }
 
 bool is_connected(const Netlist &netlist, NetIndex net) {

@@ -98,7 +98,7 @@ void write_pla_body(const NxfWriter &writer, const Symbol &symbol) {
   for (std::uint32_t p = symbol.first_pin; p + 1 < symbol.first_pin + symbol.pin_count; p++)
     columns.push_back(writer.netlist.pins[p].number);
   put(writer.file, "\tBEGIN_PLA\n");
-  put_pla_rows(writer.file, writer.cubes, writer.connections.terms.data() + writer.connections.starts[symbol.origin],
+  put_pla_rows(writer.file, writer.cubes, first_term(writer.connections, symbol.origin),
                term_count(writer.connections, symbol.origin), columns);
   put(writer.file, "\tEND_PLA\n");
 }

@@ -29,8 +29,8 @@ void add_constant(NetlistBuilder &builder, std::uint32_t output) {
 void add_used_columns(NetlistBuilder &builder, std::uint32_t output, std::vector<std::uint32_t> &used) {
   std::fill(used.begin(), used.end(), 0);
   const Connections &connections = builder.connections;
-  for (std::uint32_t i = connections.starts[output]; i < connections.starts[output + 1]; i++) {
-    const std::uint32_t *row = cube(builder.cubes, connections.terms[i]);
+  for (std::uint32_t i = 0; i < term_count(connections, output); i++) {
+    const std::uint32_t *row = cube(builder.cubes, first_term(connections, output)[i]);
     for (std::size_t w = 0; w < used.size(); w++) used[w] |= row[1 + w] ^ (row[1 + w] >> 1);
   }
   for (std::size_t w = 0; w < used.size(); w++) {
