@@ -4,19 +4,16 @@
 #include "frame/messages.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <vector>
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include "frame/console.h"
 #include "util/growing_string.h"
 #include "util/output_file.h"
+#include "util/system.h"
 #include "util/words.h"
 
 namespace cubenet {
@@ -46,15 +43,8 @@ HashTable *withheld = nullptr; // wrapped texts that are not printed
 char message_text[1024];       // the text of the message in progress
 
 void write_log() {
-  const char *at = log_text.data();
-  std::size_t left = log_text.size();
-  while (left > 0) {
-    const ssize_t written = write(log_descriptor, at, left);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) break; // a full disk costs log lines, never the run
-    at += written;
-    left -= static_cast<std::size_t>(written);
-  }
+  // A full disk costs log lines, never the run.
+  static_cast<void>(write_all(log_descriptor, log_text.data(), log_text.size()));
   log_text.clear();
 }
 
@@ -149,12 +139,12 @@ void report(const Reporter &reporter, int number, const char *format, std::va_li
   print(line);
 }
 
-void start(const std::string &program, int how, bool with_table) {
+void start(const std::string &program, OpenFor use, bool with_table) {
   stop_messages();
   console_off = false;
   suppressed = console_off;
   const std::string log_name = program + ".log";
-  log_descriptor = open(log_name.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | how, 0666);
+  log_descriptor = open_file(log_name, use);
   if (log_descriptor < 0)
     console_printf("%d SYSTEM ERROR: Message file '%s' cannot be opened\n", 33130, log_name.c_str());
   else
@@ -164,17 +154,17 @@ void start(const std::string &program, int how, bool with_table) {
 
 } // namespace
 
-void start_messages(const std::string &program) { start(program, O_APPEND, true); }
+void start_messages(const std::string &program) { start(program, OpenFor::APPENDING, true); }
 
-void start_messages_truncating(const std::string &program) { start(program, O_TRUNC | O_APPEND, true); }
+void start_messages_truncating(const std::string &program) { start(program, OpenFor::EMPTYING, true); }
 
-void start_messages_truncating_without_table(const std::string &program) { start(program, O_TRUNC | O_APPEND, false); }
+void start_messages_truncating_without_table(const std::string &program) { start(program, OpenFor::EMPTYING, false); }
 
 void stop_messages() {
   if (log_descriptor >= 0) {
     write_log();
     unprotect_from_output(log_descriptor);
-    close(log_descriptor);
+    static_cast<void>(close_file(log_descriptor)); // as a full disk
     log_descriptor = -1;
   }
   if (withheld == nullptr) return;

@@ -6,8 +6,6 @@
 #include <cstdlib>
 #include <memory>
 
-#include <sys/stat.h>
-
 #include "constraints/constraints.h"
 #include "drc/check_design.h"
 #include "frame/banner.h"
@@ -19,6 +17,7 @@
 #include "reader/reader.h"
 #include "util/memory.h"
 #include "util/output_file.h"
+#include "util/system.h"
 
 namespace cubenet {
 namespace {
@@ -36,10 +35,10 @@ constexpr int kFailure = 2;
 
 // A directory can be opened, but not read.
 std::FILE *open_input(const std::string &name) {
-  std::FILE *const input = std::fopen(name.c_str(), "r");
+  std::FILE *const input = std::fopen(name.c_str(), "rb");
   if (input == nullptr) return nullptr;
-  struct stat status;
-  if (fstat(fileno(input), &status) == 0 && !S_ISDIR(status.st_mode)) return input;
+  FileStatus status;
+  if (file_status(descriptor_of(input), status) && !status.is_directory) return input;
   std::fclose(input);
   return nullptr;
 }
@@ -74,9 +73,9 @@ int run_design(const CommandLine &command) {
     return kFailure;
   }
   // No output may be written over the input, whatever the names say.
-  protect_from_output(fileno(input));
+  protect_from_output(descriptor_of(input));
   const bool translated = translate(input, names);
-  unprotect_from_output(fileno(input));
+  unprotect_from_output(descriptor_of(input));
   std::fclose(input);
 
   print_line(" ");

@@ -2,12 +2,14 @@
 // counter (so that a test can make any of them fail) and ends in the out-of-memory hook when it can't be met.
 #include "util/memory.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 #include <new>
 
-#include <unistd.h>
+#include "util/system.h"
 
 namespace cubenet {
 namespace {
@@ -19,14 +21,14 @@ unsigned long failing_one = 0; // the request, counted like `requests`, that fai
 void end_without_memory(long bytes) {
   char line[80];
   std::snprintf(line, sizeof line, "31104 SYSTEM ERROR: Out of memory allocating %ld bytes\n", bytes);
-  if (write(STDOUT_FILENO, line, std::strlen(line)) < 0) std::_Exit(2);
+  static_cast<void>(write_all(1, line, std::strlen(line))); // standard output
   std::_Exit(2);
 }
 
 OutOfMemoryHook out_of_memory = end_without_memory;
 
 [[noreturn]] void fail(std::size_t bytes) {
-  out_of_memory(static_cast<long>(bytes));
+  out_of_memory(static_cast<long>(std::min(bytes, std::size_t{std::numeric_limits<long>::max()})));
   std::_Exit(2);
 }
 

@@ -4,22 +4,13 @@
 #include "util/output_file.h"
 
 #include <array>
-#include <cerrno>
 #include <cstdlib>
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include "util/memory.h"
+#include "util/system.h"
 
 namespace cubenet {
 namespace {
-
-struct FileIdentity {
-  dev_t device;
-  ino_t number;
-};
 
 constexpr std::array<std::array<char, 2>, 100> make_digit_pairs() {
   std::array<std::array<char, 2>, 100> pairs{};
@@ -34,23 +25,10 @@ std::size_t protected_count = 0;
 OutputFile *open_files = nullptr;
 
 // The place of the file among the protected ones; their number when it is none of them.
-std::size_t find_protected(const struct stat &status) {
+std::size_t find_protected(const FileStatus &status) {
   std::size_t i = 0;
-  while (i < protected_count &&
-         (protected_files[i].device != status.st_dev || protected_files[i].number != status.st_ino))
-    i++;
+  while (i < protected_count && !(protected_files[i] == status.identity)) i++;
   return i;
-}
-
-bool write_all(int descriptor, const char *text, std::size_t length) {
-  while (length > 0) {
-    const ssize_t written = write(descriptor, text, length);
-    if (written < 0 && errno == EINTR) continue;
-    if (written <= 0) return false;
-    text += written;
-    length -= static_cast<std::size_t>(written);
-  }
-  return true;
 }
 
 void unlist(const OutputFile &file) {
@@ -63,24 +41,23 @@ void unlist(const OutputFile &file) {
 
 // Truncating first takes the part away from every name of the file; the name that was opened may be a link.
 void remove_part(const OutputFile &file) {
-  struct stat status;
-  if (fstat(file.descriptor, &status) != 0 || !S_ISREG(status.st_mode)) return;
-  [[maybe_unused]] const int emptied = ftruncate(file.descriptor, 0); // unlinked whether it succeeds or not
-  unlink(file.path.c_str());
+  FileStatus status;
+  if (!file_status(file.descriptor, status) || !status.is_regular) return;
+  [[maybe_unused]] const bool emptied = cut_file(file.descriptor, 0); // the name goes whether this succeeds or not
+  remove_file(file.path);
 }
 
 // Takes the old contents away, all but one byte, which the first write replaces: after emptying a file some file
 // systems wait for the disk when it is closed, for milliseconds.
-bool drop_contents(int descriptor, const struct stat &status) {
-  return !S_ISREG(status.st_mode) || status.st_size <= 1 || ftruncate(descriptor, 1) == 0;
+bool drop_contents(int descriptor, const FileStatus &status) {
+  return !status.is_regular || status.size <= 1 || cut_file(descriptor, 1);
 }
 
 // For a file that nothing was written to.
 bool drop_last_byte(int descriptor) {
-  if (lseek(descriptor, 0, SEEK_CUR) != 0) return true;
-  struct stat status;
-  return fstat(descriptor, &status) == 0 &&
-         (!S_ISREG(status.st_mode) || status.st_size == 0 || ftruncate(descriptor, 0) == 0);
+  if (!is_at_start(descriptor)) return true;
+  FileStatus status;
+  return file_status(descriptor, status) && (!status.is_regular || status.size == 0 || cut_file(descriptor, 0));
 }
 
 void release(OutputFile &file) {
@@ -98,26 +75,26 @@ OutputFile::~OutputFile() {
 }
 
 void protect_from_output(int descriptor) {
-  struct stat status;
-  if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode) || protected_count == protected_files.size()) return;
-  protected_files[protected_count++] = {status.st_dev, status.st_ino};
+  FileStatus status;
+  if (!file_status(descriptor, status) || !status.is_regular || protected_count == protected_files.size()) return;
+  protected_files[protected_count++] = status.identity;
 }
 
 void unprotect_from_output(int descriptor) {
-  struct stat status;
-  if (fstat(descriptor, &status) != 0) return;
+  FileStatus status;
+  if (!file_status(descriptor, status)) return;
   const std::size_t place = find_protected(status);
   if (place < protected_count) protected_files[place] = protected_files[--protected_count];
 }
 
 bool open_output(OutputFile &file, const std::string &path) {
   // Emptied only once it is known to be no file that is still needed.
-  const int descriptor = open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
+  const int descriptor = open_file(path, OpenFor::OVERWRITING);
   if (descriptor < 0) return false;
-  struct stat status;
-  if (fstat(descriptor, &status) != 0 || find_protected(status) < protected_count ||
+  FileStatus status;
+  if (!file_status(descriptor, status) || find_protected(status) < protected_count ||
       !drop_contents(descriptor, status)) {
-    close(descriptor);
+    static_cast<void>(close_file(descriptor));
     return false;
   }
   file.path = path;
@@ -134,9 +111,9 @@ bool close_output(OutputFile &file) {
   flush_output(file);
   bool whole = !file.failed && drop_last_byte(file.descriptor);
   if (!whole) remove_part(file);
-  if (close(file.descriptor) != 0 && whole) {
+  if (!close_file(file.descriptor) && whole) {
     whole = false;
-    unlink(file.path.c_str());
+    remove_file(file.path);
   }
   release(file);
   return whole;

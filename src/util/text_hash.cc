@@ -5,7 +5,7 @@
 #include <array>
 #include <cstring>
 
-#include <sys/random.h>
+#include "util/system.h"
 
 namespace cubenet {
 
@@ -13,20 +13,30 @@ namespace {
 
 // Fixed where the system has no random bytes to give: the hash is as good then, only known.
 std::array<std::uint64_t, 2> make_seed() {
-  std::array<std::uint64_t, 2> bytes{};
-  if (getrandom(bytes.data(), sizeof bytes, GRND_NONBLOCK) != sizeof bytes)
-    bytes = {0x9e3779b97f4a7c15U, 0xd6e8feb86659fd93U};
+  std::array<std::uint64_t, 2> bytes = {0x9e3779b97f4a7c15U, 0xd6e8feb86659fd93U};
+  static_cast<void>(fill_with_random_bytes(bytes.data(), sizeof bytes));
   bytes[1] |= 1U;
   return bytes;
 }
 
 const std::array<std::uint64_t, 2> seed = make_seed();
 
-std::uint64_t mix(std::uint64_t state, std::uint64_t word) {
+#ifdef __SIZEOF_INT128__
+std::uint64_t join_product(std::uint64_t a, std::uint64_t b) {
   __extension__ typedef unsigned __int128 Wide;
-  const Wide product = static_cast<Wide>(state ^ word) * seed[1];
+  const Wide product = static_cast<Wide>(a) * b;
   return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
 }
+#else
+// The same from four products of halves, for machines of 32 bits.
+std::uint64_t join_product(std::uint64_t a, std::uint64_t b) {
+  const std::uint64_t a_low = a & 0xffffffffU, a_high = a >> 32, b_low = b & 0xffffffffU, b_high = b >> 32;
+  const std::uint64_t middle = a_high * b_low + (a_low * b_low >> 32), other = a_low * b_high + (middle & 0xffffffffU);
+  return a * b ^ (a_high * b_high + (middle >> 32) + (other >> 32));
+}
+#endif
+
+std::uint64_t mix(std::uint64_t state, std::uint64_t word) { return join_product(state ^ word, seed[1]); }
 
 std::uint64_t keep_case(std::uint64_t word) { return word; }
 

@@ -1,0 +1,19 @@
+// The host's console library HOSTIO6, which the Windows program imports by ordinal; hostio6.def pairs these names,
+// which are ours, with the ordinals.
+#pragma once
+
+#include <windows.h>
+
+extern "C" {
+
+constexpr int kMostArguments = 101; // the pointers of a command line, the program's own name included
+
+// Ordinal 8: splits a command line. Writes the number of arguments, and that many pointers; the texts stay the host's.
+void HostSplitCommandLine(const char *command_line, int *count, char **arguments);
+// Ordinal 7: makes the running program known.
+void HostRegisterInstance(HINSTANCE instance);
+// Ordinal 1: starts the console for a program with these arguments.
+void HostStart(int count, char **arguments);
+// Ordinal 3: formats and prints to the host's console.
+int HostPrint(const char *format, ...);
+}

@@ -1,0 +1,28 @@
+// The program as Windows starts it: a process without windows inside a host. The host splits the command line, and all
+// console output goes through it; then the run.
+#include <array>
+#include <string>
+
+#include "frame/console.h"
+#include "frame/host_library.h"
+#include "frame/run.h"
+
+namespace {
+
+struct HostLibraryConsole final : cubenet::HostConsole {
+  void print(std::string_view text) override { HostPrint("%s", std::string(text).c_str()); }
+};
+
+} // namespace
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
+  int count = 0;
+  std::array<char *, kMostArguments> arguments{};
+  HostSplitCommandLine(GetCommandLineA(), &count, arguments.data());
+  HostRegisterInstance(instance);
+  HostStart(count, arguments.data());
+
+  HostLibraryConsole console;
+  cubenet::set_host_console(&console);
+  return cubenet::run_program(count, arguments.data());
+}

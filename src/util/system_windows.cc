@@ -1,0 +1,89 @@
+// The operating system where it is Windows. Files are opened by the system itself: the C runtime would let nobody
+// delete an open file, and would look for the end before it appends, so that two runs could write over each other.
+#define _CRT_RAND_S // gives <cstdlib> rand_s; any header may include that first
+#include "util/system.h"
+
+#include <cstdlib>
+#include <cstring>
+
+#include <fcntl.h>
+#include <io.h>
+#include <windows.h>
+
+namespace cubenet {
+
+namespace {
+
+HANDLE handle_of(int descriptor) { return reinterpret_cast<HANDLE>(_get_osfhandle(descriptor)); }
+
+} // namespace
+
+int open_file(const std::string &path, OpenFor use) {
+  const DWORD access = use == OpenFor::OVERWRITING ? GENERIC_WRITE : FILE_APPEND_DATA | SYNCHRONIZE;
+  const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  if (use == OpenFor::EMPTYING) {
+    const int emptied = open_file(path, OpenFor::OVERWRITING);
+    if (emptied < 0) return -1;
+    const bool is_empty = cut_file(emptied, 0);
+    if (!close_file(emptied) || !is_empty) return -1;
+  }
+  const HANDLE handle = CreateFileA(path.c_str(), access, share, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (handle == INVALID_HANDLE_VALUE) return -1;
+  const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY | _O_NOINHERIT);
+  if (descriptor < 0) CloseHandle(handle);
+  return descriptor;
+}
+
+bool file_status(int descriptor, FileStatus &status) {
+  const HANDLE handle = handle_of(descriptor);
+  if (handle == INVALID_HANDLE_VALUE) return false;
+  status = {};
+  BY_HANDLE_FILE_INFORMATION found;
+  if (GetFileType(handle) != FILE_TYPE_DISK || GetFileInformationByHandle(handle, &found) == 0) return true;
+  status.is_directory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  status.is_regular = !status.is_directory;
+  status.identity = {found.dwVolumeSerialNumber, std::uint64_t{found.nFileIndexHigh} << 32 | found.nFileIndexLow};
+  status.size = std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
+  return true;
+}
+
+bool write_all(int descriptor, const char *text, std::size_t length) {
+  constexpr std::size_t kMost = std::size_t{1} << 30; // the runtime counts in int
+  while (length > 0) {
+    const int written = _write(descriptor, text, static_cast<unsigned>(length < kMost ? length : kMost));
+    if (written <= 0) return false;
+    text += written;
+    length -= static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+bool cut_file(int descriptor, std::uint64_t size) {
+  const HANDLE handle = handle_of(descriptor);
+  FILE_END_OF_FILE_INFO end;
+  end.EndOfFile.QuadPart = static_cast<LONGLONG>(size);
+  return SetFileInformationByHandle(handle, FileEndOfFileInfo, &end, sizeof end) != 0;
+}
+
+bool is_at_start(int descriptor) { return _lseeki64(descriptor, 0, SEEK_CUR) <= 0; }
+
+bool close_file(int descriptor) { return _close(descriptor) == 0; }
+
+void remove_file(const std::string &path) { DeleteFileA(path.c_str()); }
+
+int descriptor_of(std::FILE *stream) { return _fileno(stream); }
+
+bool fill_with_random_bytes(void *bytes, std::size_t size) {
+  std::string filled;
+  while (filled.size() < size) {
+    unsigned word = 0;
+    if (rand_s(&word) != 0) return false;
+    filled.append(reinterpret_cast<const char *>(&word), sizeof word);
+  }
+  std::memcpy(bytes, filled.data(), size);
+  return true;
+}
+
+void set_environment(const std::string &name, const std::string &value) { _putenv((name + "=" + value).c_str()); }
+
+} // namespace cubenet
