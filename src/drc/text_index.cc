@@ -23,7 +23,7 @@ std::size_t find_slot(const TextIndex &index, std::string_view text, std::uint64
     return slot.hash != high_half(hash) ||
            !equal_names(index.texts[static_cast<std::size_t>(slot.position)], text, index.case_sensitive);
   };
-  std::size_t at = hash & mask;
+  std::size_t at = static_cast<std::size_t>(hash) & mask;
   while (index.slots[at].position != kNoPosition && is_other(index.slots[at])) at = (at + 1) & mask;
   return at;
 }

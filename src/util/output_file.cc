@@ -148,9 +148,10 @@ char *grow_output(OutputFile &file, std::size_t bytes) {
 char *append_decimal(char *at, std::uint64_t value) {
   std::array<char, 20> digits; // of the largest value
   char *first = digits.data() + digits.size();
-  for (; value >= 100; value /= 100) std::memcpy(first -= 2, &kDigitPairs[value % 100], 2);
+  for (; value >= 100; value /= 100)
+    std::memcpy(first -= 2, kDigitPairs[static_cast<std::size_t>(value % 100)].data(), 2);
   if (value >= 10)
-    std::memcpy(first -= 2, &kDigitPairs[value], 2);
+    std::memcpy(first -= 2, kDigitPairs[static_cast<std::size_t>(value)].data(), 2);
   else
     *--first = static_cast<char>('0' + value);
   return append(at, std::string_view(first, static_cast<std::size_t>(digits.data() + digits.size() - first)));

@@ -20,7 +20,7 @@ hash_text_ignoring_case(std::string_view text); // equal for texts that differ i
 // entry for that.
 struct TextHash {
   using is_transparent = void;
-  std::size_t operator()(std::string_view text) const { return hash_text(text); }
+  std::size_t operator()(std::string_view text) const { return static_cast<std::size_t>(hash_text(text)); }
 };
 
 // `Text` is std::string, or std::string_view where the texts live elsewhere.
