@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -61,16 +62,26 @@ inline bool tells_error(std::string_view console) {
   return false;
 }
 
-// Macro statements are copied as they stand: with marks in them that the netlists' syntax needs, no reader is to tell
-// what they mean.
-inline bool has_marks_in_macros(std::string_view design) {
+inline bool repeats_a_port(std::string_view line) {
+  std::set<std::string_view> ports;
+  for (std::size_t at = 0; (at = line.find_first_not_of(" \t\r,", at)) != std::string_view::npos;) {
+    const std::string_view word = line.substr(at, line.find_first_of(" \t\r,", at) - at);
+    at += word.size();
+    if (word.find('\'') != std::string_view::npos && !ports.insert(word.substr(0, word.find('\''))).second) return true;
+  }
+  return false;
+}
+
+// Macro statements are copied as they stand: with marks in them that the netlists' syntax needs, or a port told twice,
+// no reader is to tell what they mean.
+inline bool has_doubtful_macros(std::string_view design) {
   constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_#$' \t\r,";
   for (std::size_t at = 0; at < design.size();) {
     const std::string_view line = design.substr(at, design.find('\n', at) - at);
     at += line.size() + 1;
     const std::string upper = upper_case(line);
     const bool is_macro = upper.find("EXTERNAL") != std::string::npos || upper.find("INSTANCE") != std::string::npos;
-    if (is_macro && line.find_first_not_of(kPlain) != std::string_view::npos) return true;
+    if (is_macro && (line.find_first_not_of(kPlain) != std::string_view::npos || repeats_a_port(line))) return true;
   }
   return false;
 }
@@ -80,7 +91,7 @@ inline std::string broken_output() {
   for (const char *name : {"d.ddf", "d.tvx", "d.nxf"})
     if (!std::filesystem::exists(name)) return std::string(name) + " is missing\n";
   if (std::filesystem::exists("d.par") && !content_of("d.par").ends_with("END\n")) return "d.par is cut off\n";
-  if (has_marks_in_macros(content_of("d.tt2"))) return {};
+  if (has_doubtful_macros(content_of("d.tt2"))) return {};
   const std::string nxf = content_of("d.nxf");
   cubekit::Netlist netlist;
   cubekit::Finding error;
