@@ -21,4 +21,7 @@ std::span<const Explanation> checker_explanations();   // the design rules, and 
 // The entry as text of a few lines; empty when the number is none that the translator reports.
 std::string explain(long number);
 
+// All entries as a Markdown page, a heading for each number.
+std::string messages_page();
+
 } // namespace cubekit

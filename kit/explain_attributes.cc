@@ -21,7 +21,7 @@ constexpr auto kRows = std::to_array<Explanation>({
     {31536, "A name or value in an attribute is too long.", "It has more than 255 characters.", "Shorten it."},
     {31537, "A value in an attribute is invalid.", "It holds an illegal character, or begins with a digit where a name is due.", "Correct the value."},
     {31538, "A path attribute names no path.", "A path name must follow the signal.", "Add the name of the path."},
-    {31539, "The attribute is not recognized.", "The keyword is unknown, too long, or holds '.', '+', '-' or ':'.", "Correct the keyword; spellings with a voltage in them are always refused."},
+    {31539, "The attribute is not recognized.", "The keyword is unknown, too long, or holds '.', '+', '-' or ':'.", "Correct the keyword."},
     {31540, "A sign behind a signal in an attribute was ignored.", "Attributes speak of the signal, whatever its polarity.", "Remove the sign."},
     {31541, "A node is locked to a package pin.", "Only pins can be locked.", "Remove the attribute, or declare the signal as a pin."},
     {31542, "A pin attribute names a node.", "Electrical attributes belong to pins.", "Remove the attribute, or declare the signal as a pin."},

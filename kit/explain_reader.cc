@@ -12,7 +12,7 @@ constexpr auto kRows = std::to_array<Explanation>({
     {31102, "A file could not be opened or read.", "The truth table, or the file given with -i, is not there or is no readable file.", "Check the name (without -i it is the design's name and .tt2), the directory and the permissions."},
     {31103, "An output file could not be written.", "The directory is missing or write-protected, the disk is full, or the file would replace the input.", "Make room or choose another place; a file that could not be written whole has been removed."},
     {31104, "Memory ran out.", "The design needs more memory than the system grants.", "Give the process more memory, or split the design."},
-    {31204, "The truth table holds no product term.", "The file ends, or .e stands, before any line of inputs and outputs, or no line sets an output.", "Add the product terms; a line counts only when its output part holds a 1 or 4."},
+    {31204, "The truth table holds no product term.", "The file ends, or .e stands, before any line of inputs and outputs.", "Add the product terms, in front of .e."},
     {31209, "No pins are declared.", "The file has no '#$ PINS' statement that could be read.", "Add '#$ PINS <count> <name> ...' with all pins of the device."},
     {31210, "No inputs are named.", "There is no .ilb line, or it stands before .i and was passed over.", "Add an .ilb line behind .i that names every input column."},
     {31211, "No outputs are named.", "There is no .ob line, or it stands before .o and was passed over.", "Add an .ob line behind .o that names every output column."},

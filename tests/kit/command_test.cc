@@ -36,6 +36,8 @@ TEST(Command, EndsWithTheStatusOfItsAnswerAndSpeaksOnTheRightStream) {
       {"prove c --tt2 nothing", 2, "", "nothing: No such file"},
       {"prove c --tt2 wrong.nxf", 2, "", " ERROR: "},
       {"explain 31301", 0, "A register has no clock.", ""},
+      {"explain --all", 0, "\n### 31301\n", ""},
+      {"explain --all 31301", 2, "", "Exactly 1 option"},
       {"explain 1", 1, "", "no message has the number 1"},
       {"explain x", 2, "", "NUMBER"},
       {"random 7 --series 3", 2, "", "series"},
