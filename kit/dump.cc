@@ -1,5 +1,5 @@
-// `cubekit dump`: the debug listing of a design as the translator holds it once the design is checked. Alone among the
-// kit's commands it lets the translator's checker work: the listing shows what the checker found.
+// `cubekit dump`: the debug listing of a design as the translator holds it once the design is checked. The
+// translator's checker works too: the listing shows what it found.
 #include <fcntl.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -9,8 +9,6 @@
 #include <memory>
 
 #include "debug/dump.h"
-#include "drc/check_design.h"
-#include "frame/console.h"
 #include "kit/command.h"
 #include "kit/export_output.h"
 #include "kit/read_design.h"
@@ -24,21 +22,6 @@ struct Arguments {
   std::string design, truth_table, part, output;
   bool case_sensitive = false;
 };
-
-struct CaughtConsole : cubenet::HostConsole {
-  std::string text;
-  void print(std::string_view more) override { text += more; }
-};
-
-// The checker's findings are of interest only when there is nothing to list.
-bool check(cubenet::Design &design, const cubenet::CubeTable &cubes) {
-  CaughtConsole console;
-  cubenet::HostConsole *before = cubenet::set_host_console(&console);
-  const bool legal = cubenet::check_design(design, cubes) == 0;
-  cubenet::set_host_console(before);
-  if (!legal) std::cerr << console.text;
-  return legal;
-}
 
 // The listing is written by name, so what goes to standard output passes through a file in memory.
 int print_listing(const cubenet::Design &design, const cubenet::CubeTable &cubes) {
@@ -68,7 +51,12 @@ int run_dump(const Arguments &arguments) {
     std::cerr << messages;
     return kMisuse;
   }
-  if (!check(*design, cubes)) return kNo;
+  // What is said of a legal design is of no interest here.
+  messages.clear();
+  if (!check_design(*design, cubes, messages)) {
+    std::cerr << messages;
+    return kNo;
+  }
   if (arguments.output.empty()) return print_listing(*design, cubes);
   if (cubenet::dump_design(arguments.output, *design, cubes) == 0) return kYes;
   std::cerr << arguments.output << ": can't be written\n";

@@ -1,10 +1,11 @@
-// Runs the reader with its messages caught: they are of interest only when the file can't be read.
+// Runs the reader and the checker with their messages caught: most commands want them only when something is wrong.
 #include "kit/read_design.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 
+#include "drc/check_design.h"
 #include "frame/console.h"
 #include "frame/messages.h"
 #include "model/run_settings.h"
@@ -15,7 +16,13 @@ namespace cubekit {
 namespace {
 
 struct CaughtConsole : cubenet::HostConsole {
-  std::string text;
+  std::string &text;
+  cubenet::HostConsole *before;
+
+  explicit CaughtConsole(std::string &caught) : text(caught), before(cubenet::set_host_console(this)) {}
+  ~CaughtConsole() override { cubenet::set_host_console(before); }
+  CaughtConsole(const CaughtConsole &) = delete;
+  CaughtConsole &operator=(const CaughtConsole &) = delete;
   void print(std::string_view more) override { text += more; }
 };
 
@@ -29,13 +36,16 @@ std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_
     return nullptr;
   }
   cubenet::run_settings.case_sensitive = case_sensitive;
-  CaughtConsole console;
-  cubenet::HostConsole *before = cubenet::set_host_console(&console);
+  messages.clear();
+  const CaughtConsole console(messages);
   std::unique_ptr<cubenet::Design> design = cubenet::read_tt2(file, path, cubes);
-  cubenet::set_host_console(before);
   std::fclose(file);
-  if (design == nullptr) messages = console.text;
   return design;
+}
+
+bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std::string &messages) {
+  const CaughtConsole console(messages);
+  return cubenet::check_design(design, cubes) == 0;
 }
 
 } // namespace cubekit

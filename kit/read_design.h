@@ -1,4 +1,4 @@
-// The truth table of a design, read by the translator's own reader.
+// The truth table of a design, read by the translator's own reader, and judged by its checker.
 #pragma once
 
 #include <memory>
@@ -9,8 +9,11 @@
 
 namespace cubekit {
 
-// Reads a truth table. nullptr when that fails; `messages` then holds what the reader had to say.
+// Reads a truth table. nullptr when that fails. `messages` becomes what the reader had to say.
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
                                              std::string &messages);
+
+// Whether the design breaks no rule. What the checker has to say is added to `messages`.
+[[nodiscard]] bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std::string &messages);
 
 } // namespace cubekit

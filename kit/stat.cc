@@ -7,6 +7,7 @@
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "kit/command.h"
 #include "kit/export_names.h"
@@ -78,22 +79,8 @@ double mean_fan_out(const Statistics &statistics) {
 }
 
 void print_text(std::ostream &stream, const Statistics &statistics) {
-  const auto row = [&](std::string_view label) -> std::ostream & {
-    return stream << std::left << std::setw(14) << label;
-  };
-  row("pins") << statistics.inputs << " in, " << statistics.outputs << " out, " << statistics.bidirectionals
-              << " bidirectional\n";
-  row("symbols") << statistics.symbol_count << '\n';
-  for (const auto &[primitive, count] : statistics.symbols) row("  " + primitive) << count << '\n';
-  row("nets") << statistics.nets << '\n';
-  row("fan-out") << "mean " << std::fixed << std::setprecision(2) << mean_fan_out(statistics) << ", max "
-                 << statistics.fan_out_max
-                 << (statistics.fan_out_net.empty() ? "" : " (" + statistics.fan_out_net + ")") << '\n';
-  row("terms") << statistics.terms << " with " << statistics.literals << " literals\n";
-  row("gate inputs") << statistics.gate_inputs << '\n';
-  row("storage") << statistics.storages << '\n';
-  row("gate loops") << statistics.loops << '\n';
-  row("depth") << statistics.depth << '\n';
+  for (const StatisticsRow &row : describe(statistics))
+    stream << std::left << std::setw(14) << row.label << row.value << '\n';
 }
 
 void print_json(std::ostream &stream, const Statistics &statistics) {
@@ -122,6 +109,28 @@ Statistics collect_statistics(const Netlist &netlist) {
   count_symbols(netlist, statistics);
   measure_depth(netlist, statistics);
   return statistics;
+}
+
+std::vector<StatisticsRow> describe(const Statistics &statistics) {
+  std::ostringstream fan_out;
+  fan_out << "mean " << std::fixed << std::setprecision(2) << mean_fan_out(statistics) << ", max "
+          << statistics.fan_out_max;
+  if (!statistics.fan_out_net.empty()) fan_out << " (" << statistics.fan_out_net << ')';
+  const auto number = [](std::size_t value) { return std::to_string(value); };
+  std::vector<StatisticsRow> rows{
+      {"pins", number(statistics.inputs) + " in, " + number(statistics.outputs) + " out, " +
+                   number(statistics.bidirectionals) + " bidirectional"},
+      {"symbols", number(statistics.symbol_count)},
+  };
+  for (const auto &[primitive, count] : statistics.symbols) rows.push_back({"  " + primitive, number(count)});
+  rows.insert(rows.end(), {{"nets", number(statistics.nets)},
+                           {"fan-out", fan_out.str()},
+                           {"terms", number(statistics.terms) + " with " + number(statistics.literals) + " literals"},
+                           {"gate inputs", number(statistics.gate_inputs)},
+                           {"storage", number(statistics.storages)},
+                           {"gate loops", number(statistics.loops)},
+                           {"depth", number(statistics.depth)}});
+  return rows;
 }
 
 std::function<int()> setup_stat(CLI::App &command) {

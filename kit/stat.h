@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "kit/netlist.h"
 
@@ -24,5 +25,11 @@ struct Statistics {
 };
 
 Statistics collect_statistics(const Netlist &netlist);
+
+struct StatisticsRow {
+  std::string label, value;
+};
+// What people are shown. Rows whose label is indented are parts of the row above.
+std::vector<StatisticsRow> describe(const Statistics &statistics);
 
 } // namespace cubekit
