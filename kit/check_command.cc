@@ -6,6 +6,7 @@
 #include "kit/check.h"
 #include "kit/command.h"
 #include "kit/nxf_parser.h"
+#include "kit/progress.h"
 
 namespace cubekit {
 
@@ -18,19 +19,22 @@ int print_all(const std::string &path, const std::vector<Finding> &findings) {
 
 int check(const std::string &design) {
   const std::string paths[] = {design + ".nxf", design + ".ddf", design + ".tvx"};
-  std::vector<char> texts[3];
+  FileText texts[3];
   Finding error;
   for (std::size_t i = 0; i < 3; i++) {
-    if (read_file(paths[i], texts[i], error)) continue;
+    if (during("reading the files", [&] { return read_file(paths[i], texts[i], error); })) continue;
     print_finding(std::cerr, paths[i], error);
     return kMisuse;
   }
-  const std::string_view ddf_text{texts[1].data(), texts[1].size()}, constraints{texts[2].data(), texts[2].size()};
-  int verdict = print_all(paths[2], check_constraints(constraints));
+  int verdict =
+      print_all(paths[2], during("checking the constraints", [&] { return check_constraints(texts[2].view()); }));
   Netlist netlist;
-  if (!parse_nxf(std::move(texts[0]), netlist, error)) return print_all(paths[0], {error});
-  if (print_all(paths[0], check_netlist(netlist)) != kYes) verdict = kNo;
-  if (print_all(paths[1], compare_netlists(netlist, ddf_text)) != kYes) verdict = kNo;
+  if (!during("joining the netlist", [&] { return parse_nxf(std::move(texts[0]), netlist, error); }))
+    return print_all(paths[0], {error});
+  if (print_all(paths[0], during("checking the netlist", [&] { return check_netlist(netlist); })) != kYes)
+    verdict = kNo;
+  const auto compare = [&] { return compare_netlists(netlist, texts[1].view()); };
+  if (print_all(paths[1], during("comparing the netlists", compare)) != kYes) verdict = kNo;
   if (verdict == kYes)
     std::cout << "in order: " << netlist.symbols.size() << " symbols, " << netlist.nets.size() << " nets\n";
   return verdict;

@@ -23,18 +23,6 @@ std::string named(const Symbol &symbol) {
   return std::string(symbol.primitive_text) + ' ' + std::string(symbol.instance);
 }
 
-// "A12" for input 12.
-bool is_numbered(std::string_view name, std::uint32_t number) {
-  char digits[12];
-  std::size_t used = 0;
-  do digits[used++] = static_cast<char>('0' + number % 10);
-  while ((number /= 10) != 0);
-  if (name.size() != used + 1 || name[0] != 'A') return false;
-  for (std::size_t i = 0; i < used; i++)
-    if (name[i + 1] != digits[used - 1 - i]) return false;
-  return true;
-}
-
 // The pins behind the numbered ones, in the order of the primitive's row.
 bool has_listed_pins(const Netlist &netlist, const Symbol &symbol, std::uint32_t first) {
   const PrimitiveRow &primitive = primitive_of(symbol);
@@ -55,7 +43,9 @@ bool has_numbered_pins(const Netlist &netlist, const Symbol &symbol) {
   if (symbol.pin_count < symbol.width) return false;
   for (std::uint32_t i = 0; i < symbol.width; i++) {
     const Pin &pin = netlist.pins[symbol.first_pin + i];
-    if (pin.direction != Direction::IN || !is_numbered(pin.name, i)) return false;
+    if (pin.direction != Direction::IN || i >= netlist.input_names.size() ||
+        pin.name.text != netlist.input_names[i].text)
+      return false;
   }
   return true;
 }
@@ -93,6 +83,7 @@ void check_net(Checker &checker, const Net &net) {
   if (constant && !net.rail) report(checker, net.line, net_text(net) + " is a constant and can't have a source");
   if (net.has_source && net.source.pin != kNone && netlist.pins[net.source.pin].direction != Direction::OUT)
     report(checker, net.line, net_text(net) + " has a source that is no output");
+  if (net.in_order) return;
   SymbolIndex last = 0;
   for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++) {
     const EndPoint &end = netlist.destinations[d];

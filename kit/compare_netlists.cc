@@ -15,8 +15,10 @@ struct Comparison {
   const DdfNetlist &ddf;
   std::vector<Finding> &findings;
   bool guarded_first; // a name that could have stayed or been guarded is taken to have been guarded
+  bool stripped_known = false;
   NameIndex stripped_nets{}, stripped_symbols{}; // "_PLA<n>_" taken off
   std::vector<std::uint8_t> symbol_listed{}, net_listed{}, pin_named{};
+  std::vector<std::uint32_t> listed_pins{}; // of a net: pins of listed symbols
 };
 
 void report(Comparison &comparison, std::size_t line, std::string text) {
@@ -33,42 +35,64 @@ std::string_view strip(std::string_view name) {
   return name.substr(digits_end + 1);
 }
 
-std::uint32_t find_guarded(const NameIndex &exact, const NameIndex &stripped, std::string_view name) {
-  for (const std::string &guarded : {"_RES" + std::string(name), "_RES_" + std::string(name)}) {
-    if (const std::uint32_t found = find_name(exact, guarded); found != kNone) return found;
-    if (const std::uint32_t found = find_name(stripped, guarded); found != kNone) return found;
-  }
+// Few names need them, so they are made for the first that does.
+void index_stripped_names(Comparison &comparison) {
+  if (comparison.stripped_known) return;
+  comparison.stripped_known = true;
+  const Netlist &netlist = comparison.netlist;
+  for (NetIndex n = 0; n < netlist.nets.size(); n++)
+    if (const std::string_view name = strip(netlist.nets[n].name); !name.empty())
+      add_name(comparison.stripped_nets, name, n);
+  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++)
+    if (const std::string_view name = strip(netlist.symbols[s].instance); !name.empty())
+      add_name(comparison.stripped_symbols, name, s);
+}
+
+template <typename Find> std::uint32_t find_guarded(const Find &find, std::string_view name) {
+  for (const std::string &guarded : {"_RES" + std::string(name), "_RES_" + std::string(name)})
+    for (const bool stripped : {false, true})
+      if (const std::uint32_t found = find(guarded, stripped); found != kNone) return found;
   return kNone;
 }
 
-// What a name of the ddf has become: the same, guarded, or numbered.
-std::uint32_t find_renamed(const NameIndex &exact, const NameIndex &stripped, std::string_view name,
-                           bool guarded_first) {
-  std::uint32_t found = guarded_first && name.starts_with('_') ? find_guarded(exact, stripped, name) : kNone;
-  if (found == kNone) found = find_name(exact, name);
-  if (found == kNone && !guarded_first) found = find_guarded(exact, stripped, name);
-  return found == kNone ? find_name(stripped, name) : found;
+// What a name of the ddf has become: the same, guarded, or numbered. `find(name, stripped)` looks among the names as
+// they are, or as they are without numbers.
+template <typename Find> std::uint32_t find_renamed(const Find &find, std::string_view name, bool guarded_first) {
+  std::uint32_t found = guarded_first && name.starts_with('_') ? find_guarded(find, name) : kNone;
+  if (found == kNone) found = find(name, false);
+  if (found == kNone && !guarded_first) found = find_guarded(find, name);
+  return found == kNone ? find(name, true) : found;
 }
 
-SymbolIndex find_listed(const Comparison &comparison, std::string_view instance) {
-  return find_renamed(comparison.netlist.symbols_by_instance, comparison.stripped_symbols, instance,
-                      comparison.guarded_first);
+SymbolIndex find_listed(Comparison &comparison, std::string_view instance) {
+  const auto find = [&](std::string_view name, bool stripped) {
+    if (!stripped) return find_symbol(comparison.netlist, name);
+    index_stripped_names(comparison);
+    return find_name(comparison.stripped_symbols, name);
+  };
+  return find_renamed(find, instance, comparison.guarded_first);
 }
 
-NetIndex find_listed_net(const Comparison &comparison, std::string_view name) {
-  return find_renamed(comparison.netlist.nets_by_name, comparison.stripped_nets, name, comparison.guarded_first);
+NetIndex find_listed_net(Comparison &comparison, std::string_view net) {
+  const auto find = [&](std::string_view name, bool stripped) {
+    if (!stripped) return find_net(comparison.netlist, name);
+    index_stripped_names(comparison);
+    return find_name(comparison.stripped_nets, name);
+  };
+  return find_renamed(find, net, comparison.guarded_first);
 }
 
 void compare_ports(Comparison &comparison, const char *label, Direction direction,
                    const std::vector<std::string_view> &ports) {
   const Netlist &netlist = comparison.netlist;
   std::size_t next = 0;
-  const NameIndex none;
+  const auto find = [&](std::string_view name, bool stripped) {
+    return stripped ? kNone : find_name(netlist.external_by_pin, name);
+  };
   for (std::uint32_t i = 0; i < netlist.external_pins.size(); i++) {
     if (netlist.external_pins[i].direction != direction) continue;
     if (next >= ports.size() ||
-        (find_renamed(netlist.external_by_pin, none, ports[next], comparison.guarded_first) != i &&
-         strip(netlist.external_pins[i].pin).empty()))
+        (find_renamed(find, ports[next], comparison.guarded_first) != i && strip(netlist.external_pins[i].pin).empty()))
       return report(comparison, 0, std::string(label) + " lack pin " + quoted(netlist.external_pins[i].pin));
     next++;
     if (direction == Direction::BIDI) break; // the list holds one
@@ -103,12 +127,29 @@ void compare_symbols(Comparison &comparison) {
   }
 }
 
-// The pin of the .nxf that an item of the ddf names; kNone for none.
-std::uint32_t find_item_pin(const Comparison &comparison, std::string_view item) {
+// How many pins of listed symbols are on each net.
+void count_listed_pins(Comparison &comparison) {
+  const Netlist &netlist = comparison.netlist;
+  comparison.listed_pins.resize(netlist.nets.size());
+  for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
+    if (comparison.symbol_listed[i] == 0) continue;
+    const Symbol &symbol = netlist.symbols[i];
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++)
+      if (netlist.pins[p].net != kNone) comparison.listed_pins[netlist.pins[p].net]++;
+  }
+}
+
+bool is_listed(const Comparison &comparison, const EndPoint &end) {
+  return end.symbol != kNone && comparison.symbol_listed[end.symbol] != 0;
+}
+
+// The end of a net in the .nxf that an item of the ddf names; of no pin when there is none.
+EndPoint find_end(Comparison &comparison, std::string_view item) {
   const std::size_t dot = item.rfind('.');
-  if (dot == std::string_view::npos) return kNone;
+  if (dot == std::string_view::npos) return {};
   const SymbolIndex symbol = find_listed(comparison, item.substr(0, dot));
-  return symbol == kNone ? kNone : find_pin(comparison.netlist, symbol, item.substr(dot + 1));
+  if (symbol == kNone) return {};
+  return {symbol, find_pin(comparison.netlist, symbol, item.substr(dot + 1))};
 }
 
 // The port first, then the source, then the destinations, in any order: it is that of the ddf's own symbols.
@@ -126,13 +167,17 @@ void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
   if (comparison.ddf.items[at].starts_with('.') != net.external)
     return fault("should meet a device pin, or should not");
   if (net.external) at++;
-  if (net.has_source && (at == end || find_item_pin(comparison, comparison.ddf.items[at]) != net.source.pin))
+  if (net.has_source && (at == end || find_end(comparison, comparison.ddf.items[at]).pin != net.source.pin))
     return fault("has another source in the .nxf");
+  std::uint32_t open = comparison.listed_pins[index] - (is_listed(comparison, net.source) ? 1 : 0);
   for (; at < end; at++) {
-    const std::uint32_t pin = find_item_pin(comparison, comparison.ddf.items[at]);
-    if (pin == kNone || netlist.pins[pin].net != index || comparison.pin_named[pin]++ != 0)
+    const EndPoint point = find_end(comparison, comparison.ddf.items[at]);
+    if (point.pin == kNone || netlist.pins[point.pin].net != index || comparison.pin_named[point.pin]++ != 0)
       fault("names " + quoted(comparison.ddf.items[at]) + ", other than in the .nxf");
+    else if (is_listed(comparison, point) && point.pin != net.source.pin)
+      open--;
   }
+  if (open == 0) return;
   for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++) {
     const EndPoint &point = netlist.destinations[d];
     if (point.pin != kNone && comparison.symbol_listed[point.symbol] != 0 && comparison.pin_named[point.pin] == 0)
@@ -143,16 +188,11 @@ void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
 // A net may be left out when it is a rail, or lies within what the ddf leaves out.
 void find_missing_nets(Comparison &comparison) {
   const Netlist &netlist = comparison.netlist;
-  const auto is_listed = [&](const EndPoint &end) {
-    return end.symbol != kNone && comparison.symbol_listed[end.symbol] != 0;
-  };
   for (NetIndex n = 0; n < netlist.nets.size(); n++) {
     const Net &net = netlist.nets[n];
     if (comparison.net_listed[n] != 0 || net.rail) continue;
-    bool needed = net.external || is_listed(net.source);
-    for (std::uint32_t d = 0; d < net.destination_count; d++)
-      needed = needed || is_listed(netlist.destinations[net.first_destination + d]);
-    if (needed) report(comparison, 0, "net " + quoted(net.name) + " of the .nxf is missing");
+    if (net.external || comparison.listed_pins[n] != 0)
+      report(comparison, 0, "net " + quoted(net.name) + " of the .nxf is missing");
   }
 }
 
@@ -160,12 +200,6 @@ std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, 
   std::vector<Finding> findings;
   DdfNetlist ddf;
   Comparison comparison{netlist, ddf, findings, guarded_first};
-  for (NetIndex n = 0; n < netlist.nets.size(); n++)
-    if (const std::string_view name = strip(netlist.nets[n].name); !name.empty())
-      add_name(comparison.stripped_nets, name, n);
-  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++)
-    if (const std::string_view name = strip(netlist.symbols[s].instance); !name.empty())
-      add_name(comparison.stripped_symbols, name, s);
   const auto is_instance = [&](std::string_view name) { return find_listed(comparison, name) != kNone; };
   Finding error;
   if (!parse_ddf(ddf_text, is_instance, ddf, error)) return {error};
@@ -176,6 +210,7 @@ std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, 
   compare_ports(comparison, "INPUTS", Direction::IN, ddf.inputs);
   compare_ports(comparison, "INOUTS", Direction::BIDI, ddf.inouts);
   compare_symbols(comparison);
+  count_listed_pins(comparison);
   for (const DdfNet &net : ddf.nets) compare_net(comparison, net);
   find_missing_nets(comparison);
   return findings;

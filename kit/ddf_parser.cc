@@ -14,6 +14,9 @@ struct DdfParser {
   DdfNetlist &netlist;
   Finding &error;
   std::size_t line = 1;
+  // Where the next ": " of the line stands, looked for once for all places before it: latches may stand on one long
+  // line.
+  const char *colon = nullptr;
 };
 
 bool fail(DdfParser &parser, std::string text) {
@@ -36,10 +39,10 @@ bool expect(DdfParser &parser, std::string_view text) {
 
 // The text up to `stop`, which is passed over; both must stand on the line, and the text must not be empty.
 bool take(DdfParser &parser, std::string_view stop, std::string_view &text) {
-  const std::size_t end = parser.left.find(stop), line_end = parser.left.find('\n');
-  if (end == std::string_view::npos || end == 0 || end > line_end)
-    return fail(parser, "the line must hold a name and '" + std::string(stop.substr(0, stop.find('\n'))) + "'");
+  const std::size_t end = parser.left.find(stop);
   text = parser.left.substr(0, end);
+  if (end == std::string_view::npos || end == 0 || text.find('\n') != std::string_view::npos)
+    return fail(parser, "the line must hold a name and '" + std::string(stop.substr(0, stop.find('\n'))) + "'");
   parser.left.remove_prefix(end + stop.size());
   if (stop.ends_with('\n')) parser.line++;
   return true;
@@ -66,21 +69,36 @@ bool take_ports(DdfParser &parser, std::string_view label, std::vector<std::stri
 // No name of a signal gets longer, whatever it is renamed to.
 constexpr std::size_t kLongestName = 256;
 
+// No primitive of the library has a longer one, with its width.
+constexpr std::size_t kLongestPrimitive = 16;
+
+// Up to the next ": " of the line; npos when it has none.
+std::size_t distance_to_colon(DdfParser &parser, std::string_view behind) {
+  if (parser.colon == nullptr || parser.colon < behind.data()) {
+    const std::size_t stop = std::min(behind.find(": "), behind.find('\n'));
+    parser.colon = behind.data() + std::min(stop, behind.size());
+  }
+  const auto distance = static_cast<std::size_t>(parser.colon - behind.data());
+  return distance < behind.size() && behind[distance] == ':' ? distance : std::string_view::npos;
+}
+
+// Whether something begins there that ends the name of a latch.
+bool begins_behind_latch(DdfParser &parser, std::string_view behind) {
+  const std::size_t colon = distance_to_colon(parser, behind);
+  if (behind.starts_with("SYM ")) return behind.starts_with("SYM XBIDI1 ") || colon != std::string_view::npos;
+  if (colon == std::string_view::npos) return behind.starts_with("ENDSYMBOLS;");
+  // A longer name may go on from here; the one that leaves a known primitive is meant.
+  std::uint32_t width = 0;
+  return colon <= kLongestPrimitive && parse_primitive(behind.substr(0, colon), width) != kMacro;
+}
+
 // XDL2 to XDL4 end at the place where something else begins and a symbol's name has ended.
 bool take_unended(DdfParser &parser, std::string_view &instance) {
-  const std::string_view rest = parser.left.substr(0, parser.left.find('\n'));
-  for (std::size_t end = 1; end < std::min(rest.size(), kLongestName); end++) {
-    const std::string_view behind = rest.substr(end);
-    const std::size_t colon = behind.find(": ");
-    const bool begins = behind.starts_with("ENDSYMBOLS;") || behind.starts_with("SYM XBIDI1 ") ||
-                        (colon != std::string_view::npos && colon > 0);
-    if (!begins || !parser.is_instance(rest.substr(0, end))) continue;
-    // A longer name may go on from here; the one that leaves a known primitive is meant.
-    if (colon != std::string_view::npos && !behind.starts_with("SYM ")) {
-      std::uint32_t width = 0;
-      if (parse_primitive(behind.substr(0, colon), width) == kMacro) continue;
-    }
-    instance = rest.substr(0, end);
+  for (std::size_t end = 1; end < std::min(parser.left.size(), kLongestName); end++) {
+    if (parser.left[end - 1] == '\n' || parser.left[end] == '\n') break;
+    if (!begins_behind_latch(parser, parser.left.substr(end)) || !parser.is_instance(parser.left.substr(0, end)))
+      continue;
+    instance = parser.left.substr(0, end);
     parser.left.remove_prefix(end);
     return true;
   }

@@ -8,6 +8,7 @@
 #include "kit/command.h"
 #include "kit/export_output.h"
 #include "kit/graph_flow.h"
+#include "kit/progress.h"
 
 namespace cubekit {
 
@@ -26,6 +27,7 @@ void write_verilog_parts(std::ostream &stream, const Netlist &netlist, const std
 int run_export(const Arguments &arguments) {
   Netlist netlist;
   if (!load_design(arguments.design, netlist, std::cerr)) return kMisuse;
+  const Stage stage("writing", 0, arguments.output.empty() ? Printing::YES : Printing::NO);
   return write_output(arguments.output, [&](std::ostream &stream) {
     if (arguments.format == "blif")
       write_blif(stream, netlist);

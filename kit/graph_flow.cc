@@ -6,6 +6,7 @@
 
 #include "kit/check.h"
 #include "kit/nxf_parser.h"
+#include "kit/progress.h"
 
 namespace cubekit {
 
@@ -59,13 +60,14 @@ void visit(Walk &walk, SymbolIndex root) {
 
 bool load_design(const std::string &design, Netlist &netlist, std::ostream &errors) {
   const std::string path = design + ".nxf";
-  std::vector<char> text;
+  FileText text;
   Finding error;
-  if (!read_file(path, text, error) || !parse_nxf(std::move(text), netlist, error)) {
+  const auto read = [&] { return read_file(path, text, error) && parse_nxf(std::move(text), netlist, error); };
+  if (!during("reading the netlist", read)) {
     print_finding(errors, path, error);
     return false;
   }
-  const std::vector<Finding> findings = check_netlist(netlist);
+  const std::vector<Finding> findings = during("checking the netlist", [&] { return check_netlist(netlist); });
   for (const Finding &finding : findings) print_finding(errors, path, finding);
   return findings.empty();
 }

@@ -4,11 +4,13 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
+#include "kit/file_text.h"
 #include "kit/name_index.h"
 #include "kit/primitives.h"
 
@@ -17,11 +19,18 @@ namespace cubekit {
 using NetIndex = std::uint32_t;
 using SymbolIndex = std::uint32_t;
 
+// The name of a symbol's pin. Netlists have millions of pins and few names for them: pins of one netlist have the same
+// name exactly if they share its text.
+struct PinName {
+  const std::string_view *text = nullptr;
+  operator std::string_view() const { return *text; }
+};
+inline bool operator==(PinName a, std::string_view b) { return *a.text == b; }
+
 struct Pin {
-  std::string_view name;
+  PinName name;
+  NetIndex net = kNone; // kNone: no NET statement names the pin
   Direction direction = Direction::IN;
-  NetIndex net = kNone; // kNone: no NET statement has the name
-  std::string_view net_name;
 };
 
 struct Symbol {
@@ -48,6 +57,7 @@ struct Net {
   bool external = false; // EXT: the net meets a device pin
   bool rail = false;     // GND or VCC: no source
   bool has_source = false;
+  bool in_order = false; // surely all destinations are inputs, and follow the symbols
   EndPoint source;
   std::uint32_t first_destination = 0; // into Netlist::destinations
   std::uint32_t destination_count = 0;
@@ -62,13 +72,8 @@ struct ExternalPin {
   std::uint32_t line = 0;
 };
 
-struct Finding {
-  std::size_t line = 0; // 0: the file as a whole
-  std::string text;
-};
-
 struct Netlist {
-  std::vector<char> text;                                 // the file
+  FileText text;
   std::string_view design, description, technology, part; // empty: not given
 
   std::vector<ExternalPin> external_pins; // in file order, as all lists here
@@ -77,7 +82,10 @@ struct Netlist {
   std::vector<Symbol> symbols;
   std::vector<Pin> pins;
 
-  NameIndex nets_by_name, symbols_by_instance, external_by_pin;
+  std::deque<std::string_view> pin_names;
+  std::vector<PinName> input_names; // "A0", "A1", ..., as far as any symbol has them in their places
+  HashIndex nets_by_name, symbols_by_instance;
+  NameIndex external_by_pin;
   std::unordered_map<SymbolIndex, NameIndex> large_macros; // ports by name, where there are too many to look through
   // Names that lead nowhere and names given twice, met while the file's parts were joined. A netlist that is used for
   // anything but judging it has none.
@@ -93,11 +101,16 @@ PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width);
 
 inline const PrimitiveRow &primitive_of(const Symbol &symbol) { return kPrimitives[symbol.primitive]; }
 inline NetIndex find_net(const Netlist &netlist, std::string_view name) {
-  return find_name(netlist.nets_by_name, name);
+  return find_value(netlist.nets_by_name, hash_name(name),
+                    [&](NetIndex net) { return netlist.nets[net].name == name; });
 }
 inline SymbolIndex find_symbol(const Netlist &netlist, std::string_view instance) {
-  return find_name(netlist.symbols_by_instance, instance);
+  return find_value(netlist.symbols_by_instance, hash_name(instance),
+                    [&](SymbolIndex symbol) { return netlist.symbols[symbol].instance == instance; });
 }
+// A symbol's pins up to this number are searched one by one.
+constexpr std::uint32_t kFewPins = 8;
+
 // The pin of that name, as an index into Netlist::pins; kNone when the symbol has none.
 std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol, std::string_view name);
 // The net on that pin; kNone when the symbol has no such pin.

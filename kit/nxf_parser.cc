@@ -3,32 +3,36 @@
 // be beyond that (drivers, widths, vocabulary) is judged by the check, not here.
 #include "kit/nxf_parser.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <charconv>
 #include <cstring>
 #include <ostream>
 #include <string_view>
+#include <utility>
+
+#include "kit/nxf_join.h"
+#include "kit/progress.h"
+#include "kit/words.h"
 
 namespace cubekit {
 
 namespace {
 
-// A symbol's pins up to this number are searched one by one.
-constexpr std::uint32_t kFewPins = 8;
+// "A12 IN ", in eight bytes.
+struct InputPattern {
+  std::uint64_t bytes, mask;
+  std::size_t size;
+};
 
 struct Parser {
   Netlist &netlist;
   Finding &error;
   const char *at;
   const char *end;
+  Joints joints;
   std::uint32_t line = 1;
-  std::vector<std::string_view> sources{};      // per net, empty for none
-  std::vector<std::string_view> destinations{}; // of all nets, in order
+  HashIndex pin_names{};                         // into netlist.pin_names
+  std::vector<InputPattern> input_patterns{};    // of netlist.input_names, as far as they fit
+  NetIndex last_nets[3] = {kNone, kNone, kNone}; // of the last pin of each direction
 };
 
 bool fail(Parser &parser, std::string text) {
@@ -36,19 +40,19 @@ bool fail(Parser &parser, std::string text) {
   return false;
 }
 
-bool starts_with(const Parser &parser, std::string_view text) {
+[[gnu::always_inline]] inline bool starts_with(const Parser &parser, std::string_view text) {
   return static_cast<std::size_t>(parser.end - parser.at) >= text.size() &&
          std::memcmp(parser.at, text.data(), text.size()) == 0;
 }
 
-bool skip(Parser &parser, std::string_view text) {
+[[gnu::always_inline]] inline bool skip(Parser &parser, std::string_view text) {
   if (!starts_with(parser, text)) return false;
   parser.at += text.size();
   return true;
 }
 
 // A whole line of fixed text.
-bool expect_line(Parser &parser, std::string_view text) {
+[[gnu::always_inline]] inline bool expect_line(Parser &parser, std::string_view text) {
   const char *start = parser.at;
   if (!skip(parser, text) || !skip(parser, "\n")) {
     parser.at = start;
@@ -58,12 +62,10 @@ bool expect_line(Parser &parser, std::string_view text) {
   return true;
 }
 
-bool is_word_end(char c) { return c == ' ' || c == ';' || c == '\n'; }
-
 // A word ends at a blank or a ';', which stays.
 bool take_word(Parser &parser, std::string_view &word) {
   const char *start = parser.at;
-  while (parser.at < parser.end && !is_word_end(*parser.at)) parser.at++;
+  parser.at = find_word_end(start);
   word = {start, static_cast<std::size_t>(parser.at - start)};
   return !word.empty() && parser.at < parser.end && *parser.at != '\n';
 }
@@ -125,30 +127,78 @@ bool parse_external_pins(Parser &parser) {
   return expect_line(parser, "");
 }
 
+// The blanks between two places, or kNone when there is something else than words with one blank before each.
+std::size_t count_blanks(const char *at, const char *stop) {
+  std::size_t blanks = 0;
+  bool odd = at == stop || stop[-1] == ' ';
+  while (at < stop && !odd) {
+    const auto size = std::min<std::ptrdiff_t>(stop - at, 255);
+    std::uint8_t met = 0, wrong = 0; // bytes, so that many are looked at at once
+    for (std::ptrdiff_t i = 0; i < size; i++) {
+      const std::uint8_t blank = at[i] == ' ';
+      met = static_cast<std::uint8_t>(met + blank);
+      wrong |= (blank & (at[i + 1] == ' ')) | (at[i] == '\n');
+    }
+    blanks += met;
+    odd = wrong != 0;
+    at += size;
+  }
+  return odd ? kNone : blanks;
+}
+
+// [ gate.pin ...], up to the ';'
+bool parse_destinations(Parser &parser, std::uint32_t &count) {
+  count = 0;
+  const auto left = static_cast<std::size_t>(parser.end - parser.at);
+  const auto *stop = static_cast<const char *>(std::memchr(parser.at, ';', left));
+  if (stop != nullptr && starts_with(parser, " ")) {
+    if (const std::size_t blanks = count_blanks(parser.at, stop); blanks != kNone) {
+      count = static_cast<std::uint32_t>(blanks);
+      parser.at = stop;
+      return true;
+    }
+  }
+  std::string_view item;
+  for (; skip(parser, " "); count++)
+    if (!take_word(parser, item)) return fail(parser, "a pin must stand here");
+  return true;
+}
+
 // NET name [EXT] [SRC gate.pin] [DST gate.pin ...];  An empty line follows, but not behind an external input net.
 bool parse_nets(Parser &parser) {
+  constexpr std::size_t kBytesPerNet = 256; // with its symbol; where nets are shorter, the lists grow
+  parser.netlist.nets.reserve(parser.netlist.text.size() / kBytesPerNet);
+  parser.joints.open_nets.reserve(parser.netlist.text.size() / kBytesPerNet);
+  std::uint32_t destinations = 0;
   while (skip(parser, "NET ")) {
     Net net;
+    Joints::OpenNet open;
     net.line = parser.line;
-    net.first_destination = static_cast<std::uint32_t>(parser.destinations.size());
+    net.in_order = true;
+    net.first_destination = open.next_destination = destinations;
     if (!take_word(parser, net.name)) return fail(parser, "NET without a name");
     net.external = skip(parser, " EXT");
     net.has_source = skip(parser, " SRC ");
     std::string_view source;
     if (net.has_source && !take_word(parser, source)) return fail(parser, "SRC without a pin");
+    if (net.has_source) open.source = source.data();
     if (skip(parser, " DST")) {
-      while (skip(parser, " ")) {
-        if (!take_word(parser, parser.destinations.emplace_back())) return fail(parser, "a pin must stand here");
-      }
+      open.destination = parser.at + 1;
+      if (!parse_destinations(parser, net.destination_count)) return false;
     }
-    net.destination_count = static_cast<std::uint32_t>(parser.destinations.size()) - net.first_destination;
+    if (net.destination_count == 0) open.destination = parser.at;
+    destinations += net.destination_count;
     net.rail = !net.has_source && !net.external;
     if (!net.has_source && net.destination_count == 0) return fail(parser, "a net without a source must have a DST");
     if (!end_statement(parser, "NET")) return false;
     if ((net.has_source || net.rail) && !expect_line(parser, "")) return false;
     parser.netlist.nets.push_back(net);
-    parser.sources.push_back(source);
+    parser.joints.open_nets.push_back(open);
   }
+  parser.netlist.destinations.resize(destinations);
+  // In a sound netlist every item of a net is a pin, and most symbols drive one net.
+  parser.netlist.pins.reserve(destinations + parser.netlist.nets.size());
+  parser.netlist.symbols.reserve(parser.netlist.nets.size());
   return true;
 }
 
@@ -187,18 +237,93 @@ bool parse_rows(Parser &parser, Symbol &symbol) {
   return expect_line(parser, "\tEND_PLA");
 }
 
+bool is_numbered(std::string_view name, std::size_t number) { return name == "A" + std::to_string(number); }
+
+// The name as all pins have it that share it.
+PinName share_name(Parser &parser, std::string_view name) {
+  std::deque<std::string_view> &names = parser.netlist.pin_names;
+  const auto next = static_cast<std::uint32_t>(names.size());
+  const std::uint32_t at =
+      add_value(parser.pin_names, hash_name(name), next, [&](std::uint32_t other) { return names[other] == name; });
+  if (at == next) {
+    names.push_back(name);
+    // An item of a net breaks at its last dot.
+    if (name.find('.') != std::string_view::npos) parser.joints.in_order = false;
+  }
+  return {&names[at]};
+}
+
+// The next input in its place: the pattern of the places to come grows with the symbols.
+void add_input_name(Parser &parser, PinName name) {
+  parser.netlist.input_names.push_back(name);
+  const std::string text = std::string(std::string_view(name)) + " IN ";
+  if (text.size() > 8) return;
+  char bytes[8] = {};
+  text.copy(bytes, sizeof bytes);
+  parser.input_patterns.push_back({load_bytes(bytes), kFirstBytes[text.size()], text.size()});
+}
+
+// "A12 IN " in its place among the pins, or any other name and direction.
+bool take_pin_name(Parser &parser, std::size_t place, Pin &pin) {
+  if (place < parser.input_patterns.size()) {
+    const InputPattern &pattern = parser.input_patterns[place];
+    if ((load_bytes(parser.at) & pattern.mask) == pattern.bytes) {
+      pin.name = parser.netlist.input_names[place];
+      parser.at += pattern.size;
+      return true;
+    }
+  }
+  std::string_view name;
+  if (!take_word(parser, name)) return fail(parser, "PIN without a name");
+  if (!take_direction(parser, pin.direction)) return false;
+  pin.name = share_name(parser, name);
+  if (place == parser.netlist.input_names.size() && is_numbered(name, place)) add_input_name(parser, pin.name);
+  return true;
+}
+
+// Nets and symbols come in like order: often the net is the one behind that of the last such pin.
+bool take_net_of_pin(Parser &parser, Pin &pin) {
+  const std::vector<Net> &nets = parser.netlist.nets;
+  NetIndex &last = parser.last_nets[static_cast<std::size_t>(pin.direction)];
+  const NetIndex next = last + 1;
+  if (next < nets.size()) {
+    const std::string_view name = nets[next].name;
+    if (static_cast<std::size_t>(parser.end - parser.at) > name.size() &&
+        same_bytes(parser.at, name.data(), name.size()) && parser.at[name.size()] == ';') {
+      parser.at += name.size();
+      pin.net = last = next;
+      return true;
+    }
+  }
+  std::string_view name;
+  if (!take_word(parser, name)) return fail(parser, "PIN without a net name");
+  pin.net = find_value(parser.netlist.nets_by_name, hash_name(name), [&](NetIndex net) {
+    return nets[net].name.size() == name.size() && same_bytes(nets[net].name.data(), name.data(), name.size());
+  });
+  if (pin.net != kNone) {
+    last = pin.net;
+  } else {
+    parser.joints.strangers.emplace_back(parser.netlist.pins.size(), name);
+    parser.joints.in_order = false;
+  }
+  return true;
+}
+
 // "\tPIN pin IN|OUT|BIDI net;" as often as it stands.
 bool parse_pins(Parser &parser, Symbol &symbol) {
-  symbol.first_pin = static_cast<std::uint32_t>(parser.netlist.pins.size());
+  Netlist &netlist = parser.netlist;
+  const auto symbol_index = static_cast<SymbolIndex>(netlist.symbols.size());
+  symbol.first_pin = static_cast<std::uint32_t>(netlist.pins.size());
   while (skip(parser, "\tPIN ")) {
     Pin pin;
-    if (!take_word(parser, pin.name)) return fail(parser, "PIN without a name");
-    if (!take_direction(parser, pin.direction)) return false;
-    if (!take_word(parser, pin.net_name)) return fail(parser, "PIN without a net name");
-    if (!end_statement(parser, "PIN")) return false;
-    parser.netlist.pins.push_back(pin);
+    const auto index = static_cast<std::uint32_t>(netlist.pins.size());
+    if (!take_pin_name(parser, index - symbol.first_pin, pin) || !take_net_of_pin(parser, pin) ||
+        !end_statement(parser, "PIN"))
+      return false;
+    netlist.pins.push_back(pin);
+    join_pin(parser.joints, symbol_index, symbol.instance, index);
   }
-  symbol.pin_count = static_cast<std::uint32_t>(parser.netlist.pins.size()) - symbol.first_pin;
+  symbol.pin_count = static_cast<std::uint32_t>(netlist.pins.size()) - symbol.first_pin;
   return true;
 }
 
@@ -229,172 +354,37 @@ bool parse_symbols(Parser &parser) {
 }
 
 bool parse_statements(Parser &parser) {
-  if (!parse_head(parser) || !parse_external_pins(parser) || !parse_nets(parser) || !parse_symbols(parser))
-    return false;
+  if (!parse_head(parser) || !parse_external_pins(parser) || !parse_nets(parser)) return false;
+  index_nets(parser.joints);
+  if (!parse_symbols(parser)) return false;
   if (!expect_line(parser, "END;") || !expect_line(parser, "") || !expect_line(parser, "END;") ||
       !expect_line(parser, ""))
     return false;
   return parser.at == parser.end || fail(parser, "the file must end here");
 }
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
-
-void add_fault(Netlist &netlist, std::size_t line, std::string text) {
-  netlist.faults.push_back({line, std::move(text)});
-}
-
-void index_names(Netlist &netlist) {
-  for (NetIndex i = 0; i < netlist.nets.size(); i++) {
-    const Net &net = netlist.nets[i];
-    if (add_name(netlist.nets_by_name, net.name, i) != i)
-      add_fault(netlist, net.line, "net " + quoted(net.name) + " has two statements");
-  }
-  for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
-    const Symbol &symbol = netlist.symbols[i];
-    if (add_name(netlist.symbols_by_instance, symbol.instance, i) != i)
-      add_fault(netlist, symbol.line, "two symbols are named " + quoted(symbol.instance));
-    if (symbol.primitive != kMacro || symbol.pin_count <= kFewPins) continue;
-    NameIndex &ports = netlist.large_macros[i];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++)
-      add_name(ports, netlist.pins[p].name, p);
-  }
-  for (std::uint32_t i = 0; i < netlist.external_pins.size(); i++) {
-    ExternalPin &pin = netlist.external_pins[i];
-    if (add_name(netlist.external_by_pin, pin.pin, i) != i)
-      add_fault(netlist, pin.line, "pin " + quoted(pin.pin) + " has two XPIN lines");
-    pin.net = find_net(netlist, pin.net_name);
-    if (pin.net == kNone)
-      add_fault(netlist, pin.line, "there is no net " + quoted(pin.net_name) + " for pin " + quoted(pin.pin));
-  }
-}
-
-// Joins one item of a net with the pin it names; the pin must name the net in turn.
-EndPoint join(Netlist &netlist, NetIndex net_index, std::string_view item) {
-  const Net &net = netlist.nets[net_index];
-  const auto fault = [&](const std::string &why) {
-    add_fault(netlist, net.line, "net " + quoted(net.name) + " names " + quoted(item) + ", " + why);
-    return EndPoint{};
-  };
-  const std::size_t dot = item.rfind('.');
-  if (dot == std::string_view::npos) return fault("which is not an instance and a pin");
-  const SymbolIndex symbol = find_symbol(netlist, item.substr(0, dot));
-  if (symbol == kNone) return fault("but there is no such symbol");
-  const std::uint32_t pin_index = find_pin(netlist, symbol, item.substr(dot + 1));
-  if (pin_index == kNone) return fault("but the symbol has no such pin");
-  Pin &pin = netlist.pins[pin_index];
-  if (pin.net_name != net.name) return fault("but that pin is on net " + quoted(pin.net_name));
-  if (pin.net != kNone) return fault("which a net has named already");
-  pin.net = net_index;
-  return {symbol, pin_index};
-}
-
-void join_nets(Parser &parser) {
-  Netlist &netlist = parser.netlist;
-  netlist.destinations.reserve(parser.destinations.size());
-  for (NetIndex i = 0; i < netlist.nets.size(); i++) {
-    Net &net = netlist.nets[i];
-    if (net.has_source) net.source = join(netlist, i, parser.sources[i]);
-    for (std::uint32_t d = 0; d < net.destination_count; d++)
-      netlist.destinations.push_back(join(netlist, i, parser.destinations[net.first_destination + d]));
-  }
-  for (const Symbol &symbol : netlist.symbols) {
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
-      const Pin &pin = netlist.pins[p];
-      if (pin.net != kNone) continue;
-      add_fault(netlist, symbol.line,
-                "pin " + quoted(pin.name) + " of " + quoted(symbol.instance) + " is on net " + quoted(pin.net_name) +
-                    ", which doesn't name it");
-    }
-  }
-}
-
 } // namespace
 
-PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width) {
-  width = 0;
-  const PrimitiveIndex exact = find_primitive(text);
-  if (exact != kMacro && !kPrimitives[exact].width_in_name) return exact;
-  const std::size_t digits = text.find_first_of("0123456789");
-  if (digits == std::string_view::npos || text[digits] == '0') return kMacro;
-  const PrimitiveIndex gate = find_primitive(text.substr(0, digits));
-  if (gate == kMacro || !kPrimitives[gate].width_in_name) return kMacro;
-  const char *end = text.data() + text.size();
-  std::uint32_t number = 0;
-  const auto [stop, fault] = std::from_chars(text.data() + digits, end, number);
-  if (fault != std::errc() || stop != end) return kMacro;
-  width = number;
-  return gate;
-}
-
-std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol_index, std::string_view name) {
-  const Symbol &symbol = netlist.symbols[symbol_index];
-  // Numbered inputs stand at the place that their number tells.
-  std::uint32_t number = 0;
-  const char *end = name.data() + name.size();
-  if (name.size() > 1 && name[0] == 'A' && std::from_chars(name.data() + 1, end, number).ptr == end &&
-      number < symbol.pin_count && netlist.pins[symbol.first_pin + number].name == name)
-    return symbol.first_pin + number;
-  if (symbol.primitive == kMacro && symbol.pin_count > kFewPins) {
-    const auto ports = netlist.large_macros.find(symbol_index);
-    return ports == netlist.large_macros.end() ? kNone : find_name(ports->second, name);
-  }
-  // Other pins stand behind them.
-  const std::uint32_t few = std::min(symbol.pin_count, kFewPins);
-  for (std::uint32_t p = symbol.first_pin + symbol.pin_count - few; p < symbol.first_pin + symbol.pin_count; p++)
-    if (netlist.pins[p].name == name) return p;
-  return kNone;
-}
-
-NetIndex net_at(const Netlist &netlist, SymbolIndex symbol, std::string_view pin) {
-  const std::uint32_t found = find_pin(netlist, symbol, pin);
-  return found == kNone ? kNone : netlist.pins[found].net;
-}
-
-bool read_file(const std::string &path, std::vector<char> &text, Finding &error) {
-  const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  struct stat status {};
-  if (descriptor < 0 || ::fstat(descriptor, &status) != 0) {
-    error = {0, std::strerror(errno)};
-    if (descriptor >= 0) ::close(descriptor);
-    return false;
-  }
-  text.resize(static_cast<std::size_t>(status.st_size));
-  std::size_t used = 0;
-  ssize_t got = 0;
-  while (used < text.size() && (got = ::read(descriptor, text.data() + used, text.size() - used)) > 0)
-    used += static_cast<std::size_t>(got);
-  if (got < 0) error = {0, std::strerror(errno)};
-  ::close(descriptor);
-  text.resize(used);
-  return got >= 0;
-}
-
-bool parse_nxf(std::vector<char> text, Netlist &netlist, Finding &error) {
+bool parse_nxf(FileText text, Netlist &netlist, Finding &error) {
   netlist = Netlist();
   netlist.text = std::move(text);
   const char *start = netlist.text.data();
-  Parser parser{netlist, error, start, start + netlist.text.size()};
+  Parser parser{netlist, error, start, start + netlist.text.size(), Joints{netlist, true, {}, {}}};
   if (!parse_statements(parser)) return false;
-  index_names(netlist);
-  join_nets(parser);
+  finish_joints(parser.joints);
   return true;
 }
 
 bool load_nxf(const std::string &path, Netlist &netlist, std::ostream &errors) {
-  std::vector<char> text;
+  FileText text;
   Finding error;
-  if (!read_file(path, text, error) || !parse_nxf(std::move(text), netlist, error)) {
+  const auto read = [&] { return read_file(path, text, error) && parse_nxf(std::move(text), netlist, error); };
+  if (!during("reading the netlist", read)) {
     print_finding(errors, path, error);
     return false;
   }
   for (const Finding &fault : netlist.faults) print_finding(errors, path, fault);
   return netlist.faults.empty();
-}
-
-void print_finding(std::ostream &stream, const std::string &path, const Finding &finding) {
-  stream << path;
-  if (finding.line != 0) stream << ':' << finding.line;
-  stream << ": " << finding.text << '\n';
 }
 
 } // namespace cubekit

@@ -8,6 +8,7 @@
 #include "kit/abc.h"
 #include "kit/claims.h"
 #include "kit/equal.h"
+#include "kit/progress.h"
 #include "kit/rename.h"
 #include "model/run_settings.h"
 
@@ -86,7 +87,10 @@ void find_strange_primitives(const Netlist &netlist, int series, ProofReport &re
 
 void settle_claims(const Claims &claims, Circuit &circuit, const ProofOptions &options, ProofReport &report) {
   Decider decider{circuit.formulas};
+  Stage stage("claims settled", claims.list.size());
+  std::size_t settled = 0;
   for (const Claim &claim : claims.list) {
+    stage.set_done(settled++);
     Difference difference;
     if (!find_difference(decider, claim.actual, claim.wanted, difference)) continue;
     report.differences++;
@@ -113,11 +117,13 @@ bool prove_netlist(const cubenet::Design &design, const cubenet::CubeTable &cube
   Values values;
   Circuit circuit = make_circuit(netlist, meaning, values.formulas);
   Claims claims;
-  collect_claims(netlist_names(meaning, netlist, options.case_sensitive), values, circuit, claims);
+  during("making the equations",
+         [&] { collect_claims(netlist_names(meaning, netlist, options.case_sensitive), values, circuit, claims); });
   for (const std::string &fault : claims.faults) report.texts.push_back(fault + '\n');
   find_strange_primitives(netlist, options.series.value_or(cubenet::part_series(netlist.part)), report);
   settle_claims(claims, circuit, options, report);
-  if (options.abc && !ask_abc(values.formulas, claims.list, error)) report.texts.push_back("abc: " + error + '\n');
+  const auto ask = [&] { return ask_abc(values.formulas, claims.list, error); };
+  if (options.abc && !during("asking berkeley-abc", ask)) report.texts.push_back("abc: " + error + '\n');
   return report.texts.empty() && report.differences == 0;
 }
 

@@ -5,6 +5,7 @@
 
 #include "kit/command.h"
 #include "kit/nxf_parser.h"
+#include "kit/progress.h"
 #include "kit/prove.h"
 #include "kit/read_design.h"
 #include "model/run_settings.h"
@@ -23,7 +24,8 @@ int prove(const Arguments &arguments) {
   const std::string nxf = arguments.netlist.empty() ? arguments.design + ".nxf" : arguments.netlist;
   cubenet::CubeTable cubes;
   std::string messages;
-  const auto design = read_design(tt2, arguments.options.case_sensitive, cubes, messages);
+  const auto read = [&] { return read_design(tt2, arguments.options.case_sensitive, cubes, messages); };
+  const auto design = during("reading the truth table", read);
   if (design == nullptr) {
     std::cerr << messages;
     return kMisuse;

@@ -8,6 +8,7 @@
 #include "kit/export_output.h"
 #include "kit/graph_flow.h"
 #include "kit/nxf_parser.h"
+#include "kit/progress.h"
 #include "kit/sim.h"
 #include "kit/sim_vcd.h"
 #include "kit/sim_vectors.h"
@@ -54,22 +55,30 @@ void print_values(const VectorReader &reader, const Simulator &simulator) {
   print_columns(reader, driven, shown);
 }
 
-// Returns kNo at a row that does not settle.
-int run_rows(const Arguments &arguments, VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
-  print_names(reader);
-  if (waves != nullptr) write_wave_header(*waves);
+// Returns kNo at a row that does not settle, with the reason in the reader's error; kMisuse at a row that can't be
+// read.
+int step_rows(VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
+  Stage stage("rows simulated", 0, Printing::YES);
+  std::size_t rows = 0;
   while (read_row(reader)) {
     std::string restless;
     if (!step(simulator, reader.row, restless)) {
-      print_finding(std::cerr, arguments.vectors, {reader.line, "this row never settles: " + restless});
+      reader.error = {reader.line, "this row never settles: " + restless};
       return kNo;
     }
     print_values(reader, simulator);
     if (waves != nullptr) write_wave_row(*waves);
+    stage.set_done(++rows);
   }
-  if (reader.error.text.empty()) return kYes;
-  print_finding(std::cerr, arguments.vectors, reader.error);
-  return kMisuse;
+  return reader.error.text.empty() ? kYes : kMisuse;
+}
+
+int run_rows(const Arguments &arguments, VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
+  print_names(reader);
+  if (waves != nullptr) write_wave_header(*waves);
+  const int status = step_rows(reader, simulator, waves);
+  if (status != kYes) print_finding(std::cerr, arguments.vectors, reader.error);
+  return status;
 }
 
 int run_sim(const Arguments &arguments) {

@@ -42,7 +42,8 @@ void change_primitive(Mutator &mutator, Symbol &symbol, const char *other, const
   const std::uint32_t at = pin_of(mutator.netlist, symbol, pin);
   if (at == kNone) return;
   const PrimitiveIndex before = std::exchange(symbol.primitive, find_primitive(other));
-  const std::string_view name = std::exchange(mutator.netlist.pins[at].name, other_pin);
+  const std::string_view other_name = other_pin;
+  const PinName name = std::exchange(mutator.netlist.pins[at].name, PinName{&other_name});
   expect_objection(mutator, symbol, "another primitive");
   symbol.primitive = before;
   mutator.netlist.pins[at].name = name;

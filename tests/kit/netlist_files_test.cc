@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "kit/check.h"
+#include "kit/ddf_parser.h"
 #include "translate.h"
 
 namespace cubekit {
@@ -139,6 +140,46 @@ TEST(NetlistFiles, TellWhereTheDdfDiffers) {
   }
 }
 
+// A netlist of one input and one output with these statements between, as one text.
+std::string make_nxf(const std::string &nets, const std::string &symbols) {
+  return "NXF 11.0.5 L;\n\nSECTION HEADER;\nEND;\n\nSECTION DEVICE;\nEND;\n\nSECTION LOGICAL;\nXPIN a IN a;\n"
+         "XPIN y OUT y_PIN;\n\n" +
+         nets + symbols + "END;\n\nEND;\n\n";
+}
+
+// Searching the rest of the line for each of the latches on it would take hours.
+TEST(NetlistFiles, MayHoldAllLatchesOnOneLine) {
+  constexpr std::size_t kLatches = 1000000;
+  std::string text = "CELL: c;\n\n\nSYMBOLS:\n";
+  for (std::size_t i = 0; i < kLatches; i++) text += "XDL2: latch" + std::to_string(i) + '_';
+  text += "ENDSYMBOLS;\n\nNETS:\nENDNETS;\n\nENDCELL: c;\n";
+  DdfNetlist ddf;
+  Finding error;
+  const auto is_latch = [](std::string_view name) { return name.ends_with('_'); };
+  ASSERT_TRUE(parse_ddf(text, is_latch, ddf, error)) << error.text;
+  ASSERT_EQ(ddf.symbols.size(), kLatches);
+  EXPECT_EQ(ddf.symbols.back().instance, "latch999999_");
+  EXPECT_FALSE(parse_ddf(
+      text, [](std::string_view) { return false; }, ddf, error));
+}
+
+// Nets that list their pins in another order than the symbols have them, and symbols in another order than their nets.
+TEST(NetlistFiles, AreJoinedInAnyOrder) {
+  const std::string gates = "SYM OR2 g;\n\tPIN A0 IN b;\n\tPIN A1 IN a;\n\tPIN Z0 OUT y_PIN;\nEND;\n\n";
+  const std::string buffer = "SYM BUF h;\n\tPIN A0 IN a;\n\tPIN Z0 OUT b;\nEND;\n\n";
+  const std::string a = "NET a EXT DST g.A1 h.A0;\n", b = "NET b SRC h.Z0 DST g.A0;\n\n";
+  const std::string y = "NET y_PIN EXT SRC g.Z0;\n\n";
+  const std::string wrong_order = "f:13: net 'a': the destinations don't follow the symbols\n";
+  EXPECT_EQ(check_text(make_nxf(a + b + y, gates + buffer)), "");
+  EXPECT_EQ(check_text(make_nxf(a + b + y, buffer + gates)), wrong_order);
+  EXPECT_EQ(check_text(make_nxf(a + y + b, buffer + gates)), wrong_order);
+  // As above, but with a net that names one pin as its source and again as a destination.
+  EXPECT_EQ(check_text(make_nxf(a + "NET b SRC h.Z0 DST g.A0 h.Z0;\n\n" + y, gates + buffer)),
+            "f:14: net 'b' names 'h.Z0', which a net has named already\n");
+  EXPECT_EQ(check_text(make_nxf(a + "NET b SRC g.A0 DST h.Z0;\n\n" + y, gates + buffer)),
+            "f:14: net 'b' has a source that is no output\nf:14: net 'b' has a destination that is an output\n");
+}
+
 TEST(NetlistFiles, TellWhatIsWrongWithConstraints) {
   const std::vector<Edit> texts{
       {"a=b;\n", "", "f:1: the line stands in no section"},
@@ -153,13 +194,6 @@ TEST(NetlistFiles, TellWhatIsWrongWithConstraints) {
     const std::string found = findings_text(check_constraints(text.from));
     EXPECT_EQ(found, *text.finding == '\0' ? "" : std::string(text.finding) + '\n') << text.from;
   }
-}
-
-// A netlist of one input and one output with these statements between, as one text.
-std::string make_nxf(const std::string &nets, const std::string &symbols) {
-  return "NXF 11.0.5 L;\n\nSECTION HEADER;\nEND;\n\nSECTION DEVICE;\nEND;\n\nSECTION LOGICAL;\nXPIN a IN a;\n"
-         "XPIN y OUT y_PIN;\n\n" +
-         nets + symbols + "END;\n\nEND;\n\n";
 }
 
 std::string prove_text(const std::string &nxf) {

@@ -167,5 +167,16 @@ TEST(SimTest, WaveformsShowWhatIsPrintedAndAreTheSameOnEveryRun) {
   EXPECT_EQ(simulate(dir, "bus", vectors, "--vcd /dev/full").status, 2);
 }
 
+TEST(SimTest, WaveformsAreReadByTheToolsOfAViewer) {
+  if (run("command -v vcd2fst fst2vcd").status != 0) GTEST_SKIP() << "vcd2fst is not installed (gtkwave)";
+  TempDir dir;
+  ASSERT_TRUE(translate_example(dir, "bus", "-pla"));
+  simulate(dir, "bus", "clk rd wr d1 d0\n0010-\n00110\n101x0\n0100-\n", "--vcd waves.vcd");
+  const Outcome there_and_back =
+      run("cd " + dir.path.string() + " && vcd2fst waves.vcd waves.fst && fst2vcd waves.fst > back.vcd");
+  ASSERT_EQ(there_and_back.status, 0) << there_and_back.text;
+  EXPECT_EQ(read_waves(read_file(dir.file("back.vcd"))), read_waves(read_file(dir.file("waves.vcd"))));
+}
+
 } // namespace
 } // namespace cubekit

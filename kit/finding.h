@@ -1,0 +1,18 @@
+// What is found wrong with a file, and how it is told.
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <string>
+
+namespace cubekit {
+
+struct Finding {
+  std::size_t line = 0; // 0: the file as a whole
+  std::string text;
+};
+
+// "path:line: text" (or "path: text" for line 0) and a line end.
+void print_finding(std::ostream &stream, const std::string &path, const Finding &finding);
+
+} // namespace cubekit

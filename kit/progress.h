@@ -1,0 +1,32 @@
+// Tells on standard error, in one line that is rewritten in place, what a long run is at. Nothing is shown when
+// standard error is no terminal, nor within the first second of the process.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+namespace cubekit {
+
+enum class Printing : bool { NO, YES };
+
+// From its making to its end the program does what it says; one at a time. The line is wiped off at the end, so what is
+// printed in between would be torn: a stage that prints its results says so, and isn't shown when they go to a
+// terminal.
+class Stage {
+public:
+  // The text is a fixed one. `steps`: how many there are, 0 for not known.
+  explicit Stage(std::string_view what, std::size_t steps = 0, Printing printing = Printing::NO);
+  ~Stage();
+  Stage(const Stage &) = delete;
+  Stage &operator=(const Stage &) = delete;
+
+  void set_done(std::size_t steps);
+};
+
+// What the action gives, with the stage shown while it runs.
+template <typename Action> auto during(std::string_view what, const Action &action) {
+  const Stage stage(what);
+  return action();
+}
+
+} // namespace cubekit
