@@ -20,6 +20,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {"graph",   "draw DESIGN.nxf for Graphviz, or as SVG",                                   setup_graph},
     {"export",  "write DESIGN.nxf as BLIF, Verilog or JSON",                                 setup_export},
     {"sim",     "step DESIGN.nxf over input vectors",                                        setup_sim},
+    {"page",    "write a page about the design that a browser shows: DESIGN.html",           setup_page},
     {"stat",    "count what is in DESIGN.nxf",                                               setup_stat},
     {"dump",    "list the design database of DESIGN.tt2",                                    setup_dump},
     {"explain", "tell what a message number means, why it comes and what to do",             setup_explain},

@@ -41,6 +41,7 @@ std::function<int()> setup_graph(CLI::App &command);
 std::function<int()> setup_export(CLI::App &command);
 std::function<int()> setup_sim(CLI::App &command);
 std::function<int()> setup_stat(CLI::App &command);
+std::function<int()> setup_page(CLI::App &command);
 std::function<int()> setup_dump(CLI::App &command);
 
 } // namespace cubekit

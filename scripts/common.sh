@@ -33,6 +33,11 @@ install_packages() {
   quietly env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
+# want_packages GROUP...: the same for tests that are skipped without them.
+want_packages() {
+  (install_packages "$@") || echo "Tests that need them are skipped." >&2
+}
+
 # build PRESET TARGET CMAKE_OPTION...: configures build/PRESET and builds the target there.
 build() {
   local preset=$1 target=$2
