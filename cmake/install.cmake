@@ -1,0 +1,47 @@
+# Where everything goes on a user's machine, and the packages made of it: scripts/package builds them.
+include(GNUInstallDirs)
+
+install(TARGETS cubenet RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+set(manuals cubenet.1 tt2.5 nxf.5 ddf.5 tvx.5)
+set(completions cubenet)
+if(CUBENET_KIT)
+  install(TARGETS cubekit RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  list(APPEND manuals cubekit.1)
+  list(APPEND completions cubekit)
+endif()
+
+foreach(manual IN LISTS manuals)
+  string(REGEX REPLACE ".*\\." "" section ${manual})
+  install(FILES docs/man/${manual} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section})
+endforeach()
+foreach(program IN LISTS completions)
+  install(FILES scripts/completion/${program}.bash RENAME ${program}
+          DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES scripts/completion/_${program} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/vendor-completions)
+endforeach()
+install(FILES README.md CHANGELOG.md packaging/copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN man EXCLUDE)
+
+set(CPACK_PACKAGE_NAME cubenet)
+set(CPACK_PACKAGE_CONTACT "The cubenet maintainers <maintainers@cubenet.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "translator from PLA truth tables to gate-level netlists")
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_STRIP_FILES ON)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_GENERATOR DEB)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SECTION electronics)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "graphviz, berkeley-abc")
+set(CPACK_DEBIAN_PACKAGE_DESCRIPTION
+    "cubenet reads a programmable-logic design as a PLA truth table, checks its\n\
+design rules and writes it as netlists of flip-flops, latches, pads and\n\
+sums of products, with constraints for the fitter. Its companion cubekit\n\
+proves netlists against their truth tables, draws, simulates and exports\n\
+them.")
+# What a package of this system must look like: the times of all files are one, manuals and the list of changes packed.
+set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_SOURCE_DIR}/packaging/finish.cmake)
+set(CPACK_SOURCE_GENERATOR TGZ)
+set(CPACK_SOURCE_PACKAGE_FILE_NAME cubenet-${PROJECT_VERSION})
+set(CPACK_SOURCE_IGNORE_FILES "/\\\\.git/" "/build/" "\\\\.log$" "/__pycache__/")
+include(CPack)
