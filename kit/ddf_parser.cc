@@ -75,8 +75,8 @@ constexpr std::size_t kLongestPrimitive = 16;
 // Up to the next ": " of the line; npos when it has none.
 std::size_t distance_to_colon(DdfParser &parser, std::string_view behind) {
   if (parser.colon == nullptr || parser.colon < behind.data()) {
-    const std::size_t stop = std::min(behind.find(": "), behind.find('\n'));
-    parser.colon = behind.data() + std::min(stop, behind.size());
+    const std::string_view before = behind.substr(0, behind.find(": "));
+    parser.colon = before.data() + std::min(before.find('\n'), before.size());
   }
   const auto distance = static_cast<std::size_t>(parser.colon - behind.data());
   return distance < behind.size() && behind[distance] == ':' ? distance : std::string_view::npos;
