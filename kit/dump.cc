@@ -11,6 +11,7 @@
 #include "debug/dump.h"
 #include "kit/command.h"
 #include "kit/export_output.h"
+#include "kit/progress.h"
 #include "kit/read_design.h"
 #include "model/run_settings.h"
 
@@ -46,19 +47,21 @@ int run_dump(const Arguments &arguments) {
     cubenet::run_settings.part_flag = cubenet::part_series(arguments.part);
   }
   const std::string path = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
-  const auto design = read_design(path, arguments.case_sensitive, cubes, messages);
+  const auto read = [&] { return read_design(path, arguments.case_sensitive, cubes, messages); };
+  const auto design = during("reading the truth table", read);
   if (design == nullptr) {
     std::cerr << messages;
     return kMisuse;
   }
   // What is said of a legal design is of no interest here.
   messages.clear();
-  if (!check_design(*design, cubes, messages)) {
+  if (!during("checking the rules", [&] { return check_design(*design, cubes, messages); })) {
     std::cerr << messages;
     return kNo;
   }
   if (arguments.output.empty()) return print_listing(*design, cubes);
-  if (cubenet::dump_design(arguments.output, *design, cubes) == 0) return kYes;
+  const auto list = [&] { return cubenet::dump_design(arguments.output, *design, cubes); };
+  if (during("writing", list) == 0) return kYes;
   std::cerr << arguments.output << ": can't be written\n";
   return kMisuse;
 }

@@ -9,6 +9,7 @@
 #include "kit/graph.h"
 #include "kit/graph_flow.h"
 #include "kit/graphviz.h"
+#include "kit/progress.h"
 
 namespace cubekit {
 
@@ -28,7 +29,8 @@ int run_graph(const Arguments &arguments) {
     return kMisuse;
   }
   std::string svg, fault;
-  if (arguments.svg && !draw_svg(dot.view(), svg, fault)) {
+  const auto draw = [&] { return draw_svg(dot.view(), svg, fault); };
+  if (arguments.svg && !during("drawing", draw)) {
     std::cerr << "cubekit: " << fault << '\n';
     return kMisuse;
   }

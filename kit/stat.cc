@@ -13,6 +13,7 @@
 #include "kit/export_names.h"
 #include "kit/export_output.h"
 #include "kit/graph_flow.h"
+#include "kit/progress.h"
 
 namespace cubekit {
 
@@ -145,7 +146,7 @@ std::function<int()> setup_stat(CLI::App &command) {
   return [arguments] {
     Netlist netlist;
     if (!load_design(arguments->design, netlist, std::cerr)) return kMisuse;
-    const Statistics statistics = collect_statistics(netlist);
+    const Statistics statistics = during("counting", [&] { return collect_statistics(netlist); });
     return write_output("", [&](std::ostream &stream) {
       if (arguments->json)
         print_json(stream, statistics);
