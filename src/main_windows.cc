@@ -1,5 +1,6 @@
 // The program as Windows starts it: a process without windows inside a host. The host splits the command line, and all
 // console output goes through it; then the run.
+#include <algorithm>
 #include <array>
 #include <string>
 
@@ -19,10 +20,11 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   int count = 0;
   std::array<char *, kMostArguments> arguments{};
   HostSplitCommandLine(GetCommandLineA(), &count, arguments.data());
+  count = std::clamp(count, 0, kMostArguments); // of more arguments the host had no place to put
   HostRegisterInstance(instance);
   HostStart(count, arguments.data());
 
-  HostLibraryConsole console;
+  static HostLibraryConsole console;
   cubenet::set_host_console(&console);
   return cubenet::run_program(count, arguments.data());
 }

@@ -119,6 +119,7 @@ std::size_t first_literal(const CubeTable &cubes, const std::uint32_t *row) {
 
 void analyze_fan_out(Design &design, const CubeTable &cubes) {
   FanOut &fan_out = design.fan_out;
+  design.terms = {}; // listed anew from these counts
   fan_out.status.assign(design.OLB.size(), OUTPUT_LOGIC);
   fan_out.cubes.assign(design.OLB.size(), 0);
   fan_out.fans_out.assign(design.ILB.size(), 0);

@@ -164,7 +164,7 @@ void stop_messages() {
   if (log_descriptor >= 0) {
     write_log();
     unprotect_from_output(log_descriptor);
-    static_cast<void>(close_file(log_descriptor)); // as a full disk
+    static_cast<void>(close_file(log_descriptor)); // costs lines, never the run
     log_descriptor = -1;
   }
   if (withheld == nullptr) return;

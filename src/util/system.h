@@ -37,7 +37,7 @@ enum class OpenFor {
 [[nodiscard]] bool write_all(int descriptor, const char *text, std::size_t length);
 // Takes away what stands behind the first `size` bytes.
 [[nodiscard]] bool cut_file(int descriptor, std::uint64_t size);
-// Whether nothing has been written yet; true for what has no position either way: a pipe, for one.
+// Whether nothing has been written yet; false for what has no position: a pipe, for one.
 [[nodiscard]] bool is_at_start(int descriptor);
 // False when something written before is lost after all.
 [[nodiscard]] bool close_file(int descriptor);

@@ -39,7 +39,7 @@ bool write_all(int descriptor, const char *text, std::size_t length) {
 
 bool cut_file(int descriptor, std::uint64_t size) { return ftruncate(descriptor, static_cast<off_t>(size)) == 0; }
 
-bool is_at_start(int descriptor) { return lseek(descriptor, 0, SEEK_CUR) <= 0; }
+bool is_at_start(int descriptor) { return lseek(descriptor, 0, SEEK_CUR) == 0; }
 
 bool close_file(int descriptor) { return close(descriptor) == 0; }
 

@@ -57,7 +57,8 @@ bool file_status(int descriptor, FileStatus &status) {
   if (handle == INVALID_HANDLE_VALUE) return false;
   status = {};
   BY_HANDLE_FILE_INFORMATION found;
-  if (GetFileType(handle) != FILE_TYPE_DISK || GetFileInformationByHandle(handle, &found) == 0) return true;
+  if (GetFileType(handle) != FILE_TYPE_DISK) return true;
+  if (GetFileInformationByHandle(handle, &found) == 0) return false;
   status.is_directory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   status.is_regular = !status.is_directory;
   status.identity = {found.dwVolumeSerialNumber, std::uint64_t{found.nFileIndexHigh} << 32 | found.nFileIndexLow};
@@ -84,7 +85,7 @@ bool cut_file(int descriptor, std::uint64_t size) {
   return SetFileInformationByHandle(handle, FileEndOfFileInfo, &end, sizeof end) != 0;
 }
 
-bool is_at_start(int descriptor) { return _lseeki64(descriptor, 0, SEEK_CUR) <= 0; }
+bool is_at_start(int descriptor) { return _lseeki64(descriptor, 0, SEEK_CUR) == 0; }
 
 bool close_file(int descriptor) { return _close(descriptor) == 0; }
 

@@ -1,6 +1,7 @@
 // A host's console library for tests: prints to the standard output and, when the environment names a file in
 // HOSTIO6_RECORD, appends a line to it for every call. Splits a command line as most programs do: blanks separate
-// arguments, double quotes keep blanks, and a backslash before a quote makes it part of the argument.
+// arguments, double quotes keep blanks, and a backslash before a quote makes it part of the argument. Of more arguments
+// than there are pointers it tells the number, which a program must not believe.
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -40,9 +41,8 @@ std::vector<std::string> split(const std::string &line) {
 void HostSplitCommandLine(const char *command_line, int *count, char **arguments) {
   static std::vector<std::string> texts;
   texts = split(command_line);
-  if (texts.size() > kMostArguments) texts.resize(kMostArguments);
   *count = static_cast<int>(texts.size());
-  for (std::size_t i = 0; i < texts.size(); i++) arguments[i] = texts[i].data();
+  for (std::size_t i = 0; i < texts.size() && i < kMostArguments; i++) arguments[i] = texts[i].data();
   record("8");
 }
 
@@ -68,6 +68,6 @@ int HostPrint(const char *format, ...) {
   va_end(values);
   DWORD written = 0;
   WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), text.data(), static_cast<DWORD>(length), &written, nullptr);
-  record(std::string("3 ") + format);
+  record(std::string("3 ") + format + " " + std::to_string(length));
   return length;
 }
