@@ -47,6 +47,20 @@ int print_help(const std::vector<Registered> &registered, const CLI::App &app, c
   return kMisuse;
 }
 
+// The status of an action, unless memory ran out or its output was lost.
+int finish(const std::function<int()> &action) {
+  int status = kMisuse;
+  try {
+    status = action();
+  } catch (const std::bad_alloc &) {
+    std::cerr << "cubekit: there is not enough memory\n";
+    return kMisuse;
+  }
+  if (std::cout.flush() || status == kMisuse) return status;
+  std::cerr << "standard output: can't be written\n";
+  return kMisuse;
+}
+
 } // namespace
 
 std::span<const Command> commands() { return kCommands; }
@@ -66,11 +80,11 @@ int run_cubekit(int argc, const char *const *argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError &error) {
-    return app.exit(error, std::cout, std::cerr) == 0 ? kYes : kMisuse;
+    return finish([&] { return app.exit(error, std::cout, std::cerr) == 0 ? kYes : kMisuse; });
   }
-  if (help->parsed()) return print_help(registered, app, topic);
+  if (help->parsed()) return finish([&] { return print_help(registered, app, topic); });
   for (const Registered &command : registered)
-    if (command.app->parsed()) return command.action();
+    if (command.app->parsed()) return finish(command.action);
   return kMisuse;
 }
 

@@ -27,8 +27,8 @@ void write_verilog_parts(std::ostream &stream, const Netlist &netlist, const std
 int run_export(const Arguments &arguments) {
   Netlist netlist;
   if (!load_design(arguments.design, netlist, std::cerr)) return kMisuse;
-  const Stage stage("writing", 0, arguments.output.empty() ? Printing::YES : Printing::NO);
   return write_output(arguments.output, [&](std::ostream &stream) {
+    const Stage stage("writing", 0, arguments.output.empty() ? Printing::YES : Printing::NO);
     if (arguments.format == "blif")
       write_blif(stream, netlist);
     else if (arguments.format == "json")

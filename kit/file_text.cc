@@ -11,11 +11,13 @@
 #include <cstring>
 #include <new>
 #include <ostream>
+#include <utility>
 
 namespace cubekit {
 
 namespace {
 
+constexpr std::size_t kBlock = std::size_t{64} << 10;
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
 // Large texts lie on large pages where the system has them: setting up small ones takes longer than reading the file.
@@ -50,11 +52,17 @@ bool read_file(const std::string &path, FileText &text, Finding &error) {
     if (descriptor >= 0) ::close(descriptor);
     return false;
   }
-  text = FileText(static_cast<std::size_t>(status.st_size));
+  // One byte more than there seem to be, so that the end is seen; what has no size, as a pipe, is read by blocks.
+  text = FileText(S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) + 1 : kBlock);
   std::size_t used = 0;
   ssize_t got = 0;
-  while (used < text.size() && (got = ::read(descriptor, text.data() + used, text.size() - used)) > 0)
+  while ((got = ::read(descriptor, text.data() + used, text.size() - used)) > 0) {
     used += static_cast<std::size_t>(got);
+    if (used < text.size()) continue;
+    FileText larger(2 * used);
+    std::memcpy(larger.data(), text.data(), used);
+    text = std::move(larger);
+  }
   if (got < 0) error = {0, std::strerror(errno)};
   ::close(descriptor);
   text.end_at(used);

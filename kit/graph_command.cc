@@ -24,7 +24,8 @@ int run_graph(const Arguments &arguments) {
   Netlist netlist;
   if (!load_design(arguments.design, netlist, std::cerr)) return kMisuse;
   std::ostringstream dot;
-  if (!write_dot(dot, netlist, arguments.signal)) {
+  const auto describe = [&] { return write_dot(dot, netlist, arguments.signal); };
+  if (!during("describing the picture", describe)) {
     std::cerr << arguments.design << ".nxf: there is no signal '" << arguments.signal << "'\n";
     return kMisuse;
   }

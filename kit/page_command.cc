@@ -62,8 +62,10 @@ void gather_design(const Arguments &arguments, Sources &sources, PageContents &c
   contents.pins = sources.design->pin_names;
   contents.nodes = sources.design->node_names;
   std::string fault; // is among the messages of the checker
-  if (!make_meaning(*sources.design, sources.cubes, contents.meaning, fault)) contents.meaning = {};
-  contents.legal = check_design(*sources.design, sources.cubes, contents.messages);
+  const auto make = [&] { return make_meaning(*sources.design, sources.cubes, contents.meaning, fault); };
+  if (!during("making the equations", make)) contents.meaning = {};
+  const auto check = [&] { return check_design(*sources.design, sources.cubes, contents.messages); };
+  contents.legal = during("checking the rules", check);
 }
 
 void draw(PageContents &contents, const PageLimits &limits) {
@@ -93,8 +95,10 @@ int run_page(const Arguments &arguments) {
   }
   draw(contents, limits);
   const std::string output = arguments.output.empty() ? arguments.design + ".html" : arguments.output;
-  const int status =
-      write_output(output == "-" ? "" : output, [&](std::ostream &stream) { write_page(stream, contents, limits); });
+  const int status = write_output(output == "-" ? "" : output, [&](std::ostream &stream) {
+    const Stage stage("writing the page", 0, output == "-" ? Printing::YES : Printing::NO);
+    write_page(stream, contents, limits);
+  });
   return status != kYes ? status : contents.legal && contents.netlist != nullptr ? kYes : kNo;
 }
 

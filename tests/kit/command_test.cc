@@ -63,5 +63,23 @@ TEST(Command, EndsWithTheStatusOfItsAnswerAndSpeaksOnTheRightStream) {
   }
 }
 
+TEST(Command, NeverCallsLostOutputOrAFileThatDoesNotFitASuccess) {
+  const cubenet::WorkingDir directory;
+  cubenet::write_file("c.tt2", cubenet::read_file(PROJECT_DIR "/examples/counter/counter.tt2"));
+  ASSERT_EQ(std::system(CUBENET_PROGRAM " -b c >/dev/null"), 0);
+  const auto status_of = [](const std::string &arguments) {
+    return WEXITSTATUS(
+        std::system(("ASAN_OPTIONS=allocator_may_return_null=1 " CUBEKIT_PROGRAM " " + arguments).c_str()));
+  };
+  for (const char *command : {"check c", "prove c", "explain 31301", "help prove", "--help", "stat c", "export json c"})
+    EXPECT_EQ(status_of(std::string(command) + " >/dev/full 2>/dev/null"), 2) << command;
+  ASSERT_EQ(std::system("truncate -s 100G huge.nxf"), 0);
+  EXPECT_EQ(status_of("stat huge 2>err"), 2);
+  EXPECT_NE(cubenet::read_file("err").find("not enough memory"), std::string::npos);
+  EXPECT_EQ(status_of("prove c --nxf /dev/stdin <c.nxf >out"), 0);
+  ASSERT_EQ(std::system("mkfifo pipe && { cat c.nxf >pipe & }"), 0);
+  EXPECT_EQ(status_of("prove c --nxf pipe >out"), 0);
+}
+
 } // namespace
 } // namespace cubekit

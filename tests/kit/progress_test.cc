@@ -33,7 +33,7 @@ Simulation start_sim(int standard_error) {
     ::execl(CUBEKIT_PROGRAM, "cubekit", "sim", "counter", "--vectors", "vectors", nullptr);
     ::_exit(99);
   }
-  const Simulation run{child, ::open("vectors", O_WRONLY | O_CLOEXEC)};
+  const Simulation run{child, ::open("vectors", O_RDWR | O_CLOEXEC)};
   const std::string columns = "clk\n";
   EXPECT_EQ(::write(run.vectors, columns.data(), columns.size()), 4);
   return run;
