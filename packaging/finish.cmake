@@ -2,8 +2,9 @@
 if(CPACK_GENERATOR STREQUAL "DEB")
   set(root ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
   file(GLOB manuals ${root}/usr/share/man/man*/*)
-  file(COPY ${CMAKE_CURRENT_LIST_DIR}/changelog DESTINATION ${root}/usr/share/doc/cubenet)
-  file(COPY ${CMAKE_CURRENT_LIST_DIR}/lintian-overrides DESTINATION ${root}/usr/share/lintian/overrides)
+  set(permissions FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ) # whatever those of the sources are
+  file(COPY ${CMAKE_CURRENT_LIST_DIR}/changelog DESTINATION ${root}/usr/share/doc/cubenet ${permissions})
+  file(COPY ${CMAKE_CURRENT_LIST_DIR}/lintian-overrides DESTINATION ${root}/usr/share/lintian/overrides ${permissions})
   file(RENAME ${root}/usr/share/lintian/overrides/lintian-overrides ${root}/usr/share/lintian/overrides/cubenet)
   foreach(file IN LISTS manuals ITEMS ${root}/usr/share/doc/cubenet/changelog)
     execute_process(COMMAND gzip -9n ${file} COMMAND_ERROR_IS_FATAL ANY)
