@@ -25,8 +25,6 @@ void report(Comparison &comparison, std::size_t line, std::string text) {
   comparison.findings.push_back({line, std::move(text)});
 }
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
-
 // The name without a leading "_PLA<n>_"; empty when it has none.
 std::string_view strip(std::string_view name) {
   if (!name.starts_with("_PLA")) return {};
@@ -64,22 +62,24 @@ template <typename Find> std::uint32_t find_renamed(const Find &find, std::strin
   return found == kNone ? find(name, true) : found;
 }
 
-SymbolIndex find_listed(Comparison &comparison, std::string_view instance) {
-  const auto find = [&](std::string_view name, bool stripped) {
-    if (!stripped) return find_symbol(comparison.netlist, name);
+// `find_exact` looks among the names as they are; `stripped_names` is one of the comparison's indices.
+template <typename FindExact>
+std::uint32_t find_in_netlist(Comparison &comparison, const NameIndex &stripped_names, const FindExact &find_exact,
+                              std::string_view name) {
+  const auto find = [&](std::string_view sought, bool stripped) {
+    if (!stripped) return find_exact(comparison.netlist, sought);
     index_stripped_names(comparison);
-    return find_name(comparison.stripped_symbols, name);
+    return find_name(stripped_names, sought);
   };
-  return find_renamed(find, instance, comparison.guarded_first);
+  return find_renamed(find, name, comparison.guarded_first);
+}
+
+SymbolIndex find_listed(Comparison &comparison, std::string_view instance) {
+  return find_in_netlist(comparison, comparison.stripped_symbols, find_symbol, instance);
 }
 
 NetIndex find_listed_net(Comparison &comparison, std::string_view net) {
-  const auto find = [&](std::string_view name, bool stripped) {
-    if (!stripped) return find_net(comparison.netlist, name);
-    index_stripped_names(comparison);
-    return find_name(comparison.stripped_nets, name);
-  };
-  return find_renamed(find, net, comparison.guarded_first);
+  return find_in_netlist(comparison, comparison.stripped_nets, find_net, net);
 }
 
 void compare_ports(Comparison &comparison, const char *label, Direction direction,

@@ -13,7 +13,6 @@
 #include "kit/export_output.h"
 #include "kit/progress.h"
 #include "kit/read_design.h"
-#include "model/run_settings.h"
 
 namespace cubekit {
 
@@ -42,10 +41,7 @@ int print_listing(const cubenet::Design &design, const cubenet::CubeTable &cubes
 int run_dump(const Arguments &arguments) {
   cubenet::CubeTable cubes;
   std::string messages;
-  if (!arguments.part.empty()) {
-    cubenet::run_settings.part_name = arguments.part;
-    cubenet::run_settings.part_flag = cubenet::part_series(arguments.part);
-  }
+  choose_part(arguments.part);
   const std::string path = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
   const auto read = [&] { return read_design(path, arguments.case_sensitive, cubes, messages); };
   const auto design = during("reading the truth table", read);

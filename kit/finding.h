@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 namespace cubekit {
 
@@ -11,6 +12,9 @@ struct Finding {
   std::size_t line = 0; // 0: the file as a whole
   std::string text;
 };
+
+// A name in such a text.
+inline std::string quoted(std::string_view name) { return "'" + std::string(name) + "'"; }
 
 // "path:line: text" (or "path: text" for line 0) and a line end.
 void print_finding(std::ostream &stream, const std::string &path, const Finding &finding);

@@ -11,20 +11,13 @@
 #include <cerrno>
 #include <cstring>
 
+#include "util/system.h"
+
 extern char **environ;
 
 namespace cubekit {
 
 namespace {
-
-bool write_whole(int descriptor, std::string_view text) {
-  while (!text.empty()) {
-    const ssize_t written = ::write(descriptor, text.data(), text.size());
-    if (written <= 0 && errno != EINTR) return false;
-    if (written > 0) text.remove_prefix(static_cast<std::size_t>(written));
-  }
-  return ::lseek(descriptor, 0, SEEK_SET) == 0;
-}
 
 bool read_whole(int descriptor, std::string &text) {
   std::array<char, 65536> block;
@@ -66,7 +59,7 @@ bool draw_svg(std::string_view dot, std::string &svg, std::string &fault) {
   const int input = ::memfd_create("graph", MFD_CLOEXEC);
   const int output = ::memfd_create("drawing", MFD_CLOEXEC);
   bool drawn = false;
-  if (input < 0 || output < 0 || !write_whole(input, dot))
+  if (input < 0 || output < 0 || !cubenet::write_all(input, dot.data(), dot.size()) || ::lseek(input, 0, SEEK_SET) != 0)
     fault = std::string("the drawing can't be handed to 'dot': ") + std::strerror(errno);
   else
     drawn = run_dot(input, output, fault) && read_whole(output, svg);

@@ -11,8 +11,6 @@ namespace cubekit {
 
 namespace {
 
-std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
-
 void add_fault(Netlist &netlist, std::size_t line, std::string text) {
   netlist.faults.push_back({line, std::move(text)});
 }

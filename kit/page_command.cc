@@ -13,7 +13,6 @@
 #include "kit/page.h"
 #include "kit/progress.h"
 #include "kit/read_design.h"
-#include "model/run_settings.h"
 
 namespace cubekit {
 
@@ -34,10 +33,7 @@ struct Sources {
 
 void read_for_part(const std::string &part, const std::string &path, const Arguments &arguments, Sources &sources,
                    PageContents &contents) {
-  if (!part.empty()) {
-    cubenet::run_settings.part_name = part;
-    cubenet::run_settings.part_flag = cubenet::part_series(part);
-  }
+  choose_part(part);
   cubenet::release_cubes(sources.cubes);
   const auto read = [&] { return read_design(path, arguments.case_sensitive, sources.cubes, contents.messages); };
   sources.design = during("reading the truth table", read);

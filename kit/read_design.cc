@@ -28,6 +28,12 @@ struct CaughtConsole : cubenet::HostConsole {
 
 } // namespace
 
+void choose_part(const std::string &part) {
+  if (part.empty()) return;
+  cubenet::run_settings.part_name = part;
+  cubenet::run_settings.part_flag = cubenet::part_series(part);
+}
+
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
                                              std::string &messages) {
   std::FILE *file = std::fopen(path.c_str(), "rb");

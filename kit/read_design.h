@@ -9,6 +9,9 @@
 
 namespace cubekit {
 
+// Has tables read from then on for that part, whatever they name; an empty name changes nothing.
+void choose_part(const std::string &part);
+
 // Reads a truth table. nullptr when that fails. `messages` becomes what the reader had to say.
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
                                              std::string &messages);
