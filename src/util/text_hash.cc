@@ -2,7 +2,7 @@
 // both secret.
 #include "util/text_hash.h"
 
-#include <array>
+#include <bit>
 #include <cstring>
 
 #include "util/system.h"
@@ -19,25 +19,6 @@ std::array<std::uint64_t, 2> make_seed() {
   return bytes;
 }
 
-const std::array<std::uint64_t, 2> seed = make_seed();
-
-#ifdef __SIZEOF_INT128__
-std::uint64_t join_product(std::uint64_t a, std::uint64_t b) {
-  __extension__ typedef unsigned __int128 Wide;
-  const Wide product = static_cast<Wide>(a) * b;
-  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
-}
-#else
-// The same from four products of halves, for machines of 32 bits.
-std::uint64_t join_product(std::uint64_t a, std::uint64_t b) {
-  const std::uint64_t a_low = a & 0xffffffffU, a_high = a >> 32, b_low = b & 0xffffffffU, b_high = b >> 32;
-  const std::uint64_t middle = a_high * b_low + (a_low * b_low >> 32), other = a_low * b_high + (middle & 0xffffffffU);
-  return a * b ^ (a_high * b_high + (middle >> 32) + (other >> 32));
-}
-#endif
-
-std::uint64_t mix(std::uint64_t state, std::uint64_t word) { return join_product(state ^ word, seed[1]); }
-
 std::uint64_t keep_case(std::uint64_t word) { return word; }
 
 // Turns the bytes 'A' to 'Z' into lower case, all eight at once.
@@ -48,19 +29,45 @@ std::uint64_t fold_case(std::uint64_t word) {
   return word | ((from_a ^ past_z) & ~word & kHigh) >> 2;
 }
 
-template <std::uint64_t fold(std::uint64_t)> std::uint64_t hash(std::string_view text) {
-  std::uint64_t state = mix(seed[0], text.size());
+template <typename Word> Word load(const char *at) {
+  Word word = 0;
+  std::memcpy(&word, at, sizeof word);
+  return word;
+}
+
+// The last bytes of the text behind whole words of eight, filled up with zeros. Copying a few bytes, by a number that
+// isn't known before, takes longer than all the rest.
+std::uint64_t load_tail(std::string_view text) {
+  const std::size_t size = text.size() % 8;
+  const char *at = text.data() + text.size() - size;
   std::uint64_t word = 0;
-  for (; text.size() >= sizeof word; text.remove_prefix(sizeof word)) {
-    std::memcpy(&word, text.data(), sizeof word);
-    state = mix(state, fold(word));
+  if (std::endian::native != std::endian::little) {
+    if (size > 0) std::memcpy(&word, at, size);
+  } else if (size >= 4) {
+    word = load<std::uint32_t>(at) | std::uint64_t{load<std::uint32_t>(at + size - 4)} << 8 * (size - 4);
+  } else if (size > 0) {
+    const auto byte = [&](std::size_t i) { return std::uint64_t{load<std::uint8_t>(at + i)} << 8 * i; };
+    word = byte(0) | byte(size / 2) | byte(size - 1);
   }
-  word = 0;
-  if (!text.empty()) std::memcpy(&word, text.data(), text.size());
-  return mix(mix(state, fold(word)), seed[0]);
+  return word;
+}
+
+template <std::uint64_t fold(std::uint64_t)> std::uint64_t hash(std::string_view text) {
+  TextHasher hasher;
+  for (std::size_t at = 0; at + 8 <= text.size(); at += 8) hasher.add(fold(load<std::uint64_t>(text.data() + at)));
+  hasher.add(fold(load_tail(text)));
+  return hasher.finish(text.size());
 }
 
 } // namespace
+
+const std::array<std::uint64_t, 2> hash_seed = make_seed();
+
+std::uint64_t join_product_by_halves(std::uint64_t a, std::uint64_t b) {
+  const std::uint64_t a_low = a & 0xffffffffU, a_high = a >> 32, b_low = b & 0xffffffffU, b_high = b >> 32;
+  const std::uint64_t middle = a_high * b_low + (a_low * b_low >> 32), other = a_low * b_high + (middle & 0xffffffffU);
+  return a * b ^ (a_high * b_high + (middle >> 32) + (other >> 32));
+}
 
 std::uint64_t hash_text(std::string_view text) { return hash<keep_case>(text); }
 

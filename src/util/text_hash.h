@@ -2,6 +2,7 @@
 // lookups all meet; nothing that is written may therefore depend on the order of such an index.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -15,6 +16,33 @@ namespace cubenet {
 std::uint64_t hash_text(std::string_view text);
 std::uint64_t
 hash_text_ignoring_case(std::string_view text); // equal for texts that differ in the case of ASCII letters
+
+// The two halves of a product of 128 bits, joined by exclusive or. The second form needs no wider type than its own.
+std::uint64_t join_product_by_halves(std::uint64_t a, std::uint64_t b);
+inline std::uint64_t join_product(std::uint64_t a, std::uint64_t b) {
+#ifdef __SIZEOF_INT128__
+  __extension__ typedef unsigned __int128 Wide;
+  const Wide product = static_cast<Wide>(a) * b;
+  return static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+#else
+  return join_product_by_halves(a, b);
+#endif
+}
+
+extern const std::array<std::uint64_t, 2> hash_seed;
+
+// hash_text for whoever walks over the text anyway: the words of eight bytes go in as they lie in memory, the last one,
+// of seven bytes at most and perhaps of none, filled up with zeros.
+class TextHasher {
+public:
+  void add(std::uint64_t word) { state_ = join_product(state_ ^ word, hash_seed[1]); }
+  std::uint64_t finish(std::size_t text_size) const {
+    return join_product(state_ ^ hash_seed[0] ^ text_size, hash_seed[1]);
+  }
+
+private:
+  std::uint64_t state_ = hash_seed[0];
+};
 
 // For the standard containers, which can then look up a view among strings. Not noexcept: they keep the hash of each
 // entry for that.
