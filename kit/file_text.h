@@ -1,5 +1,5 @@
 // The bytes of a file in memory. Behind them stand kPadding line ends that don't count, so that whoever looks for the
-// end of a word may load eight bytes wherever the text has one.
+// end of a word finds one, and may load kPadding bytes wherever the text has one.
 #pragma once
 
 #include <algorithm>
@@ -12,9 +12,14 @@
 
 namespace cubekit {
 
+struct FreeText {
+  std::size_t mapped = 0; // bytes, from the start; 0: allocated
+  void operator()(char *bytes) const;
+};
+
 class FileText {
 public:
-  static constexpr std::size_t kPadding = 8;
+  static constexpr std::size_t kPadding = 32;
 
   FileText() = default;
   // Room for that many bytes, not yet filled.
@@ -33,15 +38,17 @@ public:
   // The text ends there, at or before its former end.
   void end_at(std::size_t size);
 
+  // The first bytes of an open file, as many as it has. None, with a size of 0, where the system can't do that. The
+  // process ends with status 2 when the file is cut short before they are used.
+  static FileText map(int descriptor, std::size_t size);
+
 private:
-  struct Free {
-    void operator()(char *bytes) const;
-  };
-  std::unique_ptr<char[], Free> bytes_;
+  FileText(char *bytes, std::size_t size, FreeText how) : bytes_(bytes, how), size_(size) {}
+  std::unique_ptr<char[], FreeText> bytes_;
   std::size_t size_ = 0;
 };
 
-// Reads a whole file. False when that can't be done, with the reason in `error`.
+// Reads a whole file, or maps it when it is large. False when that can't be done, with the reason in `error`.
 [[nodiscard]] bool read_file(const std::string &path, FileText &text, Finding &error);
 
 } // namespace cubekit

@@ -1,0 +1,50 @@
+// Files in memory: read, mapped, and cut short while they are used.
+#include "kit/file_text.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "support/temp_dir.h"
+
+namespace cubekit {
+namespace {
+
+constexpr std::size_t kMapped = std::size_t{1} << 20; // files of this size are; it is a multiple of any page's
+
+std::string make_content(std::size_t size) {
+  std::string content;
+  for (std::size_t i = 0; content.size() < size; i++) content += std::to_string(i) + ' ';
+  return content.substr(0, size);
+}
+
+TEST(FileTexts, HaveLineEndsBehindThem) {
+  const cubenet::WorkingDir directory;
+  for (const std::size_t size : {std::size_t{0}, std::size_t{100}, kMapped - 1, kMapped, kMapped + 1}) {
+    const std::string content = make_content(size);
+    cubenet::write_file("f", content);
+    FileText text;
+    Finding error;
+    ASSERT_TRUE(read_file("f", text, error)) << error.text;
+    EXPECT_TRUE(text.view() == content) << size;
+    EXPECT_EQ(std::string(text.data() + size, FileText::kPadding), std::string(FileText::kPadding, '\n')) << size;
+    EXPECT_TRUE(cubenet::read_file("f") == content) << size;
+  }
+}
+
+TEST(FileTexts, EndTheProgramWhenTheyAreCutShort) {
+  const cubenet::WorkingDir directory;
+  cubenet::write_file("f", make_content(2 * kMapped));
+  const auto use_cut_file = [] {
+    FileText text;
+    Finding error;
+    if (!read_file("f", text, error)) return;
+    std::filesystem::resize_file("f", kMapped);
+    const volatile char *bytes = text.data();
+    static_cast<void>(bytes[kMapped + kMapped / 2]);
+  };
+  EXPECT_EXIT(use_cut_file(), testing::ExitedWithCode(2), "a file was cut short while it was read");
+}
+
+} // namespace
+} // namespace cubekit
