@@ -13,24 +13,26 @@ struct Checker {
   const Netlist &netlist;
   int series;
   std::vector<Finding> &findings;
+  std::vector<std::uint8_t> fitting{}; // of a kind: its pins are those of the primitive
 };
 
 void report(Checker &checker, std::size_t line, std::string text) {
   checker.findings.push_back({line, std::move(text)});
 }
 
-std::string named(const Symbol &symbol) {
-  return std::string(symbol.primitive_text) + ' ' + std::string(symbol.instance);
+std::string named(const Checker &checker, const Symbol &symbol) {
+  return std::string(primitive_text(checker.netlist, symbol)) + ' ' + std::string(symbol.instance);
 }
 
 // The pins behind the numbered ones, in the order of the primitive's row.
-bool has_listed_pins(const Netlist &netlist, const Symbol &symbol, std::uint32_t first) {
-  const PrimitiveRow &primitive = primitive_of(symbol);
-  const std::uint32_t end = symbol.first_pin + symbol.pin_count;
-  std::uint32_t at = symbol.first_pin + first;
+bool has_listed_pins(const Netlist &netlist, const SymbolKind &kind) {
+  const PrimitiveRow &primitive = kPrimitives[kind.primitive];
+  const std::uint32_t end = kind.first_pin + kind.pin_count;
+  std::uint32_t at = kind.first_pin + kind.width;
   for (const PinRow &row : primitive.pins) {
     if (row.name.empty()) break;
-    const bool there = at < end && netlist.pins[at].name == row.name && netlist.pins[at].direction == row.direction;
+    const bool there =
+        at < end && name_of(netlist, netlist.pins[at]) == row.name && netlist.pins[at].direction == row.direction;
     if (there)
       at++;
     else if (!row.optional)
@@ -39,38 +41,41 @@ bool has_listed_pins(const Netlist &netlist, const Symbol &symbol, std::uint32_t
   return at == end;
 }
 
-bool has_numbered_pins(const Netlist &netlist, const Symbol &symbol) {
-  if (symbol.pin_count < symbol.width) return false;
-  for (std::uint32_t i = 0; i < symbol.width; i++) {
-    const Pin &pin = netlist.pins[symbol.first_pin + i];
-    if (pin.direction != Direction::IN || i >= netlist.input_names.size() ||
-        pin.name.text != netlist.input_names[i].text)
-      return false;
+bool has_numbered_pins(const Netlist &netlist, const SymbolKind &kind) {
+  if (kind.pin_count < kind.width) return false;
+  for (std::uint32_t i = 0; i < kind.width; i++) {
+    const Pin &pin = netlist.pins[kind.first_pin + i];
+    if (pin.direction != Direction::IN || !is_numbered(name_of(netlist, pin), i)) return false;
   }
   return true;
+}
+
+bool has_fitting_pins(const Netlist &netlist, const SymbolKind &kind) {
+  const PrimitiveRow &primitive = kPrimitives[kind.primitive];
+  const std::uint32_t least = primitive.width_in_name ? 2 : primitive.numbered ? 1 : 0;
+  return kind.width >= least && has_numbered_pins(netlist, kind) && has_listed_pins(netlist, kind) &&
+         (primitive.function != Function::XOR || kind.pin_count == 3);
 }
 
 void check_symbol(Checker &checker, const Symbol &symbol) {
   const PrimitiveRow &primitive = primitive_of(symbol);
   if (primitive.function == Function::MACRO) {
     if (!symbol.hard)
-      report(checker, symbol.line, "the library has no primitive " + std::string(symbol.primitive_text));
+      report(checker, symbol.line,
+             "the library has no primitive " + std::string(primitive_text(checker.netlist, symbol)));
     return;
   }
   if (checker.series < primitive.min_series || checker.series > primitive.max_series)
-    report(checker, symbol.line, named(symbol) + ": devices of this series have no such primitive");
-  const std::uint32_t least = primitive.width_in_name ? 2 : primitive.numbered ? 1 : 0;
-  if (symbol.width < least || !has_numbered_pins(checker.netlist, symbol) ||
-      !has_listed_pins(checker.netlist, symbol, symbol.width))
-    report(checker, symbol.line, named(symbol) + ": the pins are not those of the primitive");
-  if (primitive.function == Function::XOR && symbol.pin_count != 3)
-    report(checker, symbol.line, named(symbol) + ": the pins are not those of the primitive");
+    report(checker, symbol.line, named(checker, symbol) + ": devices of this series have no such primitive");
+  if (checker.fitting[symbol.kind] == 0)
+    report(checker, symbol.line, named(checker, symbol) + ": the pins are not those of the primitive");
   if (primitive.function == Function::TABLE) {
-    if (symbol.protect) report(checker, symbol.line, named(symbol) + ": a block can't be protected");
+    if (symbol.protect) report(checker, symbol.line, named(checker, symbol) + ": a block can't be protected");
     if ((primitive.name == "PLA") == symbol.rows.empty())
-      report(checker, symbol.line, named(symbol) + (symbol.rows.empty() ? ": there are no rows" : ": rows in a ZDOT"));
+      report(checker, symbol.line,
+             named(checker, symbol) + (symbol.rows.empty() ? ": there are no rows" : ": rows in a ZDOT"));
   } else if (!symbol.rows.empty()) {
-    report(checker, symbol.line, named(symbol) + ": only a PLA has rows");
+    report(checker, symbol.line, named(checker, symbol) + ": only a PLA has rows");
   }
 }
 
@@ -83,7 +88,7 @@ void check_net(Checker &checker, const Net &net) {
   if (constant && !net.rail) report(checker, net.line, net_text(net) + " is a constant and can't have a source");
   if (net.has_source && net.source.pin != kNone && netlist.pins[net.source.pin].direction != Direction::OUT)
     report(checker, net.line, net_text(net) + " has a source that is no output");
-  if (net.in_order) return;
+  if (netlist.destinations.empty()) return; // the pins are in order
   SymbolIndex last = 0;
   for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++) {
     const EndPoint &end = netlist.destinations[d];
@@ -116,6 +121,7 @@ void check_external_pins(Checker &checker) {
 std::vector<Finding> check_netlist(const Netlist &netlist) {
   std::vector<Finding> findings = netlist.faults;
   Checker checker{netlist, cubenet::part_series(netlist.part), findings};
+  for (const SymbolKind &kind : netlist.kinds) checker.fitting.push_back(has_fitting_pins(netlist, kind) ? 1 : 0);
   for (const Symbol &symbol : netlist.symbols) check_symbol(checker, symbol);
   for (const Net &net : netlist.nets) check_net(checker, net);
   check_external_pins(checker);

@@ -17,8 +17,10 @@ struct Comparison {
   bool guarded_first; // a name that could have stayed or been guarded is taken to have been guarded
   bool stripped_known = false;
   NameIndex stripped_nets{}, stripped_symbols{}; // "_PLA<n>_" taken off
-  std::vector<std::uint8_t> symbol_listed{}, net_listed{}, pin_named{};
-  std::vector<std::uint32_t> listed_pins{}; // of a net: pins of listed symbols
+  std::vector<std::uint8_t> symbol_listed{}, net_listed{};
+  std::vector<bool> pin_named{};
+  std::vector<std::uint32_t> listed_pins{};                     // of a net: pins of listed symbols
+  std::vector<std::pair<NetIndex, const DdfNet *>> open_nets{}; // whose lines don't name all such pins
 };
 
 void report(Comparison &comparison, std::size_t line, std::string text) {
@@ -109,9 +111,10 @@ void compare_symbols(Comparison &comparison) {
       report(comparison, symbol.line, "the .nxf has no symbol " + quoted(symbol.instance));
       continue;
     }
-    if (netlist.symbols[found].primitive_text != symbol.primitive)
+    if (primitive_text(netlist, netlist.symbols[found]) != symbol.primitive)
       report(comparison, symbol.line,
-             quoted(symbol.instance) + " is " + std::string(netlist.symbols[found].primitive_text) + " in the .nxf");
+             quoted(symbol.instance) + " is " + std::string(primitive_text(netlist, netlist.symbols[found])) +
+                 " in the .nxf");
     if (comparison.symbol_listed[found]++ != 0)
       report(comparison, symbol.line, quoted(symbol.instance) + " is listed twice");
     first_listed = std::min(first_listed, found);
@@ -172,16 +175,31 @@ void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
   std::uint32_t open = comparison.listed_pins[index] - (is_listed(comparison, net.source) ? 1 : 0);
   for (; at < end; at++) {
     const EndPoint point = find_end(comparison, comparison.ddf.items[at]);
-    if (point.pin == kNone || netlist.pins[point.pin].net != index || comparison.pin_named[point.pin]++ != 0)
+    if (point.pin == kNone || netlist.pins[point.pin].net != index || comparison.pin_named[point.pin]) {
       fault("names " + quoted(comparison.ddf.items[at]) + ", other than in the .nxf");
-    else if (is_listed(comparison, point) && point.pin != net.source.pin)
-      open--;
+      continue;
+    }
+    comparison.pin_named[point.pin] = true;
+    if (is_listed(comparison, point) && point.pin != net.source.pin) open--;
   }
-  if (open == 0) return;
-  for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++) {
-    const EndPoint &point = netlist.destinations[d];
-    if (point.pin != kNone && comparison.symbol_listed[point.symbol] != 0 && comparison.pin_named[point.pin] == 0)
-      fault("lacks a pin of symbol " + quoted(netlist.symbols[point.symbol].instance));
+  if (open != 0) comparison.open_nets.emplace_back(index, &ddf_net);
+}
+
+void find_missing_pins(Comparison &comparison) {
+  if (comparison.open_nets.empty()) return;
+  const Netlist &netlist = comparison.netlist;
+  std::vector<const DdfNet *> ddf_nets(netlist.nets.size());
+  for (const auto &[net, ddf_net] : comparison.open_nets) ddf_nets[net] = ddf_net;
+  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
+    if (comparison.symbol_listed[s] == 0) continue;
+    const Symbol &symbol = netlist.symbols[s];
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
+      const NetIndex net = netlist.pins[p].net;
+      if (net == kNone || ddf_nets[net] == nullptr || comparison.pin_named[p] || netlist.nets[net].source.pin == p)
+        continue;
+      report(comparison, ddf_nets[net]->line,
+             "net " + quoted(ddf_nets[net]->name) + " lacks a pin of symbol " + quoted(symbol.instance));
+    }
   }
 }
 
@@ -212,6 +230,7 @@ std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, 
   compare_symbols(comparison);
   count_listed_pins(comparison);
   for (const DdfNet &net : ddf.nets) compare_net(comparison, net);
+  find_missing_pins(comparison);
   find_missing_nets(comparison);
   return findings;
 }

@@ -55,7 +55,8 @@ template <typename Visit> void for_each_end(const Writer &writer, Visit visit) {
     if (!is_boundary(symbol)) continue;
     for (const Pin &pin : pins_of(writer.netlist, symbol))
       if (pin.direction == Direction::IN)
-        visit(map_name(symbol.instance, kSet) + "." + map_name(pin.name, kSet), writer.names.nets[pin.net]);
+        visit(map_name(symbol.instance, kSet) + "." + map_name(name_of(writer.netlist, pin), kSet),
+              writer.names.nets[pin.net]);
   }
 }
 
@@ -104,7 +105,7 @@ void write_logic(Writer &writer, const Symbol &symbol) {
     for (const Pin &pin : pins_of(writer.netlist, symbol))
       if (pin.direction == Direction::IN) writer.stream << ' ' << writer.names.nets[pin.net];
     writer.stream << ' ' << driven_name(writer, output.net) << '\n';
-    write_rows(writer.stream, symbol, output.name);
+    write_rows(writer.stream, symbol, name_of(writer.netlist, output));
   }
 }
 

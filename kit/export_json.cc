@@ -62,7 +62,7 @@ template <typename WriteOne> void write_pins(List &list, const Netlist &netlist,
   const std::uint32_t vector = is_table(symbol) ? symbol.width : 0;
   if (vector > 0) write(next(list) << "\"A\": ", pins, vector);
   for (std::uint32_t i = vector; i < symbol.pin_count; i++)
-    write(next(list) << quote(map_name(pins[i].name, kSet)) << ": ", pins + i, 1U);
+    write(next(list) << quote(map_name(name_of(netlist, pins[i]), kSet)) << ": ", pins + i, 1U);
 }
 
 void write_parameters(std::ostream &stream, const Symbol &symbol) {
@@ -77,8 +77,8 @@ void write_parameters(std::ostream &stream, const Symbol &symbol) {
 }
 
 void write_cell(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
-  stream << " {\n          \"hide_name\": 0,\n          \"type\": " << quote(map_name(symbol.primitive_text, kSet))
-         << ",\n";
+  stream << " {\n          \"hide_name\": 0,\n          \"type\": "
+         << quote(map_name(primitive_text(netlist, symbol), kSet)) << ",\n";
   write_parameters(stream, symbol);
   stream << "          \"attributes\": {" << (symbol.protect ? " \"keep\": " + number_text(1) : "") << " },\n"
          << "          \"port_directions\": {";

@@ -130,7 +130,7 @@ void write_macro(std::ostream &stream, const Netlist &netlist, const Symbol &sym
   std::string outputs;
   for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
     const Pin &pin = netlist.pins[p];
-    const std::string name = verilog_identifier(map_name(pin.name, NameSet::VISIBLE));
+    const std::string name = verilog_identifier(map_name(name_of(netlist, pin), NameSet::VISIBLE));
     stream << separator << direction_text(pin.direction) << " wire " << name;
     if (pin.direction != Direction::IN) outputs += "  assign " + name + " = 1'bx;\n";
     separator = ", ";
@@ -141,7 +141,7 @@ void write_macro(std::ostream &stream, const Netlist &netlist, const Symbol &sym
 void write_module(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
   const bool shell = symbol.primitive == kMacro || (is_table(symbol) && !has_rows(symbol));
   if (shell) stream << "(* blackbox *)\n";
-  stream << "module " << verilog_identifier(map_name(symbol.primitive_text, NameSet::VISIBLE));
+  stream << "module " << verilog_identifier(map_name(primitive_text(netlist, symbol), NameSet::VISIBLE));
   if (has_rows(symbol))
     stream << " #(parameter WIDTH = 1, parameter DEPTH = 1,\n"
               "  parameter [WIDTH*DEPTH-1:0] ONES = 0, parameter [WIDTH*DEPTH-1:0] ZEROS = 0)";
@@ -162,10 +162,10 @@ void write_module(std::ostream &stream, const Netlist &netlist, const Symbol &sy
 
 void write_library(std::ostream &stream, const Netlist &netlist) {
   // In the order of the vocabulary, then by width and name.
-  const auto before = [](const Symbol *a, const Symbol *b) {
+  const auto before = [&](const Symbol *a, const Symbol *b) {
     if (a->primitive != b->primitive) return a->primitive < b->primitive;
     if (primitive_of(*a).width_in_name && a->width != b->width) return a->width < b->width;
-    return a->primitive_text < b->primitive_text;
+    return primitive_text(netlist, *a) < primitive_text(netlist, *b);
   };
   std::set<const Symbol *, decltype(before)> modules(before);
   bool storage = false;

@@ -74,7 +74,7 @@ void write_table_parameters(Writer &writer, const Symbol &symbol) {
 
 void write_symbol(Writer &writer, const Symbol &symbol) {
   std::ostream &stream = writer.stream;
-  stream << "  " << verilog_identifier(map_name(symbol.primitive_text, kSet));
+  stream << "  " << verilog_identifier(map_name(primitive_text(writer.netlist, symbol), kSet));
   if (is_table(symbol)) write_table_parameters(writer, symbol);
   stream << ' ' << verilog_identifier(symbol_name(symbol, kSet)) << " (";
   const Pin *pins = writer.netlist.pins.data() + symbol.first_pin;
@@ -85,7 +85,7 @@ void write_symbol(Writer &writer, const Symbol &symbol) {
     first = symbol.width;
   }
   for (std::uint32_t i = first; i < symbol.pin_count; i++)
-    stream << (i == 0 ? "." : ", .") << verilog_identifier(map_name(pins[i].name, kSet)) << '('
+    stream << (i == 0 ? "." : ", .") << verilog_identifier(map_name(name_of(writer.netlist, pins[i]), kSet)) << '('
            << writer.nets[pins[i].net] << ')';
   stream << (is_pad(symbol) && !has_enable(symbol) ? ", .OE(1'b1));\n" : ");\n");
 }

@@ -82,7 +82,7 @@ std::string escape(std::string_view text) {
 
 void write_symbol(Drawing &drawing, SymbolIndex index, std::string_view indent) {
   const Symbol &symbol = drawing.netlist.symbols[index];
-  drawing.stream << indent << 's' << index << " [label=\"" << escape(symbol.primitive_text) << "\\n"
+  drawing.stream << indent << 's' << index << " [label=\"" << escape(primitive_text(drawing.netlist, symbol)) << "\\n"
                  << escape(symbol.instance) << "\", "
                  << kShapes[static_cast<std::size_t>(primitive_of(symbol).function)].attributes << "];\n";
 }
@@ -136,7 +136,7 @@ void write_edge(Drawing &drawing, const std::string &from, const Net &net, const
   const Symbol &symbol = drawing.netlist.symbols[to.symbol];
   drawing.stream << "  " << from << " -> s" << to.symbol << " [tooltip=\"" << escape(net.name) << '"';
   if (primitive_of(symbol).function >= Function::FLIP_FLOP)
-    drawing.stream << ", headlabel=\"" << escape(pin.name) << '"';
+    drawing.stream << ", headlabel=\"" << escape(name_of(drawing.netlist, pin)) << '"';
   drawing.stream << (pin.direction == Direction::BIDI ? ", dir=both];\n" : "];\n");
 }
 

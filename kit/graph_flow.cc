@@ -69,7 +69,9 @@ bool load_design(const std::string &design, Netlist &netlist, std::ostream &erro
   }
   const std::vector<Finding> findings = during("checking the netlist", [&] { return check_netlist(netlist); });
   for (const Finding &finding : findings) print_finding(errors, path, finding);
-  return findings.empty();
+  if (!findings.empty()) return false;
+  list_destinations(netlist);
+  return true;
 }
 
 bool passes_gates(const Symbol &symbol, const Pin &) {

@@ -6,7 +6,7 @@
 namespace cubekit {
 
 void reserve(HashIndex &index, std::size_t values) {
-  const std::size_t wanted = std::bit_ceil(values * 2);
+  const std::size_t wanted = std::bit_ceil(values + values / 3 + 1);
   if (wanted <= index.slots.size()) return;
   HashIndex larger{std::vector<HashIndex::Slot>(wanted), index.size};
   for (const HashIndex::Slot &slot : index.slots)

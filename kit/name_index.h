@@ -2,11 +2,14 @@
 // holds views: the text they point into must outlive it.
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string_view>
 #include <vector>
+
+#include "util/text_hash.h"
 
 namespace cubekit {
 
@@ -17,7 +20,7 @@ struct HashIndex {
     std::uint32_t hash = 0;
     std::uint32_t value = kNone; // kNone: the slot is free
   };
-  std::vector<Slot> slots; // a power of two, at most half of them taken
+  std::vector<Slot> slots; // a power of two, at most three quarters of them taken
   std::size_t size = 0;
 };
 
@@ -30,21 +33,8 @@ struct NameIndex {
   std::vector<Entry> entries;
 };
 
-inline std::uint32_t hash_name(std::string_view name) {
-  std::uint64_t hash = name.size() * 0x9E3779B97F4A7C15U;
-  const char *at = name.data();
-  std::size_t left = name.size();
-  for (; left >= 8; at += 8, left -= 8) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, at, 8);
-    hash = (hash ^ word) * 0xD6E8FEB86659FD93U;
-    hash ^= hash >> 32;
-  }
-  std::uint64_t tail = 0;
-  for (std::size_t i = 0; i < left; i++) tail = tail << 8 | static_cast<unsigned char>(at[i]);
-  hash = (hash ^ tail) * 0xD6E8FEB86659FD93U;
-  return static_cast<std::uint32_t>(hash ^ hash >> 29);
-}
+// The part of a name's hash that is stored.
+inline std::uint32_t hash_name(std::string_view name) { return static_cast<std::uint32_t>(cubenet::hash_text(name)); }
 
 // Where the search for that hash ends: at the value that `is_it` accepts, or at the free slot in which it could stand.
 template <typename Predicate>
@@ -62,18 +52,43 @@ std::uint32_t find_value(const HashIndex &index, std::uint32_t hash, const Predi
   return index.slots.empty() ? kNone : index.slots[find_place(index, hash, is_it)].value;
 }
 
+inline void prefetch_slot(const HashIndex &index, std::uint32_t hash) {
+  __builtin_prefetch(&index.slots[hash & (index.slots.size() - 1)]);
+}
+
 // Makes room for that many values.
 void reserve(HashIndex &index, std::size_t values);
 
 // Stores the value unless `is_it` accepts one that is there. Returns the value that stands there afterwards.
 template <typename Predicate>
 std::uint32_t add_value(HashIndex &index, std::uint32_t hash, std::uint32_t value, const Predicate &is_it) {
-  if (index.size * 2 >= index.slots.size()) reserve(index, index.size * 2 + 32);
+  if (index.size * 4 >= index.slots.size() * 3) reserve(index, index.size * 2 + 32);
   HashIndex::Slot &slot = index.slots[find_place(index, hash, is_it)];
   if (slot.value != kNone) return slot.value;
   slot = {hash, value};
   index.size++;
   return value;
+}
+
+// Stores value_at(0) to value_at(count - 1) under their names, except those whose name another has already;
+// `tell_again` gets such a value. Places are asked of the memory many at a time: waiting for each would take longest.
+template <typename ValueAt, typename NameOf, typename TellAgain>
+void add_all(HashIndex &index, std::size_t count, const ValueAt &value_at, const NameOf &name_of,
+             const TellAgain &tell_again) {
+  std::array<std::uint32_t, 64> hashes;
+  reserve(index, index.size + count);
+  for (std::size_t first = 0; first < count; first += hashes.size()) {
+    const std::size_t some = std::min(count - first, hashes.size());
+    for (std::size_t i = 0; i < some; i++) {
+      hashes[i] = hash_name(name_of(value_at(first + i)));
+      prefetch_slot(index, hashes[i]);
+    }
+    for (std::size_t i = 0; i < some; i++) {
+      const std::uint32_t value = value_at(first + i);
+      const auto has_same_name = [&](std::uint32_t other) { return name_of(other) == name_of(value); };
+      if (add_value(index, hashes[i], value, has_same_name) != value) tell_again(value);
+    }
+  }
 }
 
 // The value stored under the name; kNone when there is none.

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 namespace cubekit {
 
@@ -22,22 +23,44 @@ PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width) {
   return gate;
 }
 
+void list_destinations(Netlist &netlist) {
+  if (!netlist.destinations.empty()) return;
+  netlist.destinations.resize(count_destinations(netlist));
+  std::vector<std::uint32_t> next;
+  next.reserve(netlist.nets.size());
+  for (const Net &net : netlist.nets) next.push_back(net.first_destination);
+  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
+    const Symbol &symbol = netlist.symbols[s];
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
+      const NetIndex net = netlist.pins[p].net;
+      if (netlist.nets[net].source.pin != p) netlist.destinations[next[net]++] = {s, p};
+    }
+  }
+}
+
+bool is_numbered(std::string_view name, std::uint32_t number) {
+  char text[16] = {'A'};
+  const char *end = std::to_chars(text + 1, std::end(text), number).ptr;
+  return name == std::string_view(text, static_cast<std::size_t>(end - text));
+}
+
 std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol_index, std::string_view name) {
   const Symbol &symbol = netlist.symbols[symbol_index];
   // Numbered inputs stand at the place that their number tells.
   std::uint32_t number = 0;
   const char *end = name.data() + name.size();
   if (name.size() > 1 && name[0] == 'A' && std::from_chars(name.data() + 1, end, number).ptr == end &&
-      number < symbol.pin_count && netlist.pins[symbol.first_pin + number].name == name)
+      number < symbol.pin_count && name_of(netlist, netlist.pins[symbol.first_pin + number]) == name)
     return symbol.first_pin + number;
   if (symbol.primitive == kMacro && symbol.pin_count > kFewPins) {
-    const auto ports = netlist.large_macros.find(symbol_index);
-    return ports == netlist.large_macros.end() ? kNone : find_name(ports->second, name);
+    const auto ports = netlist.large_macros.find(symbol.kind);
+    const std::uint32_t place = ports == netlist.large_macros.end() ? kNone : find_name(ports->second, name);
+    return place == kNone ? kNone : symbol.first_pin + place;
   }
   // Other pins stand behind them.
   const std::uint32_t few = std::min(symbol.pin_count, kFewPins);
   for (std::uint32_t p = symbol.first_pin + symbol.pin_count - few; p < symbol.first_pin + symbol.pin_count; p++)
-    if (netlist.pins[p].name == name) return p;
+    if (name_of(netlist, netlist.pins[p]) == name) return p;
   return kNone;
 }
 

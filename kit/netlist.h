@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -19,31 +18,37 @@ namespace cubekit {
 using NetIndex = std::uint32_t;
 using SymbolIndex = std::uint32_t;
 
-// The name of a symbol's pin. Netlists have millions of pins and few names for them: pins of one netlist have the same
-// name exactly if they share its text.
-struct PinName {
-  const std::string_view *text = nullptr;
-  operator std::string_view() const { return *text; }
-};
-inline bool operator==(PinName a, std::string_view b) { return *a.text == b; }
+// Netlists have millions of pins and few names for them.
+constexpr std::uint32_t kMostPinNames = 1U << 30;
 
 struct Pin {
-  PinName name;
-  NetIndex net = kNone; // kNone: no NET statement names the pin
-  Direction direction = Direction::IN;
+  NetIndex net = kNone;        // kNone: no NET statement names the pin
+  std::uint32_t name : 30 = 0; // into Netlist::pin_names, which are at most kMostPinNames
+  Direction direction : 2 = Direction::IN;
+};
+
+// Symbols of one primitive that have the same pins in the same order. Netlists have few kinds of symbols.
+struct SymbolKind {
+  std::string_view primitive_text; // as written, with the width
+  PrimitiveIndex primitive = kMacro;
+  bool hard = false;
+  std::uint32_t width = 0;     // numbered inputs: of the name for gates, counted for PLA and ZDOT
+  std::uint32_t first_pin = 0; // of the first such symbol, into Netlist::pins; those of a symbol stand in a row
+  std::uint32_t pin_count = 0;
 };
 
 struct Symbol {
-  PrimitiveIndex primitive = kMacro;
-  std::uint32_t width = 0;         // numbered inputs: of the name for gates, counted for PLA and ZDOT
-  std::string_view primitive_text; // as written, with the width
   std::string_view instance;
+  std::string_view rows;   // PLA: the text of all rows, one after another; see row_count and row_at
+  std::uint32_t kind = 0;  // into Netlist::kinds
+  std::uint32_t width = 0; // this, the primitive and `hard` as in the kind
+  std::uint32_t first_pin = 0;
+  std::uint32_t pin_count = 0;
+  std::uint32_t line = 0;
+  PrimitiveIndex primitive = kMacro;
   bool protect = false;
   bool hard = false;
-  std::uint32_t first_pin = 0; // into Netlist::pins; the pins of a symbol stand in a row
-  std::uint32_t pin_count = 0;
-  std::string_view rows; // PLA: the text of all rows, one after another; see row_count and row_at
-  std::uint32_t line = 0;
+  bool is_named_as_net = false; // it is the source of a net of its own name
 };
 
 // One end of a net: a pin of a symbol. Both kNone: an item that names none (a fault of the netlist).
@@ -57,7 +62,6 @@ struct Net {
   bool external = false; // EXT: the net meets a device pin
   bool rail = false;     // GND or VCC: no source
   bool has_source = false;
-  bool in_order = false; // surely all destinations are inputs, and follow the symbols
   EndPoint source;
   std::uint32_t first_destination = 0; // into Netlist::destinations
   std::uint32_t destination_count = 0;
@@ -78,15 +82,19 @@ struct Netlist {
 
   std::vector<ExternalPin> external_pins; // in file order, as all lists here
   std::vector<Net> nets;
+  // What the nets lead to, one net's after the other's. Parsing leaves them out as long as the pins tell them:
+  // list_destinations makes up for it.
   std::vector<EndPoint> destinations;
   std::vector<Symbol> symbols;
+  std::vector<SymbolKind> kinds;
   std::vector<Pin> pins;
 
-  std::deque<std::string_view> pin_names;
-  std::vector<PinName> input_names; // "A0", "A1", ..., as far as any symbol has them in their places
-  HashIndex nets_by_name, symbols_by_instance;
+  std::vector<std::string_view> pin_names; // each once
+  HashIndex nets_by_name;
+  HashIndex symbols_by_instance; // those that can't be found as the source of the net of their name
   NameIndex external_by_pin;
-  std::unordered_map<SymbolIndex, NameIndex> large_macros; // ports by name, where there are too many to look through
+  // By kind, the pins of macros that have too many to look through, counted from the first.
+  std::unordered_map<std::uint32_t, NameIndex> large_macros;
   // Names that lead nowhere and names given twice, met while the file's parts were joined. A netlist that is used for
   // anything but judging it has none.
   std::vector<Finding> faults;
@@ -105,11 +113,27 @@ inline NetIndex find_net(const Netlist &netlist, std::string_view name) {
                     [&](NetIndex net) { return netlist.nets[net].name == name; });
 }
 inline SymbolIndex find_symbol(const Netlist &netlist, std::string_view instance) {
-  return find_value(netlist.symbols_by_instance, hash_name(instance),
-                    [&](SymbolIndex symbol) { return netlist.symbols[symbol].instance == instance; });
+  const auto has_name = [&](SymbolIndex symbol) { return netlist.symbols[symbol].instance == instance; };
+  const NetIndex net = find_net(netlist, instance);
+  const SymbolIndex source = net == kNone ? kNone : netlist.nets[net].source.symbol;
+  return source != kNone && has_name(source) ? source
+                                             : find_value(netlist.symbols_by_instance, hash_name(instance), has_name);
 }
+inline std::string_view primitive_text(const Netlist &netlist, const Symbol &symbol) {
+  return netlist.kinds[symbol.kind].primitive_text;
+}
+inline std::string_view name_of(const Netlist &netlist, const Pin &pin) { return netlist.pin_names[pin.name]; }
+inline std::size_t count_destinations(const Netlist &netlist) {
+  return netlist.nets.empty() ? 0 : netlist.nets.back().first_destination + netlist.nets.back().destination_count;
+}
+// Lists the destinations of all nets, in the order of the symbols, unless they are listed.
+void list_destinations(Netlist &netlist);
+
 // A symbol's pins up to this number are searched one by one.
 constexpr std::uint32_t kFewPins = 8;
+
+// "A0", "A1", ...: whether the name is the one of that number.
+bool is_numbered(std::string_view name, std::uint32_t number);
 
 // The pin of that name, as an index into Netlist::pins; kNone when the symbol has none.
 std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol, std::string_view name);

@@ -15,23 +15,43 @@ void add_fault(Netlist &netlist, std::size_t line, std::string text) {
   netlist.faults.push_back({line, std::move(text)});
 }
 
-void index_symbols(Joints &joints) {
+void index_ports(Joints &joints) {
   Netlist &netlist = joints.netlist;
-  reserve(netlist.symbols_by_instance, netlist.symbols.size());
-  for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
-    const Symbol &symbol = netlist.symbols[i];
-    const SymbolIndex first =
-        add_value(netlist.symbols_by_instance, hash_name(symbol.instance), i,
-                  [&](SymbolIndex other) { return netlist.symbols[other].instance == symbol.instance; });
-    if (first != i) {
-      add_fault(netlist, symbol.line, "two symbols are named " + quoted(symbol.instance));
-      joints.in_order = false;
-    }
-    if (symbol.primitive != kMacro || symbol.pin_count <= kFewPins) continue;
-    NameIndex &ports = netlist.large_macros[i];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++)
-      if (add_name(ports, netlist.pins[p].name, p) != p) joints.in_order = false;
+  for (std::uint32_t k = 0; k < netlist.kinds.size(); k++) {
+    const SymbolKind &kind = netlist.kinds[k];
+    if (kind.primitive != kMacro || kind.pin_count <= kFewPins) continue;
+    NameIndex &ports = netlist.large_macros[k];
+    for (std::uint32_t place = 0; place < kind.pin_count; place++)
+      if (add_name(ports, name_of(netlist, netlist.pins[kind.first_pin + place]), place) != place)
+        joints.in_order = false;
   }
+}
+
+void index_symbols(Netlist &netlist) {
+  const auto name_of_symbol = [&](SymbolIndex symbol) { return netlist.symbols[symbol].instance; };
+  netlist.symbols_by_instance = {};
+  add_all(
+      netlist.symbols_by_instance, netlist.symbols.size(), [](std::size_t i) { return static_cast<SymbolIndex>(i); },
+      name_of_symbol,
+      [&](SymbolIndex symbol) {
+        add_fault(netlist, netlist.symbols[symbol].line, "two symbols are named " + quoted(name_of_symbol(symbol)));
+      });
+}
+
+// Those that no net leads to, as it does to nearly all in gate form. False when a name stands twice.
+bool index_other_symbols(Netlist &netlist) {
+  std::vector<SymbolIndex> others;
+  bool unique = true;
+  const auto name_of_symbol = [&](SymbolIndex symbol) { return netlist.symbols[symbol].instance; };
+  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
+    if (netlist.symbols[s].is_named_as_net) continue;
+    unique = unique && find_symbol(netlist, name_of_symbol(s)) == kNone;
+    others.push_back(s);
+  }
+  add_all(
+      netlist.symbols_by_instance, others.size(), [&](std::size_t i) { return others[i]; }, name_of_symbol,
+      [&](SymbolIndex) { unique = false; });
+  return unique;
 }
 
 void index_external_pins(Netlist &netlist) {
@@ -54,33 +74,37 @@ const char *end_of_item(const char *item, std::string_view instance, std::string
   return is_word_end(*item) ? item : nullptr;
 }
 
-// Whether find_pin finds each pin of the symbol under its name.
-bool has_plain_pins(const Netlist &netlist, const Symbol &symbol) {
-  const Pin *pins = netlist.pins.data() + symbol.first_pin;
+// Whether find_pin finds each pin of such a symbol under its name.
+bool has_plain_pins(const Netlist &netlist, const SymbolKind &kind) {
+  if (kind.primitive == kMacro && kind.pin_count > kFewPins) return true; // all of them are indexed
+  const Pin *pins = netlist.pins.data() + kind.first_pin;
   std::uint32_t numbered = 0;
-  const std::size_t most = std::min<std::size_t>(symbol.pin_count, netlist.input_names.size());
-  while (numbered < most && pins[numbered].name.text == netlist.input_names[numbered].text) numbered++;
-  if (symbol.primitive == kMacro && symbol.pin_count > kFewPins) return true; // all of them are indexed
-  if (symbol.pin_count - numbered > kFewPins) return false;
-  for (std::uint32_t p = numbered; p < symbol.pin_count; p++) {
-    const std::string_view name = pins[p].name;
+  while (numbered < kind.pin_count && is_numbered(name_of(netlist, pins[numbered]), numbered)) numbered++;
+  if (kind.pin_count - numbered > kFewPins) return false;
+  for (std::uint32_t p = numbered; p < kind.pin_count; p++) {
+    const std::string_view name = name_of(netlist, pins[p]);
     if (name[0] == 'A' && name.size() > 1 && name[1] >= '0' && name[1] <= '9') return false;
     for (std::uint32_t before = numbered; before < p; before++)
-      if (pins[before].name.text == pins[p].name.text) return false;
+      if (pins[before].name == pins[p].name) return false;
   }
   return true;
 }
 
 bool are_all_answered(const Joints &joints) {
-  for (NetIndex i = 0; i < joints.open_nets.size(); i++) {
-    const Net &net = joints.netlist.nets[i];
-    if (joints.open_nets[i].source != nullptr ||
-        joints.open_nets[i].next_destination != net.first_destination + net.destination_count)
-      return false;
-  }
-  return std::all_of(joints.netlist.symbols.begin(), joints.netlist.symbols.end(),
-                     [&](const Symbol &symbol) { return has_plain_pins(joints.netlist, symbol); });
+  const auto is_driven = [](const Net &net) { return !net.has_source || net.source.pin != kNone; };
+  const auto is_answered = [](const char *item) { return *item == ';'; };
+  const auto is_plain = [&](const SymbolKind &kind) { return has_plain_pins(joints.netlist, kind); };
+  return std::all_of(joints.netlist.nets.begin(), joints.netlist.nets.end(), is_driven) &&
+         std::all_of(joints.open_items.begin(), joints.open_items.end(), is_answered) &&
+         std::all_of(joints.netlist.kinds.begin(), joints.netlist.kinds.end(), is_plain);
 }
+
+// Where the items of a net begin: at " SRC", " DST" or the ';'.
+const char *items_of(const Net &net) {
+  return net.name.data() + net.name.size() + (net.external ? std::string_view(" EXT").size() : 0);
+}
+
+const char *source_item(const Net &net) { return items_of(net) + std::string_view(" SRC ").size(); }
 
 struct SlowJoin {
   Joints &joints;
@@ -103,7 +127,9 @@ EndPoint join_item(SlowJoin &join, NetIndex net_index, std::string_view item) {
   };
   const std::size_t dot = item.rfind('.');
   if (dot == std::string_view::npos) return fault("which is not an instance and a pin");
-  const SymbolIndex symbol = find_symbol(netlist, item.substr(0, dot));
+  const std::string_view instance = item.substr(0, dot);
+  const SymbolIndex symbol = find_value(netlist.symbols_by_instance, hash_name(instance),
+                                        [&](SymbolIndex other) { return netlist.symbols[other].instance == instance; });
   if (symbol == kNone) return fault("but there is no such symbol");
   const std::uint32_t pin_index = find_pin(netlist, symbol, item.substr(dot + 1));
   if (pin_index == kNone) return fault("but the symbol has no such pin");
@@ -125,13 +151,13 @@ void join_by_name(Joints &joints) {
   Netlist &netlist = joints.netlist;
   SlowJoin join{joints, {}};
   join.named_nets.reserve(netlist.pins.size());
+  netlist.destinations.resize(count_destinations(netlist));
   for (Pin &pin : netlist.pins) join.named_nets.push_back(std::exchange(pin.net, kNone));
   for (NetIndex i = 0; i < netlist.nets.size(); i++) {
     Net &net = netlist.nets[i];
-    net.in_order = false;
-    const char *at = net.name.data() + net.name.size() + (net.external ? std::string_view(" EXT").size() : 0);
+    const char *at = items_of(net);
     if (net.has_source) {
-      at += std::string_view(" SRC ").size();
+      at = source_item(net);
       net.source = join_item(join, i, take_item(at));
     }
     at += std::string_view(" DST").size();
@@ -142,56 +168,122 @@ void join_by_name(Joints &joints) {
     for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
       if (netlist.pins[p].net != kNone) continue;
       add_fault(netlist, symbol.line,
-                "pin " + quoted(netlist.pins[p].name) + " of " + quoted(symbol.instance) + " is on net " +
+                "pin " + quoted(name_of(netlist, netlist.pins[p])) + " of " + quoted(symbol.instance) + " is on net " +
                     quoted(net_name_of(join, p)) + ", which doesn't name it");
     }
   }
+}
+
+// What are most likely the nets of all waiting names: their hashes are the same. Each loop asks for the memory that the
+// next one looks at.
+void find_nets(Joints &joints) {
+  const Netlist &netlist = joints.netlist;
+  const HashIndex &index = netlist.nets_by_name;
+  if (index.slots.empty()) return;
+  for (const Joints::Lookup &lookup : joints.lookups) prefetch_slot(index, lookup.hash);
+  for (Joints::Lookup &lookup : joints.lookups) {
+    lookup.net = find_value(index, lookup.hash, [](NetIndex) { return true; });
+    if (lookup.net == kNone) continue;
+    __builtin_prefetch(&netlist.nets[lookup.net]);
+    __builtin_prefetch(&joints.open_items[lookup.net]);
+  }
+  for (const Joints::Lookup &lookup : joints.lookups) {
+    if (lookup.net == kNone) continue;
+    __builtin_prefetch(netlist.nets[lookup.net].name.data());
+    __builtin_prefetch(joints.open_items[lookup.net]);
+  }
+}
+
+// The net of that name, where find_nets has found one that may be it.
+NetIndex settle(const Netlist &netlist, const Joints::Lookup &lookup) {
+  const auto has_name = [&](NetIndex net) {
+    const std::string_view name = netlist.nets[net].name;
+    return name.size() == lookup.size && same_bytes(name.data(), lookup.name, lookup.size);
+  };
+  if (lookup.net == kNone || has_name(lookup.net)) return lookup.net;
+  return find_value(netlist.nets_by_name, lookup.hash, has_name);
+}
+
+void remember_net(ReadNets &nets, const Joints::Lookup &lookup, NetIndex net) {
+  if (lookup.size > 15) return;
+  ReadNets::Name name;
+  const std::size_t size = lookup.size + 1; // with the ';'
+  name.first = load_bytes(lookup.name) & kFirstBytes[std::min<std::size_t>(size, 8)];
+  if (size > 8) name.rest = load_bytes(lookup.name + 8) & kFirstBytes[size - 8];
+  nets.at(name) = {name, net};
+}
+
+void settle_lookups(Joints &joints) {
+  constexpr std::uint32_t kManyReaders = 8;
+  Netlist &netlist = joints.netlist;
+  find_nets(joints);
+  for (const Joints::Lookup &lookup : joints.lookups) {
+    const NetIndex net = settle(netlist, lookup);
+    netlist.pins[lookup.pin].net = net;
+    if (netlist.pins[lookup.pin].direction == Direction::OUT) joints.next_driven = net + 1;
+    if (net == kNone) {
+      joints.strangers.emplace_back(lookup.pin, std::string_view(lookup.name, lookup.size));
+      joints.in_order = false;
+    } else if (netlist.nets[net].destination_count >= kManyReaders) {
+      remember_net(joints.read_nets, lookup, net);
+    }
+  }
+  joints.lookups.clear();
+}
+
+// Answers what the pin's net names next with the pin. False when that is another one.
+bool answers_net(Joints &joints, EndPoint end, Symbol &symbol) {
+  Netlist &netlist = joints.netlist;
+  const Pin &pin = netlist.pins[end.pin];
+  Net &net = netlist.nets[pin.net];
+  const std::string_view name = name_of(netlist, pin);
+  if (pin.direction != Direction::OUT) {
+    const char *&item = joints.open_items[pin.net];
+    if (const char *stop = end_of_item(item, symbol.instance, name); stop != nullptr) {
+      item = *stop == ' ' ? stop + 1 : stop;
+      __builtin_prefetch(item +
+                         64); // until the next pin on the net comes, it is gone from where the processor keeps it
+      return true;
+    }
+  }
+  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), symbol.instance, name) == nullptr)
+    return false;
+  net.source = end;
+  if (net.name == symbol.instance) symbol.is_named_as_net = true;
+  return true;
 }
 
 } // namespace
 
 void index_nets(Joints &joints) {
   Netlist &netlist = joints.netlist;
-  reserve(netlist.nets_by_name, netlist.nets.size());
-  for (NetIndex i = 0; i < netlist.nets.size(); i++) {
-    const Net &net = netlist.nets[i];
-    const NetIndex first = add_value(netlist.nets_by_name, hash_name(net.name), i,
-                                     [&](NetIndex other) { return netlist.nets[other].name == net.name; });
-    if (first == i) continue;
-    add_fault(netlist, net.line, "net " + quoted(net.name) + " has two statements");
-    joints.in_order = false;
-  }
+  const auto name_of_net = [&](NetIndex net) { return netlist.nets[net].name; };
+  add_all(
+      netlist.nets_by_name, netlist.nets.size(), [](std::size_t i) { return static_cast<NetIndex>(i); }, name_of_net,
+      [&](NetIndex net) {
+        add_fault(netlist, netlist.nets[net].line, "net " + quoted(name_of_net(net)) + " has two statements");
+        joints.in_order = false;
+      });
 }
 
-void join_pin(Joints &joints, SymbolIndex symbol, std::string_view instance, std::uint32_t pin_index) {
+void join_pins(Joints &joints) {
   Netlist &netlist = joints.netlist;
-  const Pin &pin = netlist.pins[pin_index];
-  if (!joints.in_order) return;
-  Joints::OpenNet &open = joints.open_nets[pin.net];
-  const auto answers_source = [&] {
-    if (open.source == nullptr || end_of_item(open.source, instance, pin.name) == nullptr) return false;
-    netlist.nets[pin.net].source = {symbol, pin_index};
-    open.source = nullptr;
-    return true;
-  };
-  const auto answers_destination = [&] {
-    const char *end = end_of_item(open.destination, instance, pin.name);
-    if (end == nullptr) return false;
-    netlist.destinations[open.next_destination++] = {symbol, pin_index};
-    open.destination = *end == ' ' ? end + 1 : end;
-    __builtin_prefetch(open.destination + 64);
-    if (pin.direction == Direction::OUT) netlist.nets[pin.net].in_order = false;
-    return true;
-  };
-  const bool answered = pin.direction == Direction::OUT ? answers_source() || answers_destination()
-                                                        : answers_destination() || answers_source();
-  joints.in_order = answered;
+  settle_lookups(joints);
+  for (SymbolIndex s = joints.first_symbol; s < netlist.symbols.size() && joints.in_order; s++) {
+    Symbol &symbol = netlist.symbols[s];
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count && joints.in_order; p++)
+      joints.in_order = answers_net(joints, {s, p}, symbol);
+  }
+  joints.first_symbol = static_cast<SymbolIndex>(netlist.symbols.size());
 }
 
 void finish_joints(Joints &joints) {
-  index_symbols(joints);
-  index_external_pins(joints.netlist);
-  if (!joints.in_order || !are_all_answered(joints)) join_by_name(joints);
+  Netlist &netlist = joints.netlist;
+  index_ports(joints);
+  const bool sound = joints.in_order && are_all_answered(joints) && index_other_symbols(netlist);
+  if (!sound) index_symbols(netlist);
+  index_external_pins(netlist);
+  if (!sound) join_by_name(joints);
 }
 
 } // namespace cubekit

@@ -1,6 +1,7 @@
 // Joins the two tellings of an .nxf file: nets name the pins of symbols, and pins name their nets.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <string_view>
 #include <utility>
@@ -10,28 +11,56 @@
 
 namespace cubekit {
 
+// Nets with many readers, by their names: these are looked up most often.
+struct ReadNets {
+  // A name of at most fifteen bytes with the ';' behind it, filled up with zeros.
+  struct Name {
+    std::uint64_t first = 0, rest = 0;
+  };
+  struct Entry {
+    Name name;
+    NetIndex net = kNone;
+  };
+  std::vector<Entry> entries{std::vector<Entry>(4096)}; // each name has one place; the last one that came stays
+
+  Entry &at(const Name &name) {
+    const std::uint64_t product = (name.first ^ std::rotl(name.rest, 32)) * 0x9E3779B97F4A7C15U;
+    return entries[product >> 52];
+  }
+};
+
 struct Joints {
   Netlist &netlist;
   // So far each pin was the next that its net names. Then that is all there is to join; otherwise all is joined anew,
   // item by item, for the faults.
   bool in_order = true;
 
-  // What no pin has answered yet; views into the text of the net's statement.
-  struct OpenNet {
-    const char *source = nullptr;      // nullptr: none, or answered
-    const char *destination = nullptr; // at the ';' when all are answered
-    std::uint32_t next_destination = 0;
+  // By net, the first item behind DST that no pin has answered yet; at the ';' when all are answered.
+  std::vector<const char *> open_items{};
+
+  // The net names of the last pins, whose nets are looked up together: each lookup would wait for memory several times,
+  // and together they wait at the same time.
+  struct Lookup {
+    const char *name;
+    std::uint32_t size;
+    std::uint32_t hash;
+    std::uint32_t pin;
+    NetIndex net = kNone;
   };
-  std::vector<OpenNet> open_nets;                                      // as netlist.nets
+  std::vector<Lookup> lookups{};
+  SymbolIndex first_symbol = 0; // whose pins are not joined yet
+  ReadNets read_nets{};
+  NetIndex next_driven = 0; // behind the last driven one: symbols drive nets mostly in the nets' order
+
   std::vector<std::pair<std::uint32_t, std::string_view>> strangers{}; // pins with the names of nets that there are not
 };
 
 // Once all nets are known, before their pins are joined.
 void index_nets(Joints &joints);
 
-// Answers what the pin's net names next with the pin, whose net index stands already. The name of the symbol must stand
-// in the text behind all nets.
-void join_pin(Joints &joints, SymbolIndex symbol, std::string_view instance, std::uint32_t pin);
+// Joins the pins of the symbols since the last call, once the waiting names are looked up. The symbols' names must
+// stand in the text behind all nets.
+void join_pins(Joints &joints);
 
 // Once all symbols are known. Faults go to netlist.faults.
 void finish_joints(Joints &joints);

@@ -17,10 +17,12 @@ namespace cubekit {
 
 namespace {
 
-// "A12 IN ", in eight bytes.
-struct InputPattern {
-  std::uint64_t bytes, mask;
-  std::size_t size;
+// "\tPIN A12 IN ", as two words of eight bytes.
+struct PinPattern {
+  std::uint64_t first, rest;
+  std::uint64_t rest_mask;
+  std::uint32_t size; // 0: the text has more than sixteen bytes
+  Direction direction;
 };
 
 struct Parser {
@@ -30,9 +32,9 @@ struct Parser {
   const char *end;
   Joints joints;
   std::uint32_t line = 1;
-  HashIndex pin_names{};                         // into netlist.pin_names
-  std::vector<InputPattern> input_patterns{};    // of netlist.input_names, as far as they fit
-  NetIndex last_nets[3] = {kNone, kNone, kNone}; // of the last pin of each direction
+  HashIndex pin_names{};                                     // into netlist.pin_names
+  std::vector<PinPattern> pin_patterns{};                    // as netlist.pin_names, where they were met first
+  cubenet::TextMap<std::string_view, std::uint32_t> kinds{}; // the last one of each primitive text
 };
 
 bool fail(Parser &parser, std::string text) {
@@ -70,7 +72,7 @@ bool take_word(Parser &parser, std::string_view &word) {
   return !word.empty() && parser.at < parser.end && *parser.at != '\n';
 }
 
-bool end_statement(Parser &parser, std::string_view what) {
+[[gnu::always_inline]] inline bool end_statement(Parser &parser, const char *what) {
   if (!skip(parser, ";\n")) return fail(parser, std::string(what) + " must end here with ';'");
   parser.line++;
   return true;
@@ -168,34 +170,31 @@ bool parse_destinations(Parser &parser, std::uint32_t &count) {
 bool parse_nets(Parser &parser) {
   constexpr std::size_t kBytesPerNet = 256; // with its symbol; where nets are shorter, the lists grow
   parser.netlist.nets.reserve(parser.netlist.text.size() / kBytesPerNet);
-  parser.joints.open_nets.reserve(parser.netlist.text.size() / kBytesPerNet);
+  parser.joints.open_items.reserve(parser.netlist.text.size() / kBytesPerNet);
   std::uint32_t destinations = 0;
   while (skip(parser, "NET ")) {
     Net net;
-    Joints::OpenNet open;
     net.line = parser.line;
-    net.in_order = true;
-    net.first_destination = open.next_destination = destinations;
+    net.first_destination = destinations;
     if (!take_word(parser, net.name)) return fail(parser, "NET without a name");
     net.external = skip(parser, " EXT");
     net.has_source = skip(parser, " SRC ");
     std::string_view source;
     if (net.has_source && !take_word(parser, source)) return fail(parser, "SRC without a pin");
-    if (net.has_source) open.source = source.data();
+    const char *first_item = nullptr;
     if (skip(parser, " DST")) {
-      open.destination = parser.at + 1;
+      first_item = parser.at + 1;
       if (!parse_destinations(parser, net.destination_count)) return false;
     }
-    if (net.destination_count == 0) open.destination = parser.at;
+    if (net.destination_count == 0) first_item = parser.at;
     destinations += net.destination_count;
     net.rail = !net.has_source && !net.external;
     if (!net.has_source && net.destination_count == 0) return fail(parser, "a net without a source must have a DST");
     if (!end_statement(parser, "NET")) return false;
     if ((net.has_source || net.rail) && !expect_line(parser, "")) return false;
     parser.netlist.nets.push_back(net);
-    parser.joints.open_nets.push_back(open);
+    parser.joints.open_items.push_back(first_item);
   }
-  parser.netlist.destinations.resize(destinations);
   // In a sound netlist every item of a net is a pin, and most symbols drive one net.
   parser.netlist.pins.reserve(destinations + parser.netlist.nets.size());
   parser.netlist.symbols.reserve(parser.netlist.nets.size());
@@ -237,119 +236,177 @@ bool parse_rows(Parser &parser, Symbol &symbol) {
   return expect_line(parser, "\tEND_PLA");
 }
 
-bool is_numbered(std::string_view name, std::size_t number) { return name == "A" + std::to_string(number); }
-
-// The name as all pins have it that share it.
-PinName share_name(Parser &parser, std::string_view name) {
-  std::deque<std::string_view> &names = parser.netlist.pin_names;
+// The name as all pins have it that share it. There can't be more than kMostPinNames.
+bool share_name(Parser &parser, std::string_view name, Pin &pin) {
+  std::vector<std::string_view> &names = parser.netlist.pin_names;
   const auto next = static_cast<std::uint32_t>(names.size());
-  const std::uint32_t at =
+  const std::uint32_t shared =
       add_value(parser.pin_names, hash_name(name), next, [&](std::uint32_t other) { return names[other] == name; });
-  if (at == next) {
-    names.push_back(name);
-    // An item of a net breaks at its last dot.
-    if (name.find('.') != std::string_view::npos) parser.joints.in_order = false;
-  }
-  return {&names[at]};
-}
-
-// The next input in its place: the pattern of the places to come grows with the symbols.
-void add_input_name(Parser &parser, PinName name) {
-  parser.netlist.input_names.push_back(name);
-  const std::string text = std::string(std::string_view(name)) + " IN ";
-  if (text.size() > 8) return;
-  char bytes[8] = {};
-  text.copy(bytes, sizeof bytes);
-  parser.input_patterns.push_back({load_bytes(bytes), kFirstBytes[text.size()], text.size()});
-}
-
-// "A12 IN " in its place among the pins, or any other name and direction.
-bool take_pin_name(Parser &parser, std::size_t place, Pin &pin) {
-  if (place < parser.input_patterns.size()) {
-    const InputPattern &pattern = parser.input_patterns[place];
-    if ((load_bytes(parser.at) & pattern.mask) == pattern.bytes) {
-      pin.name = parser.netlist.input_names[place];
-      parser.at += pattern.size;
-      return true;
-    }
-  }
-  std::string_view name;
-  if (!take_word(parser, name)) return fail(parser, "PIN without a name");
-  if (!take_direction(parser, pin.direction)) return false;
-  pin.name = share_name(parser, name);
-  if (place == parser.netlist.input_names.size() && is_numbered(name, place)) add_input_name(parser, pin.name);
+  pin.name = shared & (kMostPinNames - 1);
+  if (shared != next) return true;
+  if (next == kMostPinNames) return fail(parser, "the symbols have too many names of pins");
+  names.push_back(name);
+  // An item of a net breaks at its last dot.
+  if (name.find('.') != std::string_view::npos) parser.joints.in_order = false;
   return true;
 }
 
-// Nets and symbols come in like order: often the net is the one behind that of the last such pin.
+// The statement begins at `start` and stands at its net's name.
+void add_pattern(Parser &parser, const char *start, Direction direction) {
+  const auto size = static_cast<std::size_t>(parser.at - start);
+  const bool fits = size >= 8 && size <= 16;
+  const std::uint64_t rest_mask = fits ? kFirstBytes[size - 8] : 0;
+  parser.pin_patterns.push_back({load_bytes(start), load_bytes(start + 8) & rest_mask, rest_mask,
+                                 static_cast<std::uint32_t>(fits ? size : 0), direction});
+}
+
+// The name of a net and the end of the statement. Names that are not known yet are looked up later.
 bool take_net_of_pin(Parser &parser, Pin &pin) {
-  const std::vector<Net> &nets = parser.netlist.nets;
-  NetIndex &last = parser.last_nets[static_cast<std::size_t>(pin.direction)];
-  const NetIndex next = last + 1;
-  if (next < nets.size()) {
-    const std::string_view name = nets[next].name;
-    if (static_cast<std::size_t>(parser.end - parser.at) > name.size() &&
-        same_bytes(parser.at, name.data(), name.size()) && parser.at[name.size()] == ';') {
-      parser.at += name.size();
-      pin.net = last = next;
-      return true;
-    }
+  const char *const start = parser.at;
+  const char *at = start;
+  cubenet::TextHasher hasher;
+  std::size_t last = 0;
+  for (;; at += 8) {
+    const std::uint64_t bytes = load_bytes(at);
+    last = find_word_end(bytes);
+    hasher.add(bytes & kFirstBytes[last]);
+    if (last < 8) break;
   }
-  std::string_view name;
-  if (!take_word(parser, name)) return fail(parser, "PIN without a net name");
-  pin.net = find_value(parser.netlist.nets_by_name, hash_name(name), [&](NetIndex net) {
-    return nets[net].name.size() == name.size() && same_bytes(nets[net].name.data(), name.data(), name.size());
-  });
-  if (pin.net != kNone) {
-    last = pin.net;
+  parser.at = at + last;
+  const auto size = static_cast<std::size_t>(parser.at - start);
+  if (size == 0) return fail(parser, "PIN without a net name");
+  pin.net = kNone;
+  parser.joints.lookups.push_back({start, static_cast<std::uint32_t>(size),
+                                   static_cast<std::uint32_t>(hasher.finish(size)),
+                                   static_cast<std::uint32_t>(parser.netlist.pins.size())});
+  return end_statement(parser, "PIN");
+}
+
+// The same for a net that is known to have many readers; nullptr when it is another. Returns the place behind.
+[[gnu::always_inline]] inline const char *take_read_net(Parser &parser, const char *at, Pin &pin) {
+  ReadNets::Name name{load_bytes(at), 0};
+  const std::size_t size = find_word_end(name.first);
+  if (size < 8) {
+    name.first &= kFirstBytes[size + 1];
+    at += size;
   } else {
-    parser.joints.strangers.emplace_back(parser.netlist.pins.size(), name);
-    parser.joints.in_order = false;
+    name.rest = load_bytes(at + 8);
+    const std::size_t rest_size = find_word_end(name.rest);
+    if (rest_size == 8) return nullptr;
+    name.rest &= kFirstBytes[rest_size + 1];
+    at += 8 + rest_size;
+  }
+  const ReadNets::Entry &entry = parser.joints.read_nets.at(name);
+  if (entry.name.first != name.first || entry.name.rest != name.rest || at + 2 > parser.end || at[1] != '\n')
+    return nullptr;
+  pin.net = entry.net;
+  return at + 2;
+}
+
+// The same for the net that is most likely the next to be driven.
+[[gnu::always_inline]] inline const char *take_next_driven(Parser &parser, const char *at, Pin &pin) {
+  const std::vector<Net> &nets = parser.netlist.nets;
+  if (parser.joints.next_driven >= nets.size()) return nullptr;
+  const std::string_view name = nets[parser.joints.next_driven].name;
+  const char *stop = at + name.size();
+  if (static_cast<std::size_t>(parser.end - at) < name.size() + 2 || !same_bytes(at, name.data(), name.size()) ||
+      stop[0] != ';' || stop[1] != '\n')
+    return nullptr;
+  pin.net = parser.joints.next_driven++;
+  return stop + 2;
+}
+
+// The pins that the symbol has like the last one of its primitive.
+bool take_expected_pins(Parser &parser, const SymbolKind &kind) {
+  std::vector<Pin> &pins = parser.netlist.pins;
+  for (std::uint32_t p = kind.first_pin; p < kind.first_pin + kind.pin_count; p++) {
+    Pin pin = pins[p];
+    const PinPattern &pattern = parser.pin_patterns[pin.name];
+    if (load_bytes(parser.at) != pattern.first || (load_bytes(parser.at + 8) & pattern.rest_mask) != pattern.rest ||
+        pattern.size == 0 || pattern.direction != pin.direction)
+      break;
+    parser.at += pattern.size;
+    const char *end = pin.direction == Direction::OUT ? take_next_driven(parser, parser.at, pin)
+                                                      : take_read_net(parser, parser.at, pin);
+    if (end != nullptr) {
+      parser.at = end;
+      parser.line++;
+    } else if (!take_net_of_pin(parser, pin)) {
+      return false;
+    }
+    pins.push_back(pin);
   }
   return true;
 }
 
-// "\tPIN pin IN|OUT|BIDI net;" as often as it stands.
-bool parse_pins(Parser &parser, Symbol &symbol) {
+// "\tPIN pin IN|OUT|BIDI net;"
+bool take_other_pin(Parser &parser, const char *start) {
+  Pin pin;
+  std::string_view name;
+  Direction direction = Direction::IN;
+  if (!take_word(parser, name)) return fail(parser, "PIN without a name");
+  if (!take_direction(parser, direction) || !share_name(parser, name, pin)) return false;
+  pin.direction = direction;
+  if (parser.pin_patterns.size() < parser.netlist.pin_names.size()) add_pattern(parser, start, direction);
+  if (!take_net_of_pin(parser, pin)) return false;
+  parser.netlist.pins.push_back(pin);
+  return true;
+}
+
+// The first `alike` pins are known to be those of the kind.
+bool is_of_kind(const Netlist &netlist, const Symbol &symbol, const SymbolKind &kind, std::size_t alike) {
+  if (symbol.hard != kind.hard || symbol.pin_count != kind.pin_count) return false;
+  const Pin *pins = netlist.pins.data() + symbol.first_pin, *others = netlist.pins.data() + kind.first_pin;
+  return std::equal(pins + alike, pins + symbol.pin_count, others + alike,
+                    [](Pin a, Pin b) { return a.name == b.name && a.direction == b.direction; });
+}
+
+std::uint32_t add_kind(Netlist &netlist, const Symbol &symbol, std::string_view primitive) {
+  SymbolKind kind{primitive, kMacro, symbol.hard, 0, symbol.first_pin, symbol.pin_count};
+  if (!symbol.hard) kind.primitive = parse_primitive(primitive, kind.width); // a macro's name may be any
+  const PrimitiveRow &row = kPrimitives[kind.primitive];
+  if (row.numbered && !row.width_in_name) kind.width = symbol.pin_count > 0 ? symbol.pin_count - 1 : 0;
+  netlist.kinds.push_back(kind);
+  return static_cast<std::uint32_t>(netlist.kinds.size() - 1);
+}
+
+// The pins of the symbol, and with them its kind.
+bool parse_pins(Parser &parser, std::string_view primitive, Symbol &symbol) {
   Netlist &netlist = parser.netlist;
-  const auto symbol_index = static_cast<SymbolIndex>(netlist.symbols.size());
   symbol.first_pin = static_cast<std::uint32_t>(netlist.pins.size());
-  while (skip(parser, "\tPIN ")) {
-    Pin pin;
-    const auto index = static_cast<std::uint32_t>(netlist.pins.size());
-    if (!take_pin_name(parser, index - symbol.first_pin, pin) || !take_net_of_pin(parser, pin) ||
-        !end_statement(parser, "PIN"))
-      return false;
-    netlist.pins.push_back(pin);
-    join_pin(parser.joints, symbol_index, symbol.instance, index);
-  }
+  const auto [last, is_new] = parser.kinds.try_emplace(primitive, 0);
+  if (!is_new && !take_expected_pins(parser, netlist.kinds[last->second])) return false;
+  const std::size_t alike = netlist.pins.size() - symbol.first_pin;
+  for (const char *start = parser.at; skip(parser, "\tPIN "); start = parser.at)
+    if (!take_other_pin(parser, start)) return false;
   symbol.pin_count = static_cast<std::uint32_t>(netlist.pins.size()) - symbol.first_pin;
+  if (is_new || !is_of_kind(netlist, symbol, netlist.kinds[last->second], alike))
+    last->second = add_kind(netlist, symbol, primitive);
+  const SymbolKind &kind = netlist.kinds[last->second];
+  symbol.kind = last->second;
+  symbol.primitive = kind.primitive;
+  symbol.width = kind.width;
   return true;
 }
 
 // SYM primitive instance [PROTECT|HARD];  pins, the rows of a PLA, END; and an empty line.
 bool parse_symbols(Parser &parser) {
-  Symbol last;
+  constexpr std::size_t kLookups = 64; // enough to wait for memory, few enough to stay in the nearest of it
   while (skip(parser, "SYM ")) {
     Symbol symbol;
+    std::string_view primitive;
     symbol.line = parser.line;
-    if (!take_word(parser, symbol.primitive_text) || !skip(parser, " ")) return fail(parser, "SYM without a primitive");
-    if (symbol.primitive_text == last.primitive_text)
-      symbol.primitive = last.primitive, symbol.width = last.width;
-    else
-      symbol.primitive = parse_primitive(symbol.primitive_text, symbol.width);
-    last = symbol;
+    if (!take_word(parser, primitive) || !skip(parser, " ")) return fail(parser, "SYM without a primitive");
     if (!take_word(parser, symbol.instance)) return fail(parser, "SYM without an instance name");
     symbol.protect = skip(parser, " PROTECT");
     symbol.hard = !symbol.protect && skip(parser, " HARD");
-    if (symbol.hard) symbol.primitive = kMacro; // whatever its name
-    if (!end_statement(parser, "SYM") || !parse_pins(parser, symbol)) return false;
-    const PrimitiveRow &primitive = primitive_of(symbol);
-    if (primitive.numbered && !primitive.width_in_name) symbol.width = symbol.pin_count > 0 ? symbol.pin_count - 1 : 0;
+    if (!end_statement(parser, "SYM") || !parse_pins(parser, primitive, symbol)) return false;
     if (skip(parser, "\tBEGIN_PLA\n") && !parse_rows(parser, symbol)) return false;
     if (!expect_line(parser, "END;") || !expect_line(parser, "")) return false;
     parser.netlist.symbols.push_back(symbol);
+    if (parser.joints.lookups.size() >= kLookups) join_pins(parser.joints);
   }
+  join_pins(parser.joints);
   return true;
 }
 
@@ -369,7 +426,7 @@ bool parse_nxf(FileText text, Netlist &netlist, Finding &error) {
   netlist = Netlist();
   netlist.text = std::move(text);
   const char *start = netlist.text.data();
-  Parser parser{netlist, error, start, start + netlist.text.size(), Joints{netlist, true, {}, {}}};
+  Parser parser{netlist, error, start, start + netlist.text.size(), Joints{netlist}};
   if (!parse_statements(parser)) return false;
   finish_joints(parser.joints);
   return true;
@@ -384,7 +441,9 @@ bool load_nxf(const std::string &path, Netlist &netlist, std::ostream &errors) {
     return false;
   }
   for (const Finding &fault : netlist.faults) print_finding(errors, path, fault);
-  return netlist.faults.empty();
+  if (!netlist.faults.empty()) return false;
+  list_destinations(netlist);
+  return true;
 }
 
 } // namespace cubekit

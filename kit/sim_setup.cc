@@ -50,7 +50,7 @@ void add_cell(Simulator &simulator, SymbolIndex index, std::span<const std::uint
   for (const Pin &pin : pins_of(simulator.netlist, symbol)) {
     if (pin.direction == Direction::IN)
       simulator.inputs.push_back(pin.net);
-    else if (pin.name == "ZN0" || (is_pad(symbol) && pin.name == "Z0"))
+    else if (name_of(simulator.netlist, pin) == (is_pad(symbol) ? "Z0" : "ZN0"))
       cell.other = pin.net;
     else
       cell.output = pin.net;

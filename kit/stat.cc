@@ -38,14 +38,10 @@ void count_nets(const Netlist &netlist, Statistics &statistics) {
 }
 
 void count_symbols(const Netlist &netlist, Statistics &statistics) {
-  std::string_view last;
-  std::size_t *count = nullptr;
+  std::vector<std::size_t> counts(netlist.kinds.size());
   for (const Symbol &symbol : netlist.symbols) {
     const PrimitiveRow &primitive = primitive_of(symbol);
-    if (count == nullptr || symbol.primitive_text != last)
-      count = &statistics.symbols[map_name(symbol.primitive_text, NameSet::VISIBLE)];
-    last = symbol.primitive_text;
-    ++*count;
+    counts[symbol.kind]++;
     statistics.symbol_count++;
     statistics.storages += is_storage(primitive.function) ? 1 : 0;
     if (primitive.width_in_name) statistics.gate_inputs += symbol.width;
@@ -56,6 +52,8 @@ void count_symbols(const Netlist &netlist, Statistics &statistics) {
       statistics.literals += text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '-'));
     }
   }
+  for (std::size_t k = 0; k < counts.size(); k++)
+    statistics.symbols[map_name(netlist.kinds[k].primitive_text, NameSet::VISIBLE)] += counts[k];
 }
 
 void measure_depth(const Netlist &netlist, Statistics &statistics) {

@@ -34,17 +34,24 @@ inline bool same_bytes(const char *a, const char *b, std::size_t size) {
 
 inline bool is_word_end(char c) { return c == ' ' || c == ';' || c == '\n'; }
 
-// The end of the word that begins there, at a blank, a ';' or a line end.
-inline const char *find_word_end(const char *at) {
+// Where the word that begins there ends, at a blank, a ';' or a line end, within the next eight bytes; 8 when it
+// doesn't.
+inline std::size_t find_word_end(std::uint64_t bytes) {
   constexpr std::uint64_t kOnes = 0x0101010101010101U, kLow = 0x7F * kOnes;
-  const auto differs = [](std::uint64_t bytes) { return ((bytes & kLow) + kLow) | bytes; }; // high bit: not 0
-  for (;; at += 8) {
-    const std::uint64_t bytes = load_bytes(at);
-    const std::uint64_t ends =
-        ~(differs(bytes ^ ' ' * kOnes) & differs(bytes ^ ';' * kOnes) & differs(bytes ^ '\n' * kOnes)) & ~kLow;
-    if (ends == 0) continue;
-    return at + (std::endian::native == std::endian::little ? std::countr_zero(ends) : std::countl_zero(ends)) / 8;
+  const auto differs = [](std::uint64_t other) { return ((other & kLow) + kLow) | other; }; // high bit: not 0
+  const std::uint64_t ends =
+      ~(differs(bytes ^ ' ' * kOnes) & differs(bytes ^ ';' * kOnes) & differs(bytes ^ '\n' * kOnes)) & ~kLow;
+  if (ends == 0) return 8;
+  return static_cast<std::size_t>(std::endian::native == std::endian::little ? std::countr_zero(ends)
+                                                                             : std::countl_zero(ends)) /
+         8;
+}
+
+inline const char *find_word_end(const char *at) {
+  std::size_t size = 0;
+  for (; (size = find_word_end(load_bytes(at))) == 8; at += 8) {
   }
+  return at + size;
 }
 
 } // namespace cubekit

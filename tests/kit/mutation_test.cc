@@ -23,7 +23,7 @@ void expect_objection(Mutator &mutator, const Symbol &symbol, const char *what) 
   options.shown_differences = 0;
   mutator.tried++;
   EXPECT_FALSE(prove_netlist(*mutator.translation.design, mutator.translation.cubes, mutator.netlist, options, report))
-      << what << " at " << symbol.primitive_text << ' ' << symbol.instance;
+      << what << " at " << primitive_text(mutator.netlist, symbol) << ' ' << symbol.instance;
 }
 
 std::uint32_t pin_of(const Netlist &netlist, const Symbol &symbol, std::string_view name) {
@@ -42,11 +42,13 @@ void change_primitive(Mutator &mutator, Symbol &symbol, const char *other, const
   const std::uint32_t at = pin_of(mutator.netlist, symbol, pin);
   if (at == kNone) return;
   const PrimitiveIndex before = std::exchange(symbol.primitive, find_primitive(other));
-  const std::string_view other_name = other_pin;
-  const PinName name = std::exchange(mutator.netlist.pins[at].name, PinName{&other_name});
+  Pin &changed = mutator.netlist.pins[at];
+  const Pin pin_before = changed;
+  changed.name = mutator.netlist.pin_names.size() & (kMostPinNames - 1);
+  mutator.netlist.pin_names.emplace_back(other_pin);
   expect_objection(mutator, symbol, "another primitive");
   symbol.primitive = before;
-  mutator.netlist.pins[at].name = name;
+  changed = pin_before;
 }
 
 void mutate_row(Mutator &mutator, const Symbol &symbol) {

@@ -85,6 +85,44 @@ TEST(NetlistFiles, ThatEndTooEarlyAreRefusedAtEveryByte) {
     EXPECT_NE(compare_texts(files.nxf, files.ddf.substr(0, size)), "") << size;
 }
 
+// A netlist of one input and one output with these statements between, as one text.
+std::string make_nxf(const std::string &nets, const std::string &symbols) {
+  return "NXF 11.0.5 L;\n\nSECTION HEADER;\nEND;\n\nSECTION DEVICE;\nEND;\n\nSECTION LOGICAL;\nXPIN a IN a;\n"
+         "XPIN y OUT y_PIN;\n\n" +
+         nets + symbols + "END;\n\nEND;\n\n";
+}
+
+// Gates in a chain that all read one net, with names of one byte and of many.
+std::string make_chain() {
+  const auto name = [](int gate) { return gate == 0 ? "y" : std::string(static_cast<std::size_t>(gate), 'g'); };
+  std::string nets = "NET a EXT DST", chain, symbols;
+  constexpr int kGates = 20;
+  for (int i = kGates - 1; i >= 0; i--) {
+    const std::string instance = name(i), before = i == kGates - 1 ? "a" : name(i + 1);
+    nets += ' ' + instance + ".A0" + (before == "a" ? ' ' + instance + ".A1" : "");
+    chain += "NET " + instance + (i == 0 ? "_PIN EXT" : "") + " SRC " + instance + ".Z0" +
+             (i == 0 ? "" : " DST " + name(i - 1) + ".A1") + ";\n\n";
+    symbols += "SYM AND2 " + instance + ";\n\tPIN A0 IN a;\n\tPIN A1 IN " + before + ";\n\tPIN Z0 OUT " + instance +
+               (i == 0 ? "_PIN" : "") + ";\nEND;\n\n";
+  }
+  return make_nxf(nets + ";\n" + chain, symbols);
+}
+
+// No byte of the nets and symbols can be another one without a finding.
+TEST(NetlistFiles, CountToEveryByte) {
+  for (const std::string &sound : {make_chain(), translate_files("").nxf, translate_files("-and 2").nxf}) {
+    ASSERT_EQ(check_text(sound), "");
+    std::string text = sound;
+    for (std::size_t at = text.find("\nNET "); at < text.size(); at++)
+      for (const char other : {'~', ' ', ';', '\n'}) {
+        if (text[at] == other) continue;
+        text[at] = other;
+        EXPECT_NE(check_text(text), "") << at << ": " << other;
+        text[at] = sound[at];
+      }
+  }
+}
+
 struct Edit {
   const char *from, *to;
   const char *finding; // part of what must be found
@@ -138,13 +176,6 @@ TEST(NetlistFiles, TellWhereTheDdfDiffers) {
     const std::string found = compare_texts(files.nxf, edited(files.ddf, edit.from, edit.to));
     EXPECT_NE(found.find(edit.finding), std::string::npos) << edit.from << " -> " << edit.to << ":\n" << found;
   }
-}
-
-// A netlist of one input and one output with these statements between, as one text.
-std::string make_nxf(const std::string &nets, const std::string &symbols) {
-  return "NXF 11.0.5 L;\n\nSECTION HEADER;\nEND;\n\nSECTION DEVICE;\nEND;\n\nSECTION LOGICAL;\nXPIN a IN a;\n"
-         "XPIN y OUT y_PIN;\n\n" +
-         nets + symbols + "END;\n\nEND;\n\n";
 }
 
 // Searching the rest of the line for each of the latches on it would take hours.
