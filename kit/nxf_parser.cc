@@ -308,12 +308,12 @@ bool take_net_of_pin(Parser &parser, Pin &pin) {
   const std::vector<Net> &nets = parser.netlist.nets;
   if (parser.joints.next_driven >= nets.size()) return nullptr;
   const std::string_view name = nets[parser.joints.next_driven].name;
-  const char *stop = at + name.size();
-  if (static_cast<std::size_t>(parser.end - at) < name.size() + 2 || !same_bytes(at, name.data(), name.size()) ||
-      stop[0] != ';' || stop[1] != '\n')
+  if (static_cast<std::size_t>(parser.end - at) < name.size() + 2 || !same_bytes(at, name.data(), name.size()))
     return nullptr;
+  at += name.size();
+  if (at[0] != ';' || at[1] != '\n') return nullptr;
   pin.net = parser.joints.next_driven++;
-  return stop + 2;
+  return at + 2;
 }
 
 // The pins that the symbol has like the last one of its primitive.

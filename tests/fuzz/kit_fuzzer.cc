@@ -2,10 +2,42 @@
 // ddf netlist of the same run, and all of it for a constraints file. What is refused must be refused with a reason.
 #include <cstdint>
 #include <cstdlib>
+#include <string>
 #include <string_view>
 
 #include "kit/check.h"
 #include "kit/nxf_parser.h"
+
+namespace cubekit {
+namespace {
+
+std::string item(const Netlist &netlist, const EndPoint &end) {
+  const Symbol &symbol = netlist.symbols[end.symbol];
+  if (end.pin < symbol.first_pin || end.pin - symbol.first_pin >= symbol.pin_count) std::abort();
+  return std::string(symbol.instance) + '.' + std::string(name_of(netlist, netlist.pins[end.pin]));
+}
+
+// Netlists without faults must have been joined as they say.
+void demand_joints(Netlist &netlist) {
+  list_destinations(netlist);
+  for (const Net &net : netlist.nets) {
+    std::string text = "NET " + std::string(net.name) + (net.external ? " EXT" : "");
+    if (net.has_source) text += " SRC " + item(netlist, net.source);
+    if (net.destination_count > 0) text += " DST";
+    for (std::uint32_t d = 0; d < net.destination_count; d++)
+      text += ' ' + item(netlist, netlist.destinations[net.first_destination + d]);
+    const auto start = static_cast<std::size_t>(net.name.data() - netlist.text.data()) - 4;
+    if (netlist.text.view().compare(start, text.size() + 1, text + ';') != 0) std::abort();
+  }
+  std::size_t ends = netlist.destinations.size();
+  for (const Net &net : netlist.nets) ends += net.has_source ? 1 : 0;
+  if (ends != netlist.pins.size()) std::abort();
+  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++)
+    if (find_symbol(netlist, netlist.symbols[s].instance) != s) std::abort();
+}
+
+} // namespace
+} // namespace cubekit
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size) {
   using namespace cubekit;
@@ -13,9 +45,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   const std::size_t end = std::min(text.find("CELL: "), size);
   Netlist netlist;
   Finding error;
-  if (parse_nxf({text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end)}, netlist, error))
+  if (parse_nxf({text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end)}, netlist, error)) {
     for (const Finding &each : check_netlist(netlist))
       if (each.text.empty()) std::abort();
+    if (netlist.faults.empty()) demand_joints(netlist);
+  }
   if (error.line != 0 && error.text.empty()) std::abort();
   for (const Finding &each : compare_netlists(netlist, text.substr(end)))
     if (each.text.empty()) std::abort();
