@@ -88,7 +88,7 @@ void check_net(Checker &checker, const Net &net) {
   if (constant && !net.rail) report(checker, net.line, net_text(net) + " is a constant and can't have a source");
   if (net.has_source && net.source.pin != kNone && netlist.pins[net.source.pin].direction != Direction::OUT)
     report(checker, net.line, net_text(net) + " has a source that is no output");
-  if (netlist.destinations.empty()) return; // the pins are in order
+  if (netlist.in_order) return;
   SymbolIndex last = 0;
   for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++) {
     const EndPoint &end = netlist.destinations[d];

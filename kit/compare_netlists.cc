@@ -229,8 +229,11 @@ std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, 
   compare_ports(comparison, "INOUTS", Direction::BIDI, ddf.inouts);
   compare_symbols(comparison);
   count_listed_pins(comparison);
+  const auto first = static_cast<std::ptrdiff_t>(findings.size());
   for (const DdfNet &net : ddf.nets) compare_net(comparison, net);
   find_missing_pins(comparison);
+  std::stable_sort(findings.begin() + first, findings.end(),
+                   [](const Finding &a, const Finding &b) { return a.line < b.line; });
   find_missing_nets(comparison);
   return findings;
 }

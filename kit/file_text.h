@@ -38,8 +38,9 @@ public:
   // The text ends there, at or before its former end.
   void end_at(std::size_t size);
 
-  // The first bytes of an open file, as many as it has. None, with a size of 0, where the system can't do that. The
-  // process ends with status 2 when the file is cut short before they are used.
+  // The bytes of an open file, which show whatever is written into it meanwhile. None, with a size of 0, where the
+  // system can't do that. From then on a lost page of any mapping (SIGBUS: the file was cut short) ends the process
+  // with status 2.
   static FileText map(int descriptor, std::size_t size);
 
 private:

@@ -60,18 +60,10 @@ void visit(Walk &walk, SymbolIndex root) {
 
 bool load_design(const std::string &design, Netlist &netlist, std::ostream &errors) {
   const std::string path = design + ".nxf";
-  FileText text;
-  Finding error;
-  const auto read = [&] { return read_file(path, text, error) && parse_nxf(std::move(text), netlist, error); };
-  if (!during("reading the netlist", read)) {
-    print_finding(errors, path, error);
-    return false;
-  }
+  if (!read_nxf(path, netlist, errors)) return false;
   const std::vector<Finding> findings = during("checking the netlist", [&] { return check_netlist(netlist); });
   for (const Finding &finding : findings) print_finding(errors, path, finding);
-  if (!findings.empty()) return false;
-  list_destinations(netlist);
-  return true;
+  return findings.empty();
 }
 
 bool passes_gates(const Symbol &symbol, const Pin &) {

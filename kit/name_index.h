@@ -62,7 +62,7 @@ void reserve(HashIndex &index, std::size_t values);
 // Stores the value unless `is_it` accepts one that is there. Returns the value that stands there afterwards.
 template <typename Predicate>
 std::uint32_t add_value(HashIndex &index, std::uint32_t hash, std::uint32_t value, const Predicate &is_it) {
-  if (index.size * 4 >= index.slots.size() * 3) reserve(index, index.size * 2 + 32);
+  if ((index.size + 1) * 4 > index.slots.size() * 3) reserve(index, index.size * 2 + 32);
   HashIndex::Slot &slot = index.slots[find_place(index, hash, is_it)];
   if (slot.value != kNone) return slot.value;
   slot = {hash, value};

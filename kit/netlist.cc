@@ -24,7 +24,7 @@ PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width) {
 }
 
 void list_destinations(Netlist &netlist) {
-  if (!netlist.destinations.empty()) return;
+  if (!netlist.in_order || !netlist.destinations.empty()) return;
   netlist.destinations.resize(count_destinations(netlist));
   std::vector<std::uint32_t> next;
   next.reserve(netlist.nets.size());

@@ -48,7 +48,6 @@ struct Symbol {
   PrimitiveIndex primitive = kMacro;
   bool protect = false;
   bool hard = false;
-  bool is_named_as_net = false; // it is the source of a net of its own name
 };
 
 // One end of a net: a pin of a symbol. Both kNone: an item that names none (a fault of the netlist).
@@ -82,8 +81,10 @@ struct Netlist {
 
   std::vector<ExternalPin> external_pins; // in file order, as all lists here
   std::vector<Net> nets;
-  // What the nets lead to, one net's after the other's. Parsing leaves them out as long as the pins tell them:
-  // list_destinations makes up for it.
+  // Every pin is joined, and each net names its pins in the order of the symbols and no output behind DST.
+  bool in_order = false;
+  // What the nets lead to, one net's after the other's. Parsing leaves them out when they are in order: not everybody
+  // needs them, and list_destinations finds them again.
   std::vector<EndPoint> destinations;
   std::vector<Symbol> symbols;
   std::vector<SymbolKind> kinds;
@@ -126,7 +127,7 @@ inline std::string_view name_of(const Netlist &netlist, const Pin &pin) { return
 inline std::size_t count_destinations(const Netlist &netlist) {
   return netlist.nets.empty() ? 0 : netlist.nets.back().first_destination + netlist.nets.back().destination_count;
 }
-// Lists the destinations of all nets, in the order of the symbols, unless they are listed.
+// Lists the destinations of all nets, unless they are listed.
 void list_destinations(Netlist &netlist);
 
 // A symbol's pins up to this number are searched one by one.

@@ -39,12 +39,13 @@ void index_symbols(Netlist &netlist) {
 }
 
 // Those that no net leads to, as it does to nearly all in gate form. False when a name stands twice.
-bool index_other_symbols(Netlist &netlist) {
+bool index_other_symbols(const Joints &joints) {
+  Netlist &netlist = joints.netlist;
   std::vector<SymbolIndex> others;
   bool unique = true;
   const auto name_of_symbol = [&](SymbolIndex symbol) { return netlist.symbols[symbol].instance; };
   for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
-    if (netlist.symbols[s].is_named_as_net) continue;
+    if (joints.drives_own_name[s]) continue;
     unique = unique && find_symbol(netlist, name_of_symbol(s)) == kNone;
     others.push_back(s);
   }
@@ -150,6 +151,7 @@ std::string_view take_item(const char *&at) {
 void join_by_name(Joints &joints) {
   Netlist &netlist = joints.netlist;
   SlowJoin join{joints, {}};
+  const char *const end = netlist.text.data() + netlist.text.size();
   join.named_nets.reserve(netlist.pins.size());
   netlist.destinations.resize(count_destinations(netlist));
   for (Pin &pin : netlist.pins) join.named_nets.push_back(std::exchange(pin.net, kNone));
@@ -161,7 +163,8 @@ void join_by_name(Joints &joints) {
       net.source = join_item(join, i, take_item(at));
     }
     at += std::string_view(" DST").size();
-    for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++)
+    // A mapped file may have changed since the items were counted: they must end with the text all the same.
+    for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count && at < end; d++)
       netlist.destinations[d] = join_item(join, i, take_item(++at));
   }
   for (const Symbol &symbol : netlist.symbols) {
@@ -204,15 +207,6 @@ NetIndex settle(const Netlist &netlist, const Joints::Lookup &lookup) {
   return find_value(netlist.nets_by_name, lookup.hash, has_name);
 }
 
-void remember_net(ReadNets &nets, const Joints::Lookup &lookup, NetIndex net) {
-  if (lookup.size > 15) return;
-  ReadNets::Name name;
-  const std::size_t size = lookup.size + 1; // with the ';'
-  name.first = load_bytes(lookup.name) & kFirstBytes[std::min<std::size_t>(size, 8)];
-  if (size > 8) name.rest = load_bytes(lookup.name + 8) & kFirstBytes[size - 8];
-  nets.at(name) = {name, net};
-}
-
 void settle_lookups(Joints &joints) {
   constexpr std::uint32_t kManyReaders = 8;
   Netlist &netlist = joints.netlist;
@@ -225,31 +219,32 @@ void settle_lookups(Joints &joints) {
       joints.strangers.emplace_back(lookup.pin, std::string_view(lookup.name, lookup.size));
       joints.in_order = false;
     } else if (netlist.nets[net].destination_count >= kManyReaders) {
-      remember_net(joints.read_nets, lookup, net);
+      if (BusyNets::Name name; name.take(lookup.name)) joints.busy_nets.at(name) = {name, net};
     }
   }
   joints.lookups.clear();
 }
 
 // Answers what the pin's net names next with the pin. False when that is another one.
-bool answers_net(Joints &joints, EndPoint end, Symbol &symbol) {
+bool answers_net(Joints &joints, EndPoint end) {
   Netlist &netlist = joints.netlist;
+  const std::string_view instance = netlist.symbols[end.symbol].instance;
   const Pin &pin = netlist.pins[end.pin];
   Net &net = netlist.nets[pin.net];
   const std::string_view name = name_of(netlist, pin);
   if (pin.direction != Direction::OUT) {
     const char *&item = joints.open_items[pin.net];
-    if (const char *stop = end_of_item(item, symbol.instance, name); stop != nullptr) {
+    if (const char *stop = end_of_item(item, instance, name); stop != nullptr) {
       item = *stop == ' ' ? stop + 1 : stop;
-      __builtin_prefetch(item +
-                         64); // until the next pin on the net comes, it is gone from where the processor keeps it
+      // Until the next pin on the net comes, this is gone from where the processor keeps it.
+      __builtin_prefetch(item + 64);
       return true;
     }
   }
-  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), symbol.instance, name) == nullptr)
+  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), instance, name) == nullptr)
     return false;
   net.source = end;
-  if (net.name == symbol.instance) symbol.is_named_as_net = true;
+  if (net.name == instance) joints.drives_own_name[end.symbol] = true;
   return true;
 }
 
@@ -267,12 +262,13 @@ void index_nets(Joints &joints) {
 }
 
 void join_pins(Joints &joints) {
-  Netlist &netlist = joints.netlist;
+  const Netlist &netlist = joints.netlist;
   settle_lookups(joints);
+  joints.drives_own_name.resize(netlist.symbols.size());
   for (SymbolIndex s = joints.first_symbol; s < netlist.symbols.size() && joints.in_order; s++) {
-    Symbol &symbol = netlist.symbols[s];
+    const Symbol &symbol = netlist.symbols[s];
     for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count && joints.in_order; p++)
-      joints.in_order = answers_net(joints, {s, p}, symbol);
+      joints.in_order = answers_net(joints, {s, p});
   }
   joints.first_symbol = static_cast<SymbolIndex>(netlist.symbols.size());
 }
@@ -280,10 +276,10 @@ void join_pins(Joints &joints) {
 void finish_joints(Joints &joints) {
   Netlist &netlist = joints.netlist;
   index_ports(joints);
-  const bool sound = joints.in_order && are_all_answered(joints) && index_other_symbols(netlist);
-  if (!sound) index_symbols(netlist);
+  netlist.in_order = joints.in_order && are_all_answered(joints) && index_other_symbols(joints);
+  if (!netlist.in_order) index_symbols(netlist);
   index_external_pins(netlist);
-  if (!sound) join_by_name(joints);
+  if (!netlist.in_order) join_by_name(joints);
 }
 
 } // namespace cubekit

@@ -8,14 +8,32 @@
 #include <vector>
 
 #include "kit/netlist.h"
+#include "kit/words.h"
 
 namespace cubekit {
 
 // Nets with many readers, by their names: these are looked up most often.
-struct ReadNets {
-  // A name of at most fifteen bytes with the ';' behind it, filled up with zeros.
+struct BusyNets {
+  // A name of at most fifteen bytes with the mark behind it, filled up with zeros.
   struct Name {
     std::uint64_t first = 0, rest = 0;
+    std::size_t size = 0; // without the mark
+
+    // The word that begins there. False when it is longer.
+    bool take(const char *text) {
+      first = load_bytes(text);
+      size = find_word_end(first);
+      if (size < 8) {
+        first &= kFirstBytes[size + 1];
+        return true;
+      }
+      rest = load_bytes(text + 8);
+      const std::size_t more = find_word_end(rest);
+      if (more == 8) return false;
+      rest &= kFirstBytes[more + 1];
+      size += more;
+      return true;
+    }
   };
   struct Entry {
     Name name;
@@ -49,8 +67,9 @@ struct Joints {
   };
   std::vector<Lookup> lookups{};
   SymbolIndex first_symbol = 0; // whose pins are not joined yet
-  ReadNets read_nets{};
-  NetIndex next_driven = 0; // behind the last driven one: symbols drive nets mostly in the nets' order
+  BusyNets busy_nets{};
+  std::vector<bool> drives_own_name{}; // by symbol: it is the source of the net of its name
+  NetIndex next_driven = 0;            // behind the last driven one: symbols drive nets mostly in the nets' order
 
   std::vector<std::pair<std::uint32_t, std::string_view>> strangers{}; // pins with the names of nets that there are not
 };

@@ -260,7 +260,7 @@ void add_pattern(Parser &parser, const char *start, Direction direction) {
                                  static_cast<std::uint32_t>(fits ? size : 0), direction});
 }
 
-// The name of a net and the end of the statement. Names that are not known yet are looked up later.
+// The name of a net and the end of the statement. The name is looked up later, for the pin that netlist.pins gets next.
 bool take_net_of_pin(Parser &parser, Pin &pin) {
   const char *const start = parser.at;
   const char *at = start;
@@ -283,24 +283,15 @@ bool take_net_of_pin(Parser &parser, Pin &pin) {
 }
 
 // The same for a net that is known to have many readers; nullptr when it is another. Returns the place behind.
-[[gnu::always_inline]] inline const char *take_read_net(Parser &parser, const char *at, Pin &pin) {
-  ReadNets::Name name{load_bytes(at), 0};
-  const std::size_t size = find_word_end(name.first);
-  if (size < 8) {
-    name.first &= kFirstBytes[size + 1];
-    at += size;
-  } else {
-    name.rest = load_bytes(at + 8);
-    const std::size_t rest_size = find_word_end(name.rest);
-    if (rest_size == 8) return nullptr;
-    name.rest &= kFirstBytes[rest_size + 1];
-    at += 8 + rest_size;
-  }
-  const ReadNets::Entry &entry = parser.joints.read_nets.at(name);
-  if (entry.name.first != name.first || entry.name.rest != name.rest || at + 2 > parser.end || at[1] != '\n')
+[[gnu::always_inline]] inline const char *take_busy_net(Parser &parser, const char *at, Pin &pin) {
+  BusyNets::Name name;
+  if (!name.take(at)) return nullptr;
+  const BusyNets::Entry &entry = parser.joints.busy_nets.at(name);
+  const char *stop = at + name.size;
+  if (entry.name.first != name.first || entry.name.rest != name.rest || stop + 2 > parser.end || stop[1] != '\n')
     return nullptr;
   pin.net = entry.net;
-  return at + 2;
+  return stop + 2;
 }
 
 // The same for the net that is most likely the next to be driven.
@@ -327,7 +318,7 @@ bool take_expected_pins(Parser &parser, const SymbolKind &kind) {
       break;
     parser.at += pattern.size;
     const char *end = pin.direction == Direction::OUT ? take_next_driven(parser, parser.at, pin)
-                                                      : take_read_net(parser, parser.at, pin);
+                                                      : take_busy_net(parser, parser.at, pin);
     if (end != nullptr) {
       parser.at = end;
       parser.line++;
@@ -432,7 +423,7 @@ bool parse_nxf(FileText text, Netlist &netlist, Finding &error) {
   return true;
 }
 
-bool load_nxf(const std::string &path, Netlist &netlist, std::ostream &errors) {
+bool read_nxf(const std::string &path, Netlist &netlist, std::ostream &errors) {
   FileText text;
   Finding error;
   const auto read = [&] { return read_file(path, text, error) && parse_nxf(std::move(text), netlist, error); };
@@ -440,10 +431,14 @@ bool load_nxf(const std::string &path, Netlist &netlist, std::ostream &errors) {
     print_finding(errors, path, error);
     return false;
   }
-  for (const Finding &fault : netlist.faults) print_finding(errors, path, fault);
-  if (!netlist.faults.empty()) return false;
   list_destinations(netlist);
   return true;
+}
+
+bool load_nxf(const std::string &path, Netlist &netlist, std::ostream &errors) {
+  if (!read_nxf(path, netlist, errors)) return false;
+  for (const Finding &fault : netlist.faults) print_finding(errors, path, fault);
+  return netlist.faults.empty();
 }
 
 } // namespace cubekit

@@ -12,6 +12,10 @@ namespace cubekit {
 // that don't fit together are no errors here: they stand in netlist.faults. Linear in the text.
 [[nodiscard]] bool parse_nxf(FileText text, Netlist &netlist, Finding &error);
 
+// Reads a netlist with its destinations, whatever its faults. False, with the reason on `errors`, when the file can't
+// be read or breaks the format.
+[[nodiscard]] bool read_nxf(const std::string &path, Netlist &netlist, std::ostream &errors);
+
 // Reads a netlist that is to be used: false, with all reasons on `errors`, when the file can't be read, breaks the
 // format or holds faults.
 [[nodiscard]] bool load_nxf(const std::string &path, Netlist &netlist, std::ostream &errors);

@@ -1,4 +1,4 @@
-// Words of a text, eight bytes at a time. The bytes up to seven behind a word are loaded too: a FileText has them.
+// Words of a text, eight bytes at a time. Some bytes behind a word are loaded too: a FileText has them.
 #pragma once
 
 #include <array>
