@@ -20,8 +20,8 @@ void report(Checker &checker, std::size_t line, std::string text) {
   checker.findings.push_back({line, std::move(text)});
 }
 
-std::string named(const Checker &checker, const Symbol &symbol) {
-  return std::string(primitive_text(checker.netlist, symbol)) + ' ' + std::string(symbol.instance);
+std::string named(const Symbol &symbol) {
+  return std::string(symbol.kind->primitive_text) + ' ' + std::string(symbol.instance);
 }
 
 // The pins behind the numbered ones, in the order of the primitive's row.
@@ -60,22 +60,21 @@ bool has_fitting_pins(const Netlist &netlist, const SymbolKind &kind) {
 void check_symbol(Checker &checker, const Symbol &symbol) {
   const PrimitiveRow &primitive = primitive_of(symbol);
   if (primitive.function == Function::MACRO) {
-    if (!symbol.hard)
-      report(checker, symbol.line,
-             "the library has no primitive " + std::string(primitive_text(checker.netlist, symbol)));
+    if (!symbol.kind->hard)
+      report(checker, symbol.line, "the library has no primitive " + std::string(symbol.kind->primitive_text));
     return;
   }
   if (checker.series < primitive.min_series || checker.series > primitive.max_series)
-    report(checker, symbol.line, named(checker, symbol) + ": devices of this series have no such primitive");
-  if (checker.fitting[symbol.kind] == 0)
-    report(checker, symbol.line, named(checker, symbol) + ": the pins are not those of the primitive");
+    report(checker, symbol.line, named(symbol) + ": devices of this series have no such primitive");
+  if (checker.fitting[symbol.kind->number] == 0)
+    report(checker, symbol.line, named(symbol) + ": the pins are not those of the primitive");
   if (primitive.function == Function::TABLE) {
-    if (symbol.protect) report(checker, symbol.line, named(checker, symbol) + ": a block can't be protected");
-    if ((primitive.name == "PLA") == symbol.rows.empty())
+    if (symbol.kind->protect) report(checker, symbol.line, named(symbol) + ": a block can't be protected");
+    if ((primitive.name == "PLA") == (symbol.row_count == 0))
       report(checker, symbol.line,
-             named(checker, symbol) + (symbol.rows.empty() ? ": there are no rows" : ": rows in a ZDOT"));
-  } else if (!symbol.rows.empty()) {
-    report(checker, symbol.line, named(checker, symbol) + ": only a PLA has rows");
+             named(symbol) + (symbol.row_count == 0 ? ": there are no rows" : ": rows in a ZDOT"));
+  } else if (symbol.row_count > 0) {
+    report(checker, symbol.line, named(symbol) + ": only a PLA has rows");
   }
 }
 

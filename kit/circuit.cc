@@ -45,7 +45,7 @@ void collect_inputs(Circuit &circuit, const Symbol &root, std::vector<NetIndex> 
   while (!waiting.empty()) {
     const Symbol &symbol = *waiting.back();
     waiting.pop_back();
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
       const Pin &pin = netlist.pins[p];
       if (pin.direction != Direction::IN || pin.net == kNone) continue;
       if (grows && is_inner(circuit, function, pin.net)) {
@@ -73,7 +73,7 @@ Literal table_value(Circuit &circuit, SymbolIndex symbol_index, const std::vecto
     return sum_of_terms(circuit.meaning, circuit.formulas, output, columns);
   }
   std::vector<Literal> terms, literals;
-  for (std::size_t r = 0; r < row_count(symbol); r++) {
+  for (std::size_t r = 0; r < symbol.row_count; r++) {
     const std::string_view row = row_at(symbol, r);
     literals.clear();
     for (std::size_t i = 0; i < row.size() && i < inputs.size(); i++)

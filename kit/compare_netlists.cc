@@ -111,9 +111,9 @@ void compare_symbols(Comparison &comparison) {
       report(comparison, symbol.line, "the .nxf has no symbol " + quoted(symbol.instance));
       continue;
     }
-    if (primitive_text(netlist, netlist.symbols[found]) != symbol.primitive)
+    if (netlist.symbols[found].kind->primitive_text != symbol.primitive)
       report(comparison, symbol.line,
-             quoted(symbol.instance) + " is " + std::string(primitive_text(netlist, netlist.symbols[found])) +
+             quoted(symbol.instance) + " is " + std::string(netlist.symbols[found].kind->primitive_text) +
                  " in the .nxf");
     if (comparison.symbol_listed[found]++ != 0)
       report(comparison, symbol.line, quoted(symbol.instance) + " is listed twice");
@@ -137,7 +137,7 @@ void count_listed_pins(Comparison &comparison) {
   for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
     if (comparison.symbol_listed[i] == 0) continue;
     const Symbol &symbol = netlist.symbols[i];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++)
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++)
       if (netlist.pins[p].net != kNone) comparison.listed_pins[netlist.pins[p].net]++;
   }
 }
@@ -193,7 +193,7 @@ void find_missing_pins(Comparison &comparison) {
   for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
     if (comparison.symbol_listed[s] == 0) continue;
     const Symbol &symbol = netlist.symbols[s];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
       const NetIndex net = netlist.pins[p].net;
       if (net == kNone || ddf_nets[net] == nullptr || comparison.pin_named[p] || netlist.nets[net].source.pin == p)
         continue;

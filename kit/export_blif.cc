@@ -84,7 +84,7 @@ void write_buffer(Writer &writer, const std::string &from, const std::string &to
 
 void write_rows(std::ostream &stream, const Symbol &symbol, std::string_view output_pin) {
   const PrimitiveRow &primitive = primitive_of(symbol);
-  const std::size_t width = primitive.numbered ? symbol.width : 1;
+  const std::size_t width = primitive.numbered ? symbol.kind->width : 1;
   const char *result = primitive.inverted ? " 0\n" : " 1\n";
   switch (primitive.function) {
   case Function::OR: // by its complement: one row
@@ -92,7 +92,7 @@ void write_rows(std::ostream &stream, const Symbol &symbol, std::string_view out
     break;
   case Function::XOR: stream << (output_pin == "Z0" ? "10 1\n01 1\n" : "11 1\n00 1\n"); break;
   case Function::TABLE:
-    for (std::size_t row = 0; row < row_count(symbol); row++) stream << row_at(symbol, row) << " 1\n";
+    for (std::size_t row = 0; row < symbol.row_count; row++) stream << row_at(symbol, row) << " 1\n";
     break;
   default: stream << std::string(width, '1') << result; break;
   }

@@ -59,18 +59,18 @@ void write_ports(std::ostream &stream, const Netlist &netlist, const PortNames &
 // The pins as Verilog has them: those of a table are one vector.
 template <typename WriteOne> void write_pins(List &list, const Netlist &netlist, const Symbol &symbol, WriteOne write) {
   const Pin *pins = netlist.pins.data() + symbol.first_pin;
-  const std::uint32_t vector = is_table(symbol) ? symbol.width : 0;
+  const std::uint32_t vector = is_table(symbol) ? symbol.kind->width : 0;
   if (vector > 0) write(next(list) << "\"A\": ", pins, vector);
-  for (std::uint32_t i = vector; i < symbol.pin_count; i++)
+  for (std::uint32_t i = vector; i < symbol.kind->pin_count; i++)
     write(next(list) << quote(map_name(name_of(netlist, pins[i]), kSet)) << ": ", pins + i, 1U);
 }
 
 void write_parameters(std::ostream &stream, const Symbol &symbol) {
   stream << "          \"parameters\": {";
-  if (is_table(symbol)) stream << " \"WIDTH\": " << number_text(symbol.width);
+  if (is_table(symbol)) stream << " \"WIDTH\": " << number_text(symbol.kind->width);
   if (has_rows(symbol)) {
     const TableBits bits = table_bits(symbol);
-    stream << ", \"DEPTH\": " << number_text(row_count(symbol)) << ", \"ONES\": " << quote(bits.ones)
+    stream << ", \"DEPTH\": " << number_text(symbol.row_count) << ", \"ONES\": " << quote(bits.ones)
            << ", \"ZEROS\": " << quote(bits.zeros);
   }
   stream << " },\n";
@@ -78,9 +78,9 @@ void write_parameters(std::ostream &stream, const Symbol &symbol) {
 
 void write_cell(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
   stream << " {\n          \"hide_name\": 0,\n          \"type\": "
-         << quote(map_name(primitive_text(netlist, symbol), kSet)) << ",\n";
+         << quote(map_name(symbol.kind->primitive_text, kSet)) << ",\n";
   write_parameters(stream, symbol);
-  stream << "          \"attributes\": {" << (symbol.protect ? " \"keep\": " + number_text(1) : "") << " },\n"
+  stream << "          \"attributes\": {" << (symbol.kind->protect ? " \"keep\": " + number_text(1) : "") << " },\n"
          << "          \"port_directions\": {";
   List directions{stream, "            "};
   write_pins(directions, netlist, symbol,

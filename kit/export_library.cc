@@ -60,7 +60,7 @@ void write_ports(std::ostream &stream, const Symbol &symbol) {
   if (primitive.numbered && is_table(symbol))
     write(Direction::IN, "[WIDTH-1:0] A");
   else if (primitive.numbered)
-    for (std::uint32_t i = 0; i < symbol.width; i++) write(Direction::IN, "A", i);
+    for (std::uint32_t i = 0; i < symbol.kind->width; i++) write(Direction::IN, "A", i);
   for (const PinRow &row : primitive.pins)
     if (!row.name.empty()) write(row.direction, row.name);
 }
@@ -71,7 +71,7 @@ void write_gate(std::ostream &stream, const Symbol &symbol) {
     if (gate.name == primitive.name) stream << "  " << gate.verilog;
   stream << " (" << (primitive.inverted ? "ZN0" : "Z0");
   if (!primitive.numbered) stream << ", A0";
-  for (std::uint32_t i = 0; i < symbol.width; i++) stream << ", A" << i;
+  for (std::uint32_t i = 0; i < symbol.kind->width; i++) stream << ", A" << i;
   stream << ");\n";
 }
 
@@ -128,7 +128,7 @@ void write_body(std::ostream &stream, const Symbol &symbol) {
 void write_macro(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
   const char *separator = "";
   std::string outputs;
-  for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
+  for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
     const Pin &pin = netlist.pins[p];
     const std::string name = verilog_identifier(map_name(name_of(netlist, pin), NameSet::VISIBLE));
     stream << separator << direction_text(pin.direction) << " wire " << name;
@@ -139,16 +139,16 @@ void write_macro(std::ostream &stream, const Netlist &netlist, const Symbol &sym
 }
 
 void write_module(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
-  const bool shell = symbol.primitive == kMacro || (is_table(symbol) && !has_rows(symbol));
+  const bool shell = is_macro(symbol) || (is_table(symbol) && !has_rows(symbol));
   if (shell) stream << "(* blackbox *)\n";
-  stream << "module " << verilog_identifier(map_name(primitive_text(netlist, symbol), NameSet::VISIBLE));
+  stream << "module " << verilog_identifier(map_name(symbol.kind->primitive_text, NameSet::VISIBLE));
   if (has_rows(symbol))
     stream << " #(parameter WIDTH = 1, parameter DEPTH = 1,\n"
               "  parameter [WIDTH*DEPTH-1:0] ONES = 0, parameter [WIDTH*DEPTH-1:0] ZEROS = 0)";
   else if (is_table(symbol))
     stream << " #(parameter WIDTH = 1)";
   stream << " (";
-  if (symbol.primitive == kMacro) {
+  if (is_macro(symbol)) {
     write_macro(stream, netlist, symbol);
     return;
   }
@@ -163,9 +163,10 @@ void write_module(std::ostream &stream, const Netlist &netlist, const Symbol &sy
 void write_library(std::ostream &stream, const Netlist &netlist) {
   // In the order of the vocabulary, then by width and name.
   const auto before = [&](const Symbol *a, const Symbol *b) {
-    if (a->primitive != b->primitive) return a->primitive < b->primitive;
-    if (primitive_of(*a).width_in_name && a->width != b->width) return a->width < b->width;
-    return primitive_text(netlist, *a) < primitive_text(netlist, *b);
+    const SymbolKind &x = *a->kind, &y = *b->kind;
+    if (x.primitive != y.primitive) return x.primitive < y.primitive;
+    if (primitive_of(*a).width_in_name && x.width != y.width) return x.width < y.width;
+    return x.primitive_text < y.primitive_text;
   };
   std::set<const Symbol *, decltype(before)> modules(before);
   bool storage = false;

@@ -61,30 +61,31 @@ void write_vector(Writer &writer, std::string_view name, std::string_view bits, 
 }
 
 void write_table_parameters(Writer &writer, const Symbol &symbol) {
-  writer.stream << " #(.WIDTH(" << symbol.width << ")";
+  writer.stream << " #(.WIDTH(" << symbol.kind->width << ")";
   if (has_rows(symbol)) {
     const TableBits bits = table_bits(symbol);
-    writer.stream << ", .DEPTH(" << row_count(symbol) << "), ";
-    write_vector(writer, "ONES", bits.ones, symbol.width);
+    writer.stream << ", .DEPTH(" << symbol.row_count << "), ";
+    write_vector(writer, "ONES", bits.ones, symbol.kind->width);
     writer.stream << ", ";
-    write_vector(writer, "ZEROS", bits.zeros, symbol.width);
+    write_vector(writer, "ZEROS", bits.zeros, symbol.kind->width);
   }
   writer.stream << ")";
 }
 
 void write_symbol(Writer &writer, const Symbol &symbol) {
   std::ostream &stream = writer.stream;
-  stream << "  " << verilog_identifier(map_name(primitive_text(writer.netlist, symbol), kSet));
+  stream << "  " << verilog_identifier(map_name(symbol.kind->primitive_text, kSet));
   if (is_table(symbol)) write_table_parameters(writer, symbol);
   stream << ' ' << verilog_identifier(symbol_name(symbol, kSet)) << " (";
   const Pin *pins = writer.netlist.pins.data() + symbol.first_pin;
   std::uint32_t first = 0;
   if (is_table(symbol)) {
     stream << ".A({";
-    for (std::uint32_t i = symbol.width; i > 0; i--) stream << writer.nets[pins[i - 1].net] << (i > 1 ? ", " : "})");
-    first = symbol.width;
+    for (std::uint32_t i = symbol.kind->width; i > 0; i--)
+      stream << writer.nets[pins[i - 1].net] << (i > 1 ? ", " : "})");
+    first = symbol.kind->width;
   }
-  for (std::uint32_t i = first; i < symbol.pin_count; i++)
+  for (std::uint32_t i = first; i < symbol.kind->pin_count; i++)
     stream << (i == 0 ? "." : ", .") << verilog_identifier(map_name(name_of(writer.netlist, pins[i]), kSet)) << '('
            << writer.nets[pins[i].net] << ')';
   stream << (is_pad(symbol) && !has_enable(symbol) ? ", .OE(1'b1));\n" : ");\n");
@@ -99,7 +100,7 @@ std::string_view direction_text(Direction direction) {
 
 TableBits table_bits(const Symbol &symbol) {
   TableBits bits;
-  for (std::size_t row = row_count(symbol); row > 0; row--) {
+  for (std::size_t row = symbol.row_count; row > 0; row--) {
     const std::string_view text = row_at(symbol, row - 1);
     for (auto literal = text.rbegin(); literal != text.rend(); ++literal) {
       bits.ones += *literal == '1' ? '1' : '0';

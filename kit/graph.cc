@@ -82,7 +82,7 @@ std::string escape(std::string_view text) {
 
 void write_symbol(Drawing &drawing, SymbolIndex index, std::string_view indent) {
   const Symbol &symbol = drawing.netlist.symbols[index];
-  drawing.stream << indent << 's' << index << " [label=\"" << escape(primitive_text(drawing.netlist, symbol)) << "\\n"
+  drawing.stream << indent << 's' << index << " [label=\"" << escape(symbol.kind->primitive_text) << "\\n"
                  << escape(symbol.instance) << "\", "
                  << kShapes[static_cast<std::size_t>(primitive_of(symbol).function)].attributes << "];\n";
 }

@@ -43,7 +43,7 @@ void visit(Walk &walk, SymbolIndex root) {
   while (!walk.way.empty()) {
     Walk::Visit &step = walk.way.back();
     const Symbol &symbol = walk.netlist.symbols[step.symbol];
-    if (step.next_pin == symbol.first_pin + symbol.pin_count) {
+    if (step.next_pin == symbol.first_pin + symbol.kind->pin_count) {
       leave(walk, step.symbol);
       continue;
     }
@@ -67,7 +67,7 @@ bool load_design(const std::string &design, Netlist &netlist, std::ostream &erro
 }
 
 bool passes_gates(const Symbol &symbol, const Pin &) {
-  return !is_storage(primitive_of(symbol).function) && symbol.primitive != kMacro;
+  return !is_storage(primitive_of(symbol).function) && !is_macro(symbol);
 }
 
 SymbolIndex find_driver(const Netlist &netlist, NetIndex net_index) {

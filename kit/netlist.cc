@@ -25,17 +25,22 @@ PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width) {
 
 void list_destinations(Netlist &netlist) {
   if (!netlist.in_order || !netlist.destinations.empty()) return;
-  netlist.destinations.resize(count_destinations(netlist));
-  std::vector<std::uint32_t> next;
-  next.reserve(netlist.nets.size());
-  for (const Net &net : netlist.nets) next.push_back(net.first_destination);
-  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
-    const Symbol &symbol = netlist.symbols[s];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
-      const NetIndex net = netlist.pins[p].net;
-      if (netlist.nets[net].source.pin != p) netlist.destinations[next[net]++] = {s, p};
+  const auto visit = [&](const auto &add) {
+    for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
+      const Symbol &symbol = netlist.symbols[s];
+      for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++)
+        if (Net &net = netlist.nets[netlist.pins[p].net]; net.source.pin != p) add(net, EndPoint{s, p});
     }
+  };
+  visit([](Net &net, EndPoint) { net.destination_count++; });
+  std::uint32_t total = 0;
+  for (Net &net : netlist.nets) {
+    net.first_destination = total;
+    total += net.destination_count;
+    net.destination_count = 0; // those listed so far
   }
+  netlist.destinations.resize(total);
+  visit([&](Net &net, EndPoint end) { netlist.destinations[net.first_destination + net.destination_count++] = end; });
 }
 
 bool is_numbered(std::string_view name, std::uint32_t number) {
@@ -50,16 +55,16 @@ std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol_index, std::st
   std::uint32_t number = 0;
   const char *end = name.data() + name.size();
   if (name.size() > 1 && name[0] == 'A' && std::from_chars(name.data() + 1, end, number).ptr == end &&
-      number < symbol.pin_count && name_of(netlist, netlist.pins[symbol.first_pin + number]) == name)
+      number < symbol.kind->pin_count && name_of(netlist, netlist.pins[symbol.first_pin + number]) == name)
     return symbol.first_pin + number;
-  if (symbol.primitive == kMacro && symbol.pin_count > kFewPins) {
-    const auto ports = netlist.large_macros.find(symbol.kind);
-    const std::uint32_t place = ports == netlist.large_macros.end() ? kNone : find_name(ports->second, name);
+  if (is_macro(symbol) && symbol.kind->pin_count > kFewPins) {
+    const std::uint32_t place = find_name(symbol.kind->ports, name);
     return place == kNone ? kNone : symbol.first_pin + place;
   }
   // Other pins stand behind them.
-  const std::uint32_t few = std::min(symbol.pin_count, kFewPins);
-  for (std::uint32_t p = symbol.first_pin + symbol.pin_count - few; p < symbol.first_pin + symbol.pin_count; p++)
+  const std::uint32_t few = std::min(symbol.kind->pin_count, kFewPins);
+  for (std::uint32_t p = symbol.first_pin + symbol.kind->pin_count - few; p < symbol.first_pin + symbol.kind->pin_count;
+       p++)
     if (name_of(netlist, netlist.pins[p]) == name) return p;
   return kNone;
 }

@@ -4,9 +4,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "kit/file_text.h"
@@ -27,27 +27,27 @@ struct Pin {
   Direction direction : 2 = Direction::IN;
 };
 
-// Symbols of one primitive that have the same pins in the same order. Netlists have few kinds of symbols.
+// What symbols of one primitive have in common when they have the same pins in the same order and the same marks.
+// Netlists have few kinds of symbols.
 struct SymbolKind {
   std::string_view primitive_text; // as written, with the width
+  std::uint32_t number = 0;        // in Netlist::kinds
   PrimitiveIndex primitive = kMacro;
+  bool protect = false;
   bool hard = false;
   std::uint32_t width = 0;     // numbered inputs: of the name for gates, counted for PLA and ZDOT
   std::uint32_t first_pin = 0; // of the first such symbol, into Netlist::pins; those of a symbol stand in a row
   std::uint32_t pin_count = 0;
+  NameIndex ports; // of macros with too many pins to look through: these, counted from the first
 };
 
 struct Symbol {
   std::string_view instance;
-  std::string_view rows;   // PLA: the text of all rows, one after another; see row_count and row_at
-  std::uint32_t kind = 0;  // into Netlist::kinds
-  std::uint32_t width = 0; // this, the primitive and `hard` as in the kind
+  const SymbolKind *kind = nullptr; // never null in a Netlist
+  const char *rows = nullptr;       // PLA: the text of all rows, one after another; see row_at
+  std::uint32_t row_count = 0;
   std::uint32_t first_pin = 0;
-  std::uint32_t pin_count = 0;
   std::uint32_t line = 0;
-  PrimitiveIndex primitive = kMacro;
-  bool protect = false;
-  bool hard = false;
 };
 
 // One end of a net: a pin of a symbol. Both kNone: an item that names none (a fault of the netlist).
@@ -62,7 +62,7 @@ struct Net {
   bool rail = false;     // GND or VCC: no source
   bool has_source = false;
   EndPoint source;
-  std::uint32_t first_destination = 0; // into Netlist::destinations
+  std::uint32_t first_destination = 0; // into Netlist::destinations, once they are listed
   std::uint32_t destination_count = 0;
   std::uint32_t line = 0;
 };
@@ -83,19 +83,17 @@ struct Netlist {
   std::vector<Net> nets;
   // Every pin is joined, and each net names its pins in the order of the symbols and no output behind DST.
   bool in_order = false;
-  // What the nets lead to, one net's after the other's. Parsing leaves them out when they are in order: not everybody
-  // needs them, and list_destinations finds them again.
+  // What the nets lead to, one net's after the other's. Parsing doesn't list them, nor count those of each net, when
+  // they are in order: not everybody needs them, and list_destinations finds them.
   std::vector<EndPoint> destinations;
   std::vector<Symbol> symbols;
-  std::vector<SymbolKind> kinds;
+  std::deque<SymbolKind> kinds; // never moved: symbols point to them
   std::vector<Pin> pins;
 
   std::vector<std::string_view> pin_names; // each once
   HashIndex nets_by_name;
   HashIndex symbols_by_instance; // those that can't be found as the source of the net of their name
   NameIndex external_by_pin;
-  // By kind, the pins of macros that have too many to look through, counted from the first.
-  std::unordered_map<std::uint32_t, NameIndex> large_macros;
   // Names that lead nowhere and names given twice, met while the file's parts were joined. A netlist that is used for
   // anything but judging it has none.
   std::vector<Finding> faults;
@@ -108,7 +106,8 @@ struct Netlist {
 // Splits "AND3" into AND and 3; "FD21" is a name of its own, of width 0. kMacro when the library has no such primitive.
 PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width);
 
-inline const PrimitiveRow &primitive_of(const Symbol &symbol) { return kPrimitives[symbol.primitive]; }
+inline const PrimitiveRow &primitive_of(const Symbol &symbol) { return kPrimitives[symbol.kind->primitive]; }
+inline bool is_macro(const Symbol &symbol) { return symbol.kind->primitive == kMacro; }
 inline NetIndex find_net(const Netlist &netlist, std::string_view name) {
   return find_value(netlist.nets_by_name, hash_name(name),
                     [&](NetIndex net) { return netlist.nets[net].name == name; });
@@ -120,13 +119,7 @@ inline SymbolIndex find_symbol(const Netlist &netlist, std::string_view instance
   return source != kNone && has_name(source) ? source
                                              : find_value(netlist.symbols_by_instance, hash_name(instance), has_name);
 }
-inline std::string_view primitive_text(const Netlist &netlist, const Symbol &symbol) {
-  return netlist.kinds[symbol.kind].primitive_text;
-}
 inline std::string_view name_of(const Netlist &netlist, const Pin &pin) { return netlist.pin_names[pin.name]; }
-inline std::size_t count_destinations(const Netlist &netlist) {
-  return netlist.nets.empty() ? 0 : netlist.nets.back().first_destination + netlist.nets.back().destination_count;
-}
 // Lists the destinations of all nets, unless they are listed.
 void list_destinations(Netlist &netlist);
 
@@ -143,9 +136,9 @@ NetIndex net_at(const Netlist &netlist, SymbolIndex symbol, std::string_view pin
 
 // A PLA row in the file: a tab, one character per input ('0', '1', '-'), " 1" and a line end.
 constexpr std::size_t kRowFrame = 4;
-inline std::size_t row_count(const Symbol &symbol) { return symbol.rows.size() / (symbol.width + kRowFrame); }
 inline std::string_view row_at(const Symbol &symbol, std::size_t row) {
-  return symbol.rows.substr(row * (symbol.width + kRowFrame) + 1, symbol.width);
+  const std::size_t width = symbol.kind->width;
+  return {symbol.rows + row * (width + kRowFrame) + 1, width};
 }
 
 } // namespace cubekit

@@ -1,9 +1,11 @@
-// A net's items follow the symbols, so in a sound file the pins answer them one after the other, without a lookup of
-// symbols. Where they don't, or where a name stands twice, everything is joined by name, which finds the faults.
+// Joins while pins are read, as long as they answer what their nets name next and no name stands twice; then the same
+// by name, which finds the faults.
 #include "kit/nxf_join.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string>
+#include <utility>
 
 #include "kit/words.h"
 
@@ -15,21 +17,25 @@ void add_fault(Netlist &netlist, std::size_t line, std::string text) {
   netlist.faults.push_back({line, std::move(text)});
 }
 
-void index_ports(Joints &joints) {
-  Netlist &netlist = joints.netlist;
-  for (std::uint32_t k = 0; k < netlist.kinds.size(); k++) {
-    const SymbolKind &kind = netlist.kinds[k];
+// False when a macro has two pins of one name.
+bool index_ports(Netlist &netlist) {
+  bool unique = true;
+  for (SymbolKind &kind : netlist.kinds) {
     if (kind.primitive != kMacro || kind.pin_count <= kFewPins) continue;
-    NameIndex &ports = netlist.large_macros[k];
     for (std::uint32_t place = 0; place < kind.pin_count; place++)
-      if (add_name(ports, name_of(netlist, netlist.pins[kind.first_pin + place]), place) != place)
-        joints.in_order = false;
+      unique &= add_name(kind.ports, name_of(netlist, netlist.pins[kind.first_pin + place]), place) == place;
   }
+  return unique;
+}
+
+template <typename TellAgain> void index_net_names(Netlist &netlist, const TellAgain &tell_again) {
+  add_all(
+      netlist.nets_by_name, netlist.nets.size(), [](std::size_t i) { return static_cast<NetIndex>(i); },
+      [&](NetIndex net) { return netlist.nets[net].name; }, tell_again);
 }
 
 void index_symbols(Netlist &netlist) {
   const auto name_of_symbol = [&](SymbolIndex symbol) { return netlist.symbols[symbol].instance; };
-  netlist.symbols_by_instance = {};
   add_all(
       netlist.symbols_by_instance, netlist.symbols.size(), [](std::size_t i) { return static_cast<SymbolIndex>(i); },
       name_of_symbol,
@@ -100,27 +106,21 @@ bool are_all_answered(const Joints &joints) {
          std::all_of(joints.netlist.kinds.begin(), joints.netlist.kinds.end(), is_plain);
 }
 
-// Where the items of a net begin: at " SRC", " DST" or the ';'.
-const char *items_of(const Net &net) {
-  return net.name.data() + net.name.size() + (net.external ? std::string_view(" EXT").size() : 0);
-}
-
-const char *source_item(const Net &net) { return items_of(net) + std::string_view(" SRC ").size(); }
-
-struct SlowJoin {
-  Joints &joints;
-  std::vector<NetIndex> named_nets; // what the pins say
+struct JoinByName {
+  Netlist &netlist;
+  const std::vector<Stranger> &strangers;
+  std::vector<NetIndex> named_nets{}; // what the pins say
 };
 
-std::string_view net_name_of(const SlowJoin &join, std::uint32_t pin) {
-  if (join.named_nets[pin] != kNone) return join.joints.netlist.nets[join.named_nets[pin]].name;
-  const auto &strangers = join.joints.strangers; // in the order of the pins
-  return std::lower_bound(strangers.begin(), strangers.end(), std::pair{pin, std::string_view()})->second;
+std::string_view net_name_of(const JoinByName &join, std::uint32_t pin) {
+  if (join.named_nets[pin] != kNone) return join.netlist.nets[join.named_nets[pin]].name;
+  const auto stands_before = [](const Stranger &stranger, std::uint32_t other) { return stranger.pin < other; };
+  return std::lower_bound(join.strangers.begin(), join.strangers.end(), pin, stands_before)->net_name;
 }
 
 // Joins one item of a net with the pin it names; the pin must name the net in turn.
-EndPoint join_item(SlowJoin &join, NetIndex net_index, std::string_view item) {
-  Netlist &netlist = join.joints.netlist;
+EndPoint join_item(JoinByName &join, NetIndex net_index, std::string_view item) {
+  Netlist &netlist = join.netlist;
   const Net &net = netlist.nets[net_index];
   const auto fault = [&](const std::string &why) {
     add_fault(netlist, net.line, "net " + quoted(net.name) + " names " + quoted(item) + ", " + why);
@@ -146,35 +146,6 @@ std::string_view take_item(const char *&at) {
   const char *start = at;
   at = find_word_end(at);
   return {start, static_cast<std::size_t>(at - start)};
-}
-
-void join_by_name(Joints &joints) {
-  Netlist &netlist = joints.netlist;
-  SlowJoin join{joints, {}};
-  const char *const end = netlist.text.data() + netlist.text.size();
-  join.named_nets.reserve(netlist.pins.size());
-  netlist.destinations.resize(count_destinations(netlist));
-  for (Pin &pin : netlist.pins) join.named_nets.push_back(std::exchange(pin.net, kNone));
-  for (NetIndex i = 0; i < netlist.nets.size(); i++) {
-    Net &net = netlist.nets[i];
-    const char *at = items_of(net);
-    if (net.has_source) {
-      at = source_item(net);
-      net.source = join_item(join, i, take_item(at));
-    }
-    at += std::string_view(" DST").size();
-    // A mapped file may have changed since the items were counted: they must end with the text all the same.
-    for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count && at < end; d++)
-      netlist.destinations[d] = join_item(join, i, take_item(++at));
-  }
-  for (const Symbol &symbol : netlist.symbols) {
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
-      if (netlist.pins[p].net != kNone) continue;
-      add_fault(netlist, symbol.line,
-                "pin " + quoted(name_of(netlist, netlist.pins[p])) + " of " + quoted(symbol.instance) + " is on net " +
-                    quoted(net_name_of(join, p)) + ", which doesn't name it");
-    }
-  }
 }
 
 // What are most likely the nets of all waiting names: their hashes are the same. Each loop asks for the memory that the
@@ -207,22 +178,10 @@ NetIndex settle(const Netlist &netlist, const Joints::Lookup &lookup) {
   return find_value(netlist.nets_by_name, lookup.hash, has_name);
 }
 
-void settle_lookups(Joints &joints) {
-  constexpr std::uint32_t kManyReaders = 8;
-  Netlist &netlist = joints.netlist;
-  find_nets(joints);
-  for (const Joints::Lookup &lookup : joints.lookups) {
-    const NetIndex net = settle(netlist, lookup);
-    netlist.pins[lookup.pin].net = net;
-    if (netlist.pins[lookup.pin].direction == Direction::OUT) joints.next_driven = net + 1;
-    if (net == kNone) {
-      joints.strangers.emplace_back(lookup.pin, std::string_view(lookup.name, lookup.size));
-      joints.in_order = false;
-    } else if (netlist.nets[net].destination_count >= kManyReaders) {
-      if (BusyNets::Name name; name.take(lookup.name)) joints.busy_nets.at(name) = {name, net};
-    }
-  }
-  joints.lookups.clear();
+// Whether what is left of the net's items is long: pins on it will come often.
+bool has_many_readers(const char *item) {
+  constexpr std::size_t kManyBytes = 64;
+  return std::memchr(item, ';', kManyBytes) == nullptr;
 }
 
 // Answers what the pin's net names next with the pin. False when that is another one.
@@ -235,9 +194,7 @@ bool answers_net(Joints &joints, EndPoint end) {
   if (pin.direction != Direction::OUT) {
     const char *&item = joints.open_items[pin.net];
     if (const char *stop = end_of_item(item, instance, name); stop != nullptr) {
-      item = *stop == ' ' ? stop + 1 : stop;
-      // Until the next pin on the net comes, this is gone from where the processor keeps it.
-      __builtin_prefetch(item + 64);
+      go_behind(item, stop);
       return true;
     }
   }
@@ -250,36 +207,74 @@ bool answers_net(Joints &joints, EndPoint end) {
 
 } // namespace
 
-void index_nets(Joints &joints) {
-  Netlist &netlist = joints.netlist;
-  const auto name_of_net = [&](NetIndex net) { return netlist.nets[net].name; };
-  add_all(
-      netlist.nets_by_name, netlist.nets.size(), [](std::size_t i) { return static_cast<NetIndex>(i); }, name_of_net,
-      [&](NetIndex net) {
-        add_fault(netlist, netlist.nets[net].line, "net " + quoted(name_of_net(net)) + " has two statements");
-        joints.in_order = false;
-      });
+bool index_nets(Joints &joints) {
+  bool unique = true;
+  index_net_names(joints.netlist, [&](NetIndex) { unique = false; });
+  return unique;
 }
 
-void join_pins(Joints &joints) {
-  const Netlist &netlist = joints.netlist;
-  settle_lookups(joints);
-  joints.drives_own_name.resize(netlist.symbols.size());
-  for (SymbolIndex s = joints.first_symbol; s < netlist.symbols.size() && joints.in_order; s++) {
-    const Symbol &symbol = netlist.symbols[s];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count && joints.in_order; p++)
-      joints.in_order = answers_net(joints, {s, p});
+bool join_lookups(Joints &joints) {
+  Netlist &netlist = joints.netlist;
+  find_nets(joints);
+  for (const Joints::Lookup &lookup : joints.lookups) {
+    const NetIndex net = settle(netlist, lookup);
+    if (net == kNone) return false;
+    Pin &pin = netlist.pins[lookup.end.pin];
+    pin.net = net;
+    if (!answers_net(joints, lookup.end)) return false;
+    if (pin.direction == Direction::OUT) joints.next_driven = net + 1;
+    BusyNets::Name name;
+    if (has_many_readers(joints.open_items[net]) && name.take(lookup.name)) joints.busy_nets.at(name) = {name, net};
   }
-  joints.first_symbol = static_cast<SymbolIndex>(netlist.symbols.size());
+  joints.lookups.clear();
+  joints.may_wait = true;
+  return true;
 }
 
-void finish_joints(Joints &joints) {
+bool finish_joints(Joints &joints) {
   Netlist &netlist = joints.netlist;
-  index_ports(joints);
-  netlist.in_order = joints.in_order && are_all_answered(joints) && index_other_symbols(joints);
-  if (!netlist.in_order) index_symbols(netlist);
+  netlist.in_order =
+      join_lookups(joints) && are_all_answered(joints) && index_ports(netlist) && index_other_symbols(joints);
+  if (netlist.in_order) index_external_pins(netlist);
+  return netlist.in_order;
+}
+
+void index_nets(Netlist &netlist) {
+  index_net_names(netlist, [&](NetIndex net) {
+    add_fault(netlist, netlist.nets[net].line, "net " + quoted(netlist.nets[net].name) + " has two statements");
+  });
+}
+
+void join_by_name(Netlist &netlist, const std::vector<Stranger> &strangers) {
+  index_ports(netlist);
+  index_symbols(netlist);
   index_external_pins(netlist);
-  if (!netlist.in_order) join_by_name(joints);
+  JoinByName join{netlist, strangers};
+  const char *const end = netlist.text.data() + netlist.text.size();
+  join.named_nets.reserve(netlist.pins.size());
+  if (!netlist.nets.empty())
+    netlist.destinations.resize(netlist.nets.back().first_destination + netlist.nets.back().destination_count);
+  for (Pin &pin : netlist.pins) join.named_nets.push_back(std::exchange(pin.net, kNone));
+  for (NetIndex i = 0; i < netlist.nets.size(); i++) {
+    Net &net = netlist.nets[i];
+    const char *at = items_of(net);
+    if (net.has_source) {
+      at = source_item(net);
+      net.source = join_item(join, i, take_item(at));
+    }
+    at += std::string_view(" DST").size();
+    // A mapped file may have changed since the items were counted: they must end with the text all the same.
+    for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count && at < end; d++)
+      netlist.destinations[d] = join_item(join, i, take_item(++at));
+  }
+  for (const Symbol &symbol : netlist.symbols) {
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
+      if (netlist.pins[p].net != kNone) continue;
+      add_fault(netlist, symbol.line,
+                "pin " + quoted(name_of(netlist, netlist.pins[p])) + " of " + quoted(symbol.instance) + " is on net " +
+                    quoted(net_name_of(join, p)) + ", which doesn't name it");
+    }
+  }
 }
 
 } // namespace cubekit

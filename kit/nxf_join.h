@@ -1,10 +1,13 @@
 // Joins the two tellings of an .nxf file: nets name the pins of symbols, and pins name their nets.
+//
+// In most files the pins, one after the other, are what their nets name next, since nets name them in the order of the
+// symbols. Joints join such a file while its pins are read, without a lookup of symbols. join_by_name joins any file,
+// item by item, and finds its faults.
 #pragma once
 
 #include <bit>
 #include <cstdint>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "kit/netlist.h"
@@ -49,39 +52,69 @@ struct BusyNets {
 
 struct Joints {
   Netlist &netlist;
-  // So far each pin was the next that its net names. Then that is all there is to join; otherwise all is joined anew,
-  // item by item, for the faults.
-  bool in_order = true;
-
   // By net, the first item behind DST that no pin has answered yet; at the ';' when all are answered.
   std::vector<const char *> open_items{};
 
-  // The net names of the last pins, whose nets are looked up together: each lookup would wait for memory several times,
-  // and together they wait at the same time.
+  // Pins whose nets are looked up together: each lookup would wait for memory several times, and together they wait at
+  // the same time. A net may be busy only while no pin on it waits here, or its pins would answer out of order.
   struct Lookup {
     const char *name;
     std::uint32_t size;
     std::uint32_t hash;
-    std::uint32_t pin;
+    EndPoint end;
     NetIndex net = kNone;
   };
   std::vector<Lookup> lookups{};
-  SymbolIndex first_symbol = 0; // whose pins are not joined yet
+  bool may_wait = true; // false: a pin that waits may be on a busy net
   BusyNets busy_nets{};
   std::vector<bool> drives_own_name{}; // by symbol: it is the source of the net of its name
   NetIndex next_driven = 0;            // behind the last driven one: symbols drive nets mostly in the nets' order
-
-  std::vector<std::pair<std::uint32_t, std::string_view>> strangers{}; // pins with the names of nets that there are not
 };
 
+// Where the items of a net begin: at " SRC", " DST" or the ';'.
+inline const char *items_of(const Net &net) {
+  return net.name.data() + net.name.size() + (net.external ? std::string_view(" EXT").size() : 0);
+}
+inline const char *source_item(const Net &net) { return items_of(net) + std::string_view(" SRC ").size(); }
+
+// A pin has answered the item, which ends there.
+inline void go_behind(const char *&item, const char *end) {
+  item = *end == ' ' ? end + 1 : end;
+  // Until the next pin on the net comes, this is gone from where the processor keeps it.
+  __builtin_prefetch(item + 64);
+}
+
+// Before each symbol.
+inline void add_symbol(Joints &joints) { joints.drives_own_name.push_back(false); }
+
+// These give false when the file is not in order.
+
 // Once all nets are known, before their pins are joined.
-void index_nets(Joints &joints);
+[[nodiscard]] bool index_nets(Joints &joints);
 
-// Joins the pins of the symbols since the last call, once the waiting names are looked up. The symbols' names must
-// stand in the text behind all nets.
-void join_pins(Joints &joints);
+// Joins the waiting pins. Their symbols must be known, and the symbols' names must stand in the text behind all nets.
+[[nodiscard]] bool join_lookups(Joints &joints);
 
-// Once all symbols are known. Faults go to netlist.faults.
-void finish_joints(Joints &joints);
+// Behind each symbol: the same when it is time.
+[[nodiscard]] inline bool join_some(Joints &joints) {
+  constexpr std::size_t kMost = 64; // enough to wait for memory, few enough to stay in the nearest of it
+  return (joints.may_wait && joints.lookups.size() < kMost) || join_lookups(joints);
+}
+
+// Once all pins are read. Faults of the device pins go to netlist.faults.
+[[nodiscard]] bool finish_joints(Joints &joints);
+
+// A pin that names a net that there is not.
+struct Stranger {
+  std::uint32_t pin; // into Netlist::pins
+  std::string_view net_name;
+};
+
+// Once all nets are known, before join_by_name.
+void index_nets(Netlist &netlist);
+
+// Joins everything, once all symbols are known and each pin has the net that it names. The strangers stand in the order
+// of the pins. Faults go to netlist.faults.
+void join_by_name(Netlist &netlist, const std::vector<Stranger> &strangers);
 
 } // namespace cubekit

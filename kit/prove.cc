@@ -32,7 +32,7 @@ std::vector<NetIndex> nets_on_the_way(Circuit &circuit, const Claim &claim) {
                        circuit.formulas.nodes[node_of(net_value(circuit, nets[next]))].kind == NodeKind::VARIABLE;
     if (driver == kNone || (given && !(next == 0 && claim.at_driver))) continue;
     const Symbol &symbol = netlist.symbols[driver];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++)
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++)
       if (const Pin &pin = netlist.pins[p]; pin.direction == Direction::IN && seen.insert(pin.net).second)
         nets.push_back(pin.net);
   }
@@ -53,9 +53,10 @@ std::string tell_gates(Circuit &circuit, Decider &decider, const Claim &claim, c
     text += "  net " + std::string(netlist.nets[net].name) + " = " + value(net);
     if (driver != kNone) {
       const Symbol &symbol = netlist.symbols[driver];
-      text += ", driven by " + std::string(primitive_text(netlist, symbol)) + ' ' + std::string(symbol.instance);
+      text += ", driven by " + std::string(symbol.kind->primitive_text) + ' ' + std::string(symbol.instance);
       std::size_t shown = 0;
-      for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count && shown < kShownInputs; p++) {
+      for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count && shown < kShownInputs;
+           p++) {
         const Pin &pin = netlist.pins[p];
         if (pin.direction != Direction::IN) continue;
         text += (shown++ == 0 ? " with " : ", ") + std::string(name_of(netlist, pin)) + " = " + value(pin.net);
@@ -80,7 +81,7 @@ void find_strange_primitives(const Netlist &netlist, int series, ProofReport &re
   for (const Symbol &symbol : netlist.symbols) {
     const PrimitiveRow &primitive = primitive_of(symbol);
     if (series >= primitive.min_series && series <= primitive.max_series) continue;
-    report.texts.push_back(std::string(primitive_text(netlist, symbol)) + ' ' + std::string(symbol.instance) +
+    report.texts.push_back(std::string(symbol.kind->primitive_text) + ' ' + std::string(symbol.instance) +
                            ": devices of series " + std::to_string(series) + " have no such primitive\n");
   }
 }

@@ -11,8 +11,8 @@ void set_bit(std::vector<std::uint64_t> &words, std::size_t word, std::size_t bi
 }
 
 Table make_table(const Symbol &symbol) {
-  Table table{(symbol.width + std::size_t{63}) / 64, {}, {}};
-  const std::size_t rows = row_count(symbol);
+  Table table{(symbol.kind->width + std::size_t{63}) / 64, {}, {}};
+  const std::size_t rows = symbol.row_count;
   table.ones.resize(rows * table.words);
   table.zeros.resize(rows * table.words);
   table.high.resize(table.words);
@@ -83,7 +83,7 @@ Simulator make_simulator(const Netlist &netlist, Value power_up) {
     const Symbol &symbol = netlist.symbols[index];
     if (is_storage(primitive_of(symbol).function))
       add_storage(simulator, index, power_up);
-    else if (symbol.primitive != kMacro && (!is_table(symbol) || has_rows(symbol)))
+    else if (!is_macro(symbol) && (!is_table(symbol) || has_rows(symbol)))
       add_cell(simulator, index, pins_of_nets);
   }
 

@@ -41,13 +41,13 @@ void count_symbols(const Netlist &netlist, Statistics &statistics) {
   std::vector<std::size_t> counts(netlist.kinds.size());
   for (const Symbol &symbol : netlist.symbols) {
     const PrimitiveRow &primitive = primitive_of(symbol);
-    counts[symbol.kind]++;
+    counts[symbol.kind->number]++;
     statistics.symbol_count++;
     statistics.storages += is_storage(primitive.function) ? 1 : 0;
-    if (primitive.width_in_name) statistics.gate_inputs += symbol.width;
+    if (primitive.width_in_name) statistics.gate_inputs += symbol.kind->width;
     if (!has_rows(symbol)) continue;
-    statistics.terms += row_count(symbol);
-    for (std::size_t row = 0; row < row_count(symbol); row++) {
+    statistics.terms += symbol.row_count;
+    for (std::size_t row = 0; row < symbol.row_count; row++) {
       const std::string_view text = row_at(symbol, row);
       statistics.literals += text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '-'));
     }
@@ -62,7 +62,7 @@ void measure_depth(const Netlist &netlist, Statistics &statistics) {
   std::vector<std::size_t> depths(netlist.nets.size());
   for (const SymbolIndex index : flow.order) {
     const Symbol &symbol = netlist.symbols[index];
-    if (is_storage(primitive_of(symbol).function) || symbol.primitive == kMacro) continue;
+    if (is_storage(primitive_of(symbol).function) || is_macro(symbol)) continue;
     std::size_t deepest = 0;
     for (const Pin &pin : pins_of(netlist, symbol))
       if (pin.direction == Direction::IN && !flow.cut[pin.net]) deepest = std::max(deepest, depths[pin.net]);

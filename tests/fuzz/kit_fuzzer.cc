@@ -13,7 +13,7 @@ namespace {
 
 std::string item(const Netlist &netlist, const EndPoint &end) {
   const Symbol &symbol = netlist.symbols[end.symbol];
-  if (end.pin < symbol.first_pin || end.pin - symbol.first_pin >= symbol.pin_count) std::abort();
+  if (end.pin < symbol.first_pin || end.pin - symbol.first_pin >= symbol.kind->pin_count) std::abort();
   return std::string(symbol.instance) + '.' + std::string(name_of(netlist, netlist.pins[end.pin]));
 }
 

@@ -23,7 +23,7 @@ void expect_objection(Mutator &mutator, const Symbol &symbol, const char *what) 
   options.shown_differences = 0;
   mutator.tried++;
   EXPECT_FALSE(prove_netlist(*mutator.translation.design, mutator.translation.cubes, mutator.netlist, options, report))
-      << what << " at " << primitive_text(mutator.netlist, symbol) << ' ' << symbol.instance;
+      << what << " at " << symbol.kind->primitive_text << ' ' << symbol.instance;
 }
 
 std::uint32_t pin_of(const Netlist &netlist, const Symbol &symbol, std::string_view name) {
@@ -41,18 +41,21 @@ void swap_nets(Mutator &mutator, const Symbol &symbol, std::uint32_t a, std::uin
 void change_primitive(Mutator &mutator, Symbol &symbol, const char *other, const char *pin, const char *other_pin) {
   const std::uint32_t at = pin_of(mutator.netlist, symbol, pin);
   if (at == kNone) return;
-  const PrimitiveIndex before = std::exchange(symbol.primitive, find_primitive(other));
+  const SymbolKind *const before = symbol.kind;
+  SymbolKind &kind = mutator.netlist.kinds.emplace_back(*before);
+  kind.primitive = find_primitive(other);
+  symbol.kind = &kind;
   Pin &changed = mutator.netlist.pins[at];
   const Pin pin_before = changed;
   changed.name = mutator.netlist.pin_names.size() & (kMostPinNames - 1);
   mutator.netlist.pin_names.emplace_back(other_pin);
   expect_objection(mutator, symbol, "another primitive");
-  symbol.primitive = before;
+  symbol.kind = before;
   changed = pin_before;
 }
 
 void mutate_row(Mutator &mutator, const Symbol &symbol) {
-  if (row_count(symbol) != 1) return;
+  if (symbol.row_count != 1) return;
   const std::string_view row = row_at(symbol, 0);
   char &first = mutator.netlist.text[static_cast<std::size_t>(row.data() - mutator.netlist.text.data())];
   const char before = first;
@@ -66,7 +69,7 @@ void mutate_row(Mutator &mutator, const Symbol &symbol) {
 
 // Something reads the symbol's output, or it meets a pin.
 bool is_observed(const Netlist &netlist, const Symbol &symbol) {
-  for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
+  for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
     const Net &net = netlist.nets[netlist.pins[p].net];
     if (netlist.pins[p].direction == Direction::OUT && (net.external || net.destination_count > 0)) return true;
   }
