@@ -25,36 +25,33 @@ std::string named(const Symbol &symbol) {
 }
 
 // The pins behind the numbered ones, in the order of the primitive's row.
-bool has_listed_pins(const Netlist &netlist, const SymbolKind &kind) {
+bool has_listed_pins(const SymbolKind &kind) {
   const PrimitiveRow &primitive = kPrimitives[kind.primitive];
-  const std::uint32_t end = kind.first_pin + kind.pin_count;
-  std::uint32_t at = kind.first_pin + kind.width;
+  std::size_t at = kind.width;
   for (const PinRow &row : primitive.pins) {
     if (row.name.empty()) break;
     const bool there =
-        at < end && name_of(netlist, netlist.pins[at]) == row.name && netlist.pins[at].direction == row.direction;
+        at < kind.ports.size() && kind.ports[at].name == row.name && kind.ports[at].direction == row.direction;
     if (there)
       at++;
     else if (!row.optional)
       return false;
   }
-  return at == end;
+  return at == kind.ports.size();
 }
 
-bool has_numbered_pins(const Netlist &netlist, const SymbolKind &kind) {
-  if (kind.pin_count < kind.width) return false;
-  for (std::uint32_t i = 0; i < kind.width; i++) {
-    const Pin &pin = netlist.pins[kind.first_pin + i];
-    if (pin.direction != Direction::IN || !is_numbered(name_of(netlist, pin), i)) return false;
-  }
+bool has_numbered_pins(const SymbolKind &kind) {
+  if (kind.ports.size() < kind.width) return false;
+  for (std::uint32_t i = 0; i < kind.width; i++)
+    if (kind.ports[i].direction != Direction::IN || !is_numbered(kind.ports[i].name, i)) return false;
   return true;
 }
 
-bool has_fitting_pins(const Netlist &netlist, const SymbolKind &kind) {
+bool has_fitting_pins(const SymbolKind &kind) {
   const PrimitiveRow &primitive = kPrimitives[kind.primitive];
   const std::uint32_t least = primitive.width_in_name ? 2 : primitive.numbered ? 1 : 0;
-  return kind.width >= least && has_numbered_pins(netlist, kind) && has_listed_pins(netlist, kind) &&
-         (primitive.function != Function::XOR || kind.pin_count == 3);
+  return kind.width >= least && has_numbered_pins(kind) && has_listed_pins(kind) &&
+         (primitive.function != Function::XOR || kind.ports.size() == 3);
 }
 
 void check_symbol(Checker &checker, const Symbol &symbol) {
@@ -85,14 +82,14 @@ void check_net(Checker &checker, const Net &net) {
   const bool constant = net.name == "GND" || net.name == "VCC";
   if (net.rail && !constant) report(checker, net.line, net_text(net) + " has no source");
   if (constant && !net.rail) report(checker, net.line, net_text(net) + " is a constant and can't have a source");
-  if (net.has_source && net.source.pin != kNone && netlist.pins[net.source.pin].direction != Direction::OUT)
-    report(checker, net.line, net_text(net) + " has a source that is no output");
   if (netlist.in_order) return;
+  if (net.has_source && net.source.pin != kNone && port_of(netlist, net.source).direction != Direction::OUT)
+    report(checker, net.line, net_text(net) + " has a source that is no output");
   SymbolIndex last = 0;
   for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++) {
     const EndPoint &end = netlist.destinations[d];
     if (end.pin == kNone) continue;
-    if (netlist.pins[end.pin].direction == Direction::OUT)
+    if (port_of(netlist, end).direction == Direction::OUT)
       report(checker, net.line, net_text(net) + " has a destination that is an output");
     if (end.symbol < last) report(checker, net.line, net_text(net) + ": the destinations don't follow the symbols");
     last = end.symbol;
@@ -120,7 +117,7 @@ void check_external_pins(Checker &checker) {
 std::vector<Finding> check_netlist(const Netlist &netlist) {
   std::vector<Finding> findings = netlist.faults;
   Checker checker{netlist, cubenet::part_series(netlist.part), findings};
-  for (const SymbolKind &kind : netlist.kinds) checker.fitting.push_back(has_fitting_pins(netlist, kind) ? 1 : 0);
+  for (const SymbolKind &kind : netlist.kinds) checker.fitting.push_back(has_fitting_pins(kind) ? 1 : 0);
   for (const Symbol &symbol : netlist.symbols) check_symbol(checker, symbol);
   for (const Net &net : netlist.nets) check_net(checker, net);
   check_external_pins(checker);

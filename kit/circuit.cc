@@ -45,8 +45,7 @@ void collect_inputs(Circuit &circuit, const Symbol &root, std::vector<NetIndex> 
   while (!waiting.empty()) {
     const Symbol &symbol = *waiting.back();
     waiting.pop_back();
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
-      const Pin &pin = netlist.pins[p];
+    for (const Pin pin : pins_of(netlist, symbol)) {
       if (pin.direction != Direction::IN || pin.net == kNone) continue;
       if (grows && is_inner(circuit, function, pin.net)) {
         circuit.values[pin.net] = kWithin;
@@ -94,8 +93,7 @@ Literal gate_value(Circuit &circuit, NetIndex net, const std::vector<NetIndex> &
   case Function::OR: return invert(make_or(circuit.formulas, inputs), primitive.inverted);
   case Function::XOR:
     if (inputs.size() != 2) break;
-    return invert(make_xor(circuit.formulas, inputs[0], inputs[1]),
-                  name_of(netlist, netlist.pins[source.pin]) == "ZN0");
+    return invert(make_xor(circuit.formulas, inputs[0], inputs[1]), port_of(netlist, source).name == "ZN0");
   case Function::BUFFER:
     if (inputs.size() != 1) break;
     return invert(inputs[0], primitive.inverted);

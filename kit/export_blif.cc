@@ -53,10 +53,9 @@ bool is_output(const Writer &writer, const ExternalPin &pin) {
 template <typename Visit> void for_each_end(const Writer &writer, Visit visit) {
   for (const Symbol &symbol : writer.netlist.symbols) {
     if (!is_boundary(symbol)) continue;
-    for (const Pin &pin : pins_of(writer.netlist, symbol))
+    for (const Pin pin : pins_of(writer.netlist, symbol))
       if (pin.direction == Direction::IN)
-        visit(map_name(symbol.instance, kSet) + "." + map_name(name_of(writer.netlist, pin), kSet),
-              writer.names.nets[pin.net]);
+        visit(map_name(symbol.instance, kSet) + "." + map_name(pin.name, kSet), writer.names.nets[pin.net]);
   }
 }
 
@@ -99,13 +98,13 @@ void write_rows(std::ostream &stream, const Symbol &symbol, std::string_view out
 }
 
 void write_logic(Writer &writer, const Symbol &symbol) {
-  for (const Pin &output : pins_of(writer.netlist, symbol)) {
+  for (const Pin output : pins_of(writer.netlist, symbol)) {
     if (output.direction == Direction::IN) continue;
     writer.stream << ".names";
-    for (const Pin &pin : pins_of(writer.netlist, symbol))
+    for (const Pin pin : pins_of(writer.netlist, symbol))
       if (pin.direction == Direction::IN) writer.stream << ' ' << writer.names.nets[pin.net];
     writer.stream << ' ' << driven_name(writer, output.net) << '\n';
-    write_rows(writer.stream, symbol, name_of(writer.netlist, output));
+    write_rows(writer.stream, symbol, output.name);
   }
 }
 

@@ -58,11 +58,11 @@ void write_ports(std::ostream &stream, const Netlist &netlist, const PortNames &
 
 // The pins as Verilog has them: those of a table are one vector.
 template <typename WriteOne> void write_pins(List &list, const Netlist &netlist, const Symbol &symbol, WriteOne write) {
-  const Pin *pins = netlist.pins.data() + symbol.first_pin;
+  const Pins pins = pins_of(netlist, symbol);
   const std::uint32_t vector = is_table(symbol) ? symbol.kind->width : 0;
-  if (vector > 0) write(next(list) << "\"A\": ", pins, vector);
-  for (std::uint32_t i = vector; i < symbol.kind->pin_count; i++)
-    write(next(list) << quote(map_name(name_of(netlist, pins[i]), kSet)) << ": ", pins + i, 1U);
+  if (vector > 0) write(next(list) << "\"A\": ", 0U, vector);
+  for (std::uint32_t i = vector; i < pin_count(symbol); i++)
+    write(next(list) << quote(map_name(pins[i].name, kSet)) << ": ", i, 1U);
 }
 
 void write_parameters(std::ostream &stream, const Symbol &symbol) {
@@ -83,13 +83,15 @@ void write_cell(std::ostream &stream, const Netlist &netlist, const Symbol &symb
   stream << "          \"attributes\": {" << (symbol.kind->protect ? " \"keep\": " + number_text(1) : "") << " },\n"
          << "          \"port_directions\": {";
   List directions{stream, "            "};
-  write_pins(directions, netlist, symbol,
-             [](std::ostream &out, const Pin *pin, std::uint32_t) { out << quote(direction_text(pin->direction)); });
+  write_pins(directions, netlist, symbol, [&](std::ostream &out, std::uint32_t first, std::uint32_t) {
+    out << quote(direction_text(symbol.kind->ports[first].direction));
+  });
   if (is_pad(symbol) && !has_enable(symbol)) next(directions) << R"("OE": "input")";
   stream << "\n          },\n          \"connections\": {";
   List connections{stream, "            "};
-  write_pins(connections, netlist, symbol, [&](std::ostream &out, const Pin *pins, std::uint32_t count) {
-    for (std::uint32_t i = 0; i < count; i++) out << (i == 0 ? "[ " : ", ") << bit_text(netlist, pins[i].net);
+  write_pins(connections, netlist, symbol, [&](std::ostream &out, std::uint32_t first, std::uint32_t count) {
+    const NetIndex *const nets = pins_of(netlist, symbol).nets + first;
+    for (std::uint32_t i = 0; i < count; i++) out << (i == 0 ? "[ " : ", ") << bit_text(netlist, nets[i]);
     out << " ]";
   });
   if (is_pad(symbol) && !has_enable(symbol)) next(connections) << R"("OE": [ "1" ])";

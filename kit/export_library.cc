@@ -125,20 +125,19 @@ void write_body(std::ostream &stream, const Symbol &symbol) {
 }
 
 // What is in a macro is not known here, nor are the terms of a ZDOT.
-void write_macro(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
+void write_macro(std::ostream &stream, const Symbol &symbol) {
   const char *separator = "";
   std::string outputs;
-  for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
-    const Pin &pin = netlist.pins[p];
-    const std::string name = verilog_identifier(map_name(name_of(netlist, pin), NameSet::VISIBLE));
-    stream << separator << direction_text(pin.direction) << " wire " << name;
-    if (pin.direction != Direction::IN) outputs += "  assign " + name + " = 1'bx;\n";
+  for (const Port &port : symbol.kind->ports) {
+    const std::string name = verilog_identifier(map_name(port.name, NameSet::VISIBLE));
+    stream << separator << direction_text(port.direction) << " wire " << name;
+    if (port.direction != Direction::IN) outputs += "  assign " + name + " = 1'bx;\n";
     separator = ", ";
   }
   stream << ");\n" << outputs << "endmodule\n\n";
 }
 
-void write_module(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
+void write_module(std::ostream &stream, const Symbol &symbol) {
   const bool shell = is_macro(symbol) || (is_table(symbol) && !has_rows(symbol));
   if (shell) stream << "(* blackbox *)\n";
   stream << "module " << verilog_identifier(map_name(symbol.kind->primitive_text, NameSet::VISIBLE));
@@ -149,7 +148,7 @@ void write_module(std::ostream &stream, const Netlist &netlist, const Symbol &sy
     stream << " #(parameter WIDTH = 1)";
   stream << " (";
   if (is_macro(symbol)) {
-    write_macro(stream, netlist, symbol);
+    write_macro(stream, symbol);
     return;
   }
   write_ports(stream, symbol);
@@ -179,7 +178,7 @@ void write_library(std::ostream &stream, const Netlist &netlist) {
               "`ifndef CUBENET_POWER_UP\n"
               "`define CUBENET_POWER_UP 1'b0\n"
               "`endif\n\n";
-  for (const Symbol *symbol : modules) write_module(stream, netlist, *symbol);
+  for (const Symbol *symbol : modules) write_module(stream, *symbol);
 }
 
 } // namespace cubekit

@@ -77,7 +77,7 @@ void write_symbol(Writer &writer, const Symbol &symbol) {
   stream << "  " << verilog_identifier(map_name(symbol.kind->primitive_text, kSet));
   if (is_table(symbol)) write_table_parameters(writer, symbol);
   stream << ' ' << verilog_identifier(symbol_name(symbol, kSet)) << " (";
-  const Pin *pins = writer.netlist.pins.data() + symbol.first_pin;
+  const Pins pins = pins_of(writer.netlist, symbol);
   std::uint32_t first = 0;
   if (is_table(symbol)) {
     stream << ".A({";
@@ -85,8 +85,8 @@ void write_symbol(Writer &writer, const Symbol &symbol) {
       stream << writer.nets[pins[i - 1].net] << (i > 1 ? ", " : "})");
     first = symbol.kind->width;
   }
-  for (std::uint32_t i = first; i < symbol.kind->pin_count; i++)
-    stream << (i == 0 ? "." : ", .") << verilog_identifier(map_name(name_of(writer.netlist, pins[i]), kSet)) << '('
+  for (std::uint32_t i = first; i < pin_count(symbol); i++)
+    stream << (i == 0 ? "." : ", .") << verilog_identifier(map_name(pins[i].name, kSet)) << '('
            << writer.nets[pins[i].net] << ')';
   stream << (is_pad(symbol) && !has_enable(symbol) ? ", .OE(1'b1));\n" : ");\n");
 }

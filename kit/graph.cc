@@ -132,12 +132,12 @@ void write_pins(Drawing &drawing) {
 // The pin's name stands at the end of the edge where the symbol's pins do different things.
 void write_edge(Drawing &drawing, const std::string &from, const Net &net, const EndPoint &to) {
   if (!drawing.drawn[to.symbol]) return;
-  const Pin &pin = drawing.netlist.pins[to.pin];
+  const Port &port = port_of(drawing.netlist, to);
   const Symbol &symbol = drawing.netlist.symbols[to.symbol];
   drawing.stream << "  " << from << " -> s" << to.symbol << " [tooltip=\"" << escape(net.name) << '"';
   if (primitive_of(symbol).function >= Function::FLIP_FLOP)
-    drawing.stream << ", headlabel=\"" << escape(name_of(drawing.netlist, pin)) << '"';
-  drawing.stream << (pin.direction == Direction::BIDI ? ", dir=both];\n" : "];\n");
+    drawing.stream << ", headlabel=\"" << escape(port.name) << '"';
+  drawing.stream << (port.direction == Direction::BIDI ? ", dir=both];\n" : "];\n");
 }
 
 void write_edges(Drawing &drawing, NetIndex index, const std::string &from) {
@@ -175,7 +175,7 @@ bool choose_cone(Drawing &drawing) {
   std::vector<NetIndex> nets;
   for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
     if (drawing.signals[i] != drawing.only) continue;
-    for (const Pin &pin : pins_of(netlist, netlist.symbols[i]))
+    for (const Pin pin : pins_of(netlist, netlist.symbols[i]))
       if (pin.direction != Direction::IN) nets.push_back(pin.net);
   }
   const std::uint32_t pin = find_name(netlist.external_by_pin, drawing.only);
@@ -198,7 +198,7 @@ std::vector<std::string_view> signals_of_symbols(const Netlist &netlist) {
     }
     // Its readers are behind it in the order, so they have theirs.
     bool first = true;
-    for (const Pin &pin : pins_of(netlist, symbol)) {
+    for (const Pin pin : pins_of(netlist, symbol)) {
       if (pin.direction == Direction::IN) continue;
       const Net &net = netlist.nets[pin.net];
       for (std::uint32_t d = 0; d < net.destination_count; d++) {

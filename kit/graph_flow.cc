@@ -28,7 +28,7 @@ enum State : std::uint8_t { UNTOUCHED, ON_THE_WAY, DONE };
 
 void enter(Walk &walk, SymbolIndex symbol) {
   walk.states[symbol] = ON_THE_WAY;
-  walk.way.push_back({symbol, walk.netlist.symbols[symbol].first_pin});
+  walk.way.push_back({symbol, 0});
 }
 
 void leave(Walk &walk, SymbolIndex symbol) {
@@ -43,11 +43,11 @@ void visit(Walk &walk, SymbolIndex root) {
   while (!walk.way.empty()) {
     Walk::Visit &step = walk.way.back();
     const Symbol &symbol = walk.netlist.symbols[step.symbol];
-    if (step.next_pin == symbol.first_pin + symbol.kind->pin_count) {
+    if (step.next_pin == pin_count(symbol)) {
       leave(walk, step.symbol);
       continue;
     }
-    const Pin &pin = walk.netlist.pins[step.next_pin++];
+    const Pin pin = pins_of(walk.netlist, symbol)[step.next_pin++];
     if (pin.direction != Direction::IN || !walk.passes(symbol, pin)) continue;
     const SymbolIndex source = find_driver(walk.netlist, pin.net);
     if (source == kNone) continue;
@@ -77,7 +77,7 @@ SymbolIndex find_driver(const Netlist &netlist, NetIndex net_index) {
   // The pad stands alone on its net.
   if (!net.external || net.destination_count != 1) return kNone;
   const EndPoint &end = netlist.destinations[net.first_destination];
-  return netlist.pins[end.pin].direction == Direction::BIDI ? end.symbol : kNone;
+  return port_of(netlist, end).direction == Direction::BIDI ? end.symbol : kNone;
 }
 
 Flow order_symbols(const Netlist &netlist, Passes passes) {
@@ -89,7 +89,7 @@ Flow order_symbols(const Netlist &netlist, Passes passes) {
   for (const ExternalPin &pin : netlist.external_pins)
     if (pin.direction != Direction::IN) visit(walk, find_driver(netlist, pin.net));
   for (const Symbol &symbol : netlist.symbols)
-    for (const Pin &pin : pins_of(netlist, symbol))
+    for (const Pin pin : pins_of(netlist, symbol))
       if (pin.direction == Direction::IN && !passes(symbol, pin)) visit(walk, find_driver(netlist, pin.net));
   for (SymbolIndex symbol = 0; symbol < netlist.symbols.size(); symbol++) visit(walk, symbol);
   return std::move(walk.flow);
@@ -102,7 +102,7 @@ std::vector<bool> find_influences(const Netlist &netlist, std::vector<NetIndex> 
     nets.pop_back();
     if (driver == kNone || influences[driver]) continue;
     influences[driver] = true;
-    for (const Pin &pin : pins_of(netlist, netlist.symbols[driver]))
+    for (const Pin pin : pins_of(netlist, netlist.symbols[driver]))
       if (pin.direction == Direction::IN) nets.push_back(pin.net);
   }
   return influences;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <iosfwd>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -15,16 +14,13 @@ namespace cubekit {
 // order.
 [[nodiscard]] bool load_design(const std::string &design, Netlist &netlist, std::ostream &errors);
 
-inline std::span<const Pin> pins_of(const Netlist &netlist, const Symbol &symbol) {
-  return std::span(netlist.pins).subspan(symbol.first_pin, symbol.kind->pin_count);
-}
 inline bool is_constant(const Net &net) { return net.rail && (net.name == "GND" || net.name == "VCC"); }
 inline bool is_table(const Symbol &symbol) { return primitive_of(symbol).function == Function::TABLE; }
 // A PLA; the terms of a ZDOT are not in the netlist.
 inline bool has_rows(const Symbol &symbol) { return is_table(symbol) && symbol.row_count > 0; }
 inline bool is_pad(const Symbol &symbol) { return primitive_of(symbol).function == Function::PAD; }
 // A pad without an enable always drives.
-inline bool has_enable(const Symbol &pad) { return pad.kind->pin_count > 2; }
+inline bool has_enable(const Symbol &pad) { return pin_count(pad) > 2; }
 
 // Whether the symbol's output follows that input at once.
 using Passes = bool (*)(const Symbol &symbol, const Pin &pin);

@@ -28,8 +28,8 @@ void list_destinations(Netlist &netlist) {
   const auto visit = [&](const auto &add) {
     for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
       const Symbol &symbol = netlist.symbols[s];
-      for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++)
-        if (Net &net = netlist.nets[netlist.pins[p].net]; net.source.pin != p) add(net, EndPoint{s, p});
+      for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + pin_count(symbol); p++)
+        if (Net &net = netlist.nets[netlist.pin_nets[p]]; net.source.pin != p) add(net, EndPoint{s, p});
     }
   };
   visit([](Net &net, EndPoint) { net.destination_count++; });
@@ -55,23 +55,22 @@ std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol_index, std::st
   std::uint32_t number = 0;
   const char *end = name.data() + name.size();
   if (name.size() > 1 && name[0] == 'A' && std::from_chars(name.data() + 1, end, number).ptr == end &&
-      number < symbol.kind->pin_count && name_of(netlist, netlist.pins[symbol.first_pin + number]) == name)
+      number < pin_count(symbol) && symbol.kind->ports[number].name == name)
     return symbol.first_pin + number;
-  if (is_macro(symbol) && symbol.kind->pin_count > kFewPins) {
-    const std::uint32_t place = find_name(symbol.kind->ports, name);
+  if (is_macro(symbol) && pin_count(symbol) > kFewPins) {
+    const std::uint32_t place = find_name(symbol.kind->ports_by_name, name);
     return place == kNone ? kNone : symbol.first_pin + place;
   }
   // Other pins stand behind them.
-  const std::uint32_t few = std::min(symbol.kind->pin_count, kFewPins);
-  for (std::uint32_t p = symbol.first_pin + symbol.kind->pin_count - few; p < symbol.first_pin + symbol.kind->pin_count;
-       p++)
-    if (name_of(netlist, netlist.pins[p]) == name) return p;
+  const std::uint32_t count = pin_count(symbol);
+  for (std::uint32_t place = count - std::min(count, kFewPins); place < count; place++)
+    if (symbol.kind->ports[place].name == name) return symbol.first_pin + place;
   return kNone;
 }
 
 NetIndex net_at(const Netlist &netlist, SymbolIndex symbol, std::string_view pin) {
   const std::uint32_t found = find_pin(netlist, symbol, pin);
-  return found == kNone ? kNone : netlist.pins[found].net;
+  return found == kNone ? kNone : netlist.pin_nets[found];
 }
 
 } // namespace cubekit

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,13 +19,11 @@ namespace cubekit {
 using NetIndex = std::uint32_t;
 using SymbolIndex = std::uint32_t;
 
-// Netlists have millions of pins and few names for them.
-constexpr std::uint32_t kMostPinNames = 1U << 30;
-
-struct Pin {
-  NetIndex net = kNone;        // kNone: no NET statement names the pin
-  std::uint32_t name : 30 = 0; // into Netlist::pin_names, which are at most kMostPinNames
-  Direction direction : 2 = Direction::IN;
+// A pin as all symbols of a kind have it.
+struct Port {
+  std::string_view name;
+  std::uint32_t name_number = 0; // the same for all ports of that name
+  Direction direction = Direction::IN;
 };
 
 // What symbols of one primitive have in common when they have the same pins in the same order and the same marks.
@@ -35,10 +34,9 @@ struct SymbolKind {
   PrimitiveIndex primitive = kMacro;
   bool protect = false;
   bool hard = false;
-  std::uint32_t width = 0;     // numbered inputs: of the name for gates, counted for PLA and ZDOT
-  std::uint32_t first_pin = 0; // of the first such symbol, into Netlist::pins; those of a symbol stand in a row
-  std::uint32_t pin_count = 0;
-  NameIndex ports; // of macros with too many pins to look through: these, counted from the first
+  std::uint32_t width = 0; // numbered inputs: of the name for gates, counted for PLA and ZDOT
+  std::vector<Port> ports;
+  NameIndex ports_by_name; // of macros with too many to look through
 };
 
 struct Symbol {
@@ -46,14 +44,21 @@ struct Symbol {
   const SymbolKind *kind = nullptr; // never null in a Netlist
   const char *rows = nullptr;       // PLA: the text of all rows, one after another; see row_at
   std::uint32_t row_count = 0;
-  std::uint32_t first_pin = 0;
+  std::uint32_t first_pin = 0; // into Netlist::pin_nets: those of a symbol stand in a row
   std::uint32_t line = 0;
+};
+
+// A pin of a symbol.
+struct Pin {
+  NetIndex net = kNone; // kNone: no NET statement names the pin
+  std::string_view name;
+  Direction direction = Direction::IN;
 };
 
 // One end of a net: a pin of a symbol. Both kNone: an item that names none (a fault of the netlist).
 struct EndPoint {
   SymbolIndex symbol = kNone;
-  std::uint32_t pin = kNone; // into Netlist::pins
+  std::uint32_t pin = kNone; // into Netlist::pin_nets
 };
 
 struct Net {
@@ -81,16 +86,15 @@ struct Netlist {
 
   std::vector<ExternalPin> external_pins; // in file order, as all lists here
   std::vector<Net> nets;
-  // Every pin is joined, and each net names its pins in the order of the symbols and no output behind DST.
+  // Every pin is joined, and each net names an output behind SRC, and behind DST others in the order of the symbols.
   bool in_order = false;
   // What the nets lead to, one net's after the other's. Parsing doesn't list them, nor count those of each net, when
   // they are in order: not everybody needs them, and list_destinations finds them.
   std::vector<EndPoint> destinations;
   std::vector<Symbol> symbols;
-  std::deque<SymbolKind> kinds; // never moved: symbols point to them
-  std::vector<Pin> pins;
+  std::deque<SymbolKind> kinds;   // never moved: symbols point to them
+  std::vector<NetIndex> pin_nets; // by pin; kNone: no NET statement names it. Netlists have millions of pins
 
-  std::vector<std::string_view> pin_names; // each once
   HashIndex nets_by_name;
   HashIndex symbols_by_instance; // those that can't be found as the source of the net of their name
   NameIndex external_by_pin;
@@ -119,7 +123,36 @@ inline SymbolIndex find_symbol(const Netlist &netlist, std::string_view instance
   return source != kNone && has_name(source) ? source
                                              : find_value(netlist.symbols_by_instance, hash_name(instance), has_name);
 }
-inline std::string_view name_of(const Netlist &netlist, const Pin &pin) { return netlist.pin_names[pin.name]; }
+inline std::uint32_t pin_count(const Symbol &symbol) { return static_cast<std::uint32_t>(symbol.kind->ports.size()); }
+inline const Port &port_of(const Netlist &netlist, const EndPoint &end) {
+  const Symbol &symbol = netlist.symbols[end.symbol];
+  return symbol.kind->ports[end.pin - symbol.first_pin];
+}
+
+// The pins of a symbol, as a list.
+struct Pins {
+  const NetIndex *nets;
+  std::span<const Port> ports;
+
+  struct Iterator {
+    const NetIndex *net;
+    const Port *port;
+    Pin operator*() const { return {*net, port->name, port->direction}; }
+    Iterator &operator++() {
+      ++net, ++port;
+      return *this;
+    }
+    bool operator==(const Iterator &other) const { return port == other.port; }
+  };
+  Pin operator[](std::size_t place) const { return {nets[place], ports[place].name, ports[place].direction}; }
+  Iterator begin() const { return {nets, ports.data()}; }
+  Iterator end() const { return {nets + ports.size(), ports.data() + ports.size()}; }
+};
+
+inline Pins pins_of(const Netlist &netlist, const Symbol &symbol) {
+  return {netlist.pin_nets.data() + symbol.first_pin, symbol.kind->ports};
+}
+
 // Lists the destinations of all nets, unless they are listed.
 void list_destinations(Netlist &netlist);
 
@@ -129,7 +162,7 @@ constexpr std::uint32_t kFewPins = 8;
 // "A0", "A1", ...: whether the name is the one of that number.
 bool is_numbered(std::string_view name, std::uint32_t number);
 
-// The pin of that name, as an index into Netlist::pins; kNone when the symbol has none.
+// The pin of that name, as an index into Netlist::pin_nets; kNone when the symbol has none.
 std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol, std::string_view name);
 // The net on that pin; kNone when the symbol has no such pin.
 NetIndex net_at(const Netlist &netlist, SymbolIndex symbol, std::string_view pin);

@@ -21,9 +21,9 @@ void add_fault(Netlist &netlist, std::size_t line, std::string text) {
 bool index_ports(Netlist &netlist) {
   bool unique = true;
   for (SymbolKind &kind : netlist.kinds) {
-    if (kind.primitive != kMacro || kind.pin_count <= kFewPins) continue;
-    for (std::uint32_t place = 0; place < kind.pin_count; place++)
-      unique &= add_name(kind.ports, name_of(netlist, netlist.pins[kind.first_pin + place]), place) == place;
+    if (kind.primitive != kMacro || kind.ports.size() <= kFewPins) continue;
+    for (std::uint32_t place = 0; place < kind.ports.size(); place++)
+      unique &= add_name(kind.ports_by_name, kind.ports[place].name, place) == place;
   }
   return unique;
 }
@@ -82,17 +82,20 @@ const char *end_of_item(const char *item, std::string_view instance, std::string
 }
 
 // Whether find_pin finds each pin of such a symbol under its name.
-bool has_plain_pins(const Netlist &netlist, const SymbolKind &kind) {
-  if (kind.primitive == kMacro && kind.pin_count > kFewPins) return true; // all of them are indexed
-  const Pin *pins = netlist.pins.data() + kind.first_pin;
+bool has_plain_ports(const SymbolKind &kind) {
+  const std::vector<Port> &ports = kind.ports;
+  // An item breaks at its last dot.
+  const auto has_dot = [](const Port &port) { return port.name.find('.') != std::string_view::npos; };
+  if (std::any_of(ports.begin(), ports.end(), has_dot)) return false;
+  if (kind.primitive == kMacro && ports.size() > kFewPins) return true; // all of them are indexed
   std::uint32_t numbered = 0;
-  while (numbered < kind.pin_count && is_numbered(name_of(netlist, pins[numbered]), numbered)) numbered++;
-  if (kind.pin_count - numbered > kFewPins) return false;
-  for (std::uint32_t p = numbered; p < kind.pin_count; p++) {
-    const std::string_view name = name_of(netlist, pins[p]);
+  while (numbered < ports.size() && is_numbered(ports[numbered].name, numbered)) numbered++;
+  if (ports.size() - numbered > kFewPins) return false;
+  for (std::size_t p = numbered; p < ports.size(); p++) {
+    const std::string_view name = ports[p].name;
     if (name[0] == 'A' && name.size() > 1 && name[1] >= '0' && name[1] <= '9') return false;
-    for (std::uint32_t before = numbered; before < p; before++)
-      if (pins[before].name == pins[p].name) return false;
+    for (std::size_t before = numbered; before < p; before++)
+      if (ports[before].name == name) return false;
   }
   return true;
 }
@@ -100,10 +103,9 @@ bool has_plain_pins(const Netlist &netlist, const SymbolKind &kind) {
 bool are_all_answered(const Joints &joints) {
   const auto is_driven = [](const Net &net) { return !net.has_source || net.source.pin != kNone; };
   const auto is_answered = [](const char *item) { return *item == ';'; };
-  const auto is_plain = [&](const SymbolKind &kind) { return has_plain_pins(joints.netlist, kind); };
   return std::all_of(joints.netlist.nets.begin(), joints.netlist.nets.end(), is_driven) &&
          std::all_of(joints.open_items.begin(), joints.open_items.end(), is_answered) &&
-         std::all_of(joints.netlist.kinds.begin(), joints.netlist.kinds.end(), is_plain);
+         std::all_of(joints.netlist.kinds.begin(), joints.netlist.kinds.end(), has_plain_ports);
 }
 
 struct JoinByName {
@@ -134,11 +136,11 @@ EndPoint join_item(JoinByName &join, NetIndex net_index, std::string_view item) 
   if (symbol == kNone) return fault("but there is no such symbol");
   const std::uint32_t pin_index = find_pin(netlist, symbol, item.substr(dot + 1));
   if (pin_index == kNone) return fault("but the symbol has no such pin");
-  Pin &pin = netlist.pins[pin_index];
   if (net_name_of(join, pin_index) != net.name)
     return fault("but that pin is on net " + quoted(net_name_of(join, pin_index)));
-  if (pin.net != kNone) return fault("which a net has named already");
-  pin.net = net_index;
+  NetIndex &joined = netlist.pin_nets[pin_index];
+  if (joined != kNone) return fault("which a net has named already");
+  joined = net_index;
   return {symbol, pin_index};
 }
 
@@ -184,24 +186,23 @@ bool has_many_readers(const char *item) {
   return std::memchr(item, ';', kManyBytes) == nullptr;
 }
 
-// Answers what the pin's net names next with the pin. False when that is another one.
-bool answers_net(Joints &joints, EndPoint end) {
+// Answers what the net names next with the pin. False when that is another one.
+bool answers_net(Joints &joints, NetIndex net_index, EndPoint end) {
   Netlist &netlist = joints.netlist;
   const std::string_view instance = netlist.symbols[end.symbol].instance;
-  const Pin &pin = netlist.pins[end.pin];
-  Net &net = netlist.nets[pin.net];
-  const std::string_view name = name_of(netlist, pin);
-  if (pin.direction != Direction::OUT) {
-    const char *&item = joints.open_items[pin.net];
-    if (const char *stop = end_of_item(item, instance, name); stop != nullptr) {
-      go_behind(item, stop);
-      return true;
-    }
+  const Port &port = port_of(netlist, end);
+  if (port.direction != Direction::OUT) {
+    const char *&item = joints.open_items[net_index];
+    const char *const stop = end_of_item(item, instance, port.name);
+    if (stop != nullptr) go_behind(item, stop);
+    return stop != nullptr;
   }
-  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), instance, name) == nullptr)
+  Net &net = netlist.nets[net_index];
+  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), instance, port.name) == nullptr)
     return false;
   net.source = end;
   if (net.name == instance) joints.drives_own_name[end.symbol] = true;
+  joints.next_driven = net_index + 1;
   return true;
 }
 
@@ -218,11 +219,8 @@ bool join_lookups(Joints &joints) {
   find_nets(joints);
   for (const Joints::Lookup &lookup : joints.lookups) {
     const NetIndex net = settle(netlist, lookup);
-    if (net == kNone) return false;
-    Pin &pin = netlist.pins[lookup.end.pin];
-    pin.net = net;
-    if (!answers_net(joints, lookup.end)) return false;
-    if (pin.direction == Direction::OUT) joints.next_driven = net + 1;
+    if (net == kNone || !answers_net(joints, net, lookup.end)) return false;
+    netlist.pin_nets[lookup.end.pin] = net;
     BusyNets::Name name;
     if (has_many_readers(joints.open_items[net]) && name.take(lookup.name)) joints.busy_nets.at(name) = {name, net};
   }
@@ -251,10 +249,9 @@ void join_by_name(Netlist &netlist, const std::vector<Stranger> &strangers) {
   index_external_pins(netlist);
   JoinByName join{netlist, strangers};
   const char *const end = netlist.text.data() + netlist.text.size();
-  join.named_nets.reserve(netlist.pins.size());
   if (!netlist.nets.empty())
     netlist.destinations.resize(netlist.nets.back().first_destination + netlist.nets.back().destination_count);
-  for (Pin &pin : netlist.pins) join.named_nets.push_back(std::exchange(pin.net, kNone));
+  join.named_nets = std::exchange(netlist.pin_nets, std::vector<NetIndex>(netlist.pin_nets.size(), kNone));
   for (NetIndex i = 0; i < netlist.nets.size(); i++) {
     Net &net = netlist.nets[i];
     const char *at = items_of(net);
@@ -268,10 +265,11 @@ void join_by_name(Netlist &netlist, const std::vector<Stranger> &strangers) {
       netlist.destinations[d] = join_item(join, i, take_item(++at));
   }
   for (const Symbol &symbol : netlist.symbols) {
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
-      if (netlist.pins[p].net != kNone) continue;
+    for (std::uint32_t place = 0; place < pin_count(symbol); place++) {
+      const std::uint32_t p = symbol.first_pin + place;
+      if (netlist.pin_nets[p] != kNone) continue;
       add_fault(netlist, symbol.line,
-                "pin " + quoted(name_of(netlist, netlist.pins[p])) + " of " + quoted(symbol.instance) + " is on net " +
+                "pin " + quoted(symbol.kind->ports[place].name) + " of " + quoted(symbol.instance) + " is on net " +
                     quoted(net_name_of(join, p)) + ", which doesn't name it");
     }
   }

@@ -106,7 +106,7 @@ inline void add_symbol(Joints &joints) { joints.drives_own_name.push_back(false)
 
 // A pin that names a net that there is not.
 struct Stranger {
-  std::uint32_t pin; // into Netlist::pins
+  std::uint32_t pin; // into Netlist::pin_nets
   std::string_view net_name;
 };
 

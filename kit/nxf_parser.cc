@@ -189,7 +189,7 @@ bool parse_symbol(Parser &parser) {
   SymbolHead head;
   const SymbolKind **kind = nullptr;
   symbol.line = text.line;
-  symbol.first_pin = static_cast<std::uint32_t>(netlist.pins.size());
+  symbol.first_pin = static_cast<std::uint32_t>(netlist.pin_nets.size());
   if (!take_primitive(parser, head.primitive_text, kind)) return false;
   if (!take_word(text, head.instance)) return fail(text, "SYM without an instance name");
   head.protect = skip(text, " PROTECT");
@@ -206,7 +206,7 @@ bool parse_symbol(Parser &parser) {
 bool parse_symbols(Parser &parser) {
   constexpr std::size_t kBytesPerPin = 20; // "\tPIN A1 IN name;\n"
   const auto left = static_cast<std::size_t>(parser.text.end - parser.text.at);
-  if (parser.joints != nullptr) parser.netlist.pins.reserve(left / kBytesPerPin);
+  if (parser.joints != nullptr) parser.netlist.pin_nets.reserve(left / kBytesPerPin);
   while (skip(parser.text, "SYM ")) {
     if (parser.joints != nullptr) add_symbol(*parser.joints);
     if (!parse_symbol(parser)) return false;

@@ -4,6 +4,7 @@
 #include "kit/nxf_pins.h"
 
 #include <algorithm>
+#include <span>
 #include <string>
 
 #include "util/text_hash.h"
@@ -37,50 +38,35 @@ struct Sought {
 };
 
 // Where the item ends, when it names the pin of the instance; nullptr otherwise.
-[[gnu::always_inline]] inline const char *end_of_item(const char *item, const Sought &instance, const PinPattern &pin) {
+[[gnu::always_inline]] inline const char *end_of_item(const char *item, const Sought &instance, const PortName &port) {
   if (!instance.stands_at(item)) return nullptr;
   item += instance.name.size();
-  if ((load_bytes(item) & pin.dotted_mask) != pin.dotted) return nullptr;
-  item += pin.dotted_size;
+  if ((load_bytes(item) & port.dotted_mask) != port.dotted) return nullptr;
+  item += port.dotted_size;
   return is_word_end(*item) ? item : nullptr;
 }
 
-// The name as all pins have it that share it. There can't be more than kMostPinNames.
-bool share_name(PinReader &reader, std::string_view name, Pin &pin) {
-  std::vector<std::string_view> &names = reader.netlist.pin_names;
-  const auto next = static_cast<std::uint32_t>(names.size());
-  const std::uint32_t shared =
-      add_value(reader.names, hash_name(name), next, [&](std::uint32_t other) { return names[other] == name; });
-  pin.name = shared & (kMostPinNames - 1);
-  if (shared != next) return true;
-  if (next == kMostPinNames) return fail(reader.text, "the symbols have too many names of pins");
-  names.push_back(name);
-  // An item of a net breaks at its last dot.
-  if (reader.joints != nullptr && name.find('.') != std::string_view::npos)
-    return fail(reader.text, "the name of a pin has a dot");
-  return true;
-}
-
 // The statement begins at `start` and stands at its net's name.
-void add_pattern(PinReader &reader, const char *start, std::string_view name, Direction direction) {
-  const auto size = static_cast<std::size_t>(reader.text.at - start);
-  PinPattern pattern{};
-  pattern.direction = direction;
-  if (size >= 8 && size <= 16) {
-    pattern.size = static_cast<std::uint32_t>(size);
-    pattern.first = load_bytes(start);
-    pattern.rest_mask = kFirstBytes[size - 8];
-    pattern.rest = load_bytes(start + 8) & pattern.rest_mask;
-    const std::string dotted = '.' + std::string(name) + std::string(8, '\0');
-    pattern.dotted_size = static_cast<std::uint32_t>(name.size() + 1);
-    pattern.dotted_mask = kFirstBytes[pattern.dotted_size];
-    pattern.dotted = load_bytes(dotted.data());
-  }
-  reader.patterns.push_back(pattern);
+PortName make_name(const char *start, const char *net_name, std::string_view name, Direction direction) {
+  const auto size = static_cast<std::size_t>(net_name - start);
+  PortName result{};
+  result.name = name;
+  result.direction = direction;
+  if (size < 8 || size > 16) return result;
+  result.size = static_cast<std::uint32_t>(size);
+  result.first = load_bytes(start);
+  result.rest_mask = kFirstBytes[size - 8];
+  result.rest = load_bytes(start + 8) & result.rest_mask;
+  const std::string dotted = '.' + std::string(name) + std::string(8, '\0');
+  result.dotted_size = static_cast<std::uint32_t>(name.size() + 1);
+  result.dotted_mask = kFirstBytes[result.dotted_size];
+  result.dotted = load_bytes(dotted.data());
+  return result;
 }
 
-// The name of a net and the end of the statement, for the pin that netlist.pins gets next. The net is looked up later.
-bool take_net_for_later(PinReader &reader, Pin &pin) {
+// The name of a net and the end of the statement, for the pin that netlist.pin_nets gets next. The net is looked up
+// later.
+bool take_net_for_later(PinReader &reader) {
   NxfText &text = reader.text;
   const char *const start = text.at;
   const char *at = start;
@@ -95,142 +81,145 @@ bool take_net_for_later(PinReader &reader, Pin &pin) {
   text.at = at + last;
   const auto size = static_cast<std::size_t>(text.at - start);
   if (size == 0) return fail(text, "PIN without a net name");
-  pin.net = kNone;
   reader.joints->lookups.push_back({start,
                                     static_cast<std::uint32_t>(size),
                                     static_cast<std::uint32_t>(hasher.finish(size)),
                                     {static_cast<SymbolIndex>(reader.netlist.symbols.size()),
-                                     static_cast<std::uint32_t>(reader.netlist.pins.size())}});
+                                     static_cast<std::uint32_t>(reader.netlist.pin_nets.size())}});
   return end_statement(text, "PIN");
 }
 
 // The same with the net looked up at once.
-bool take_net(PinReader &reader, Pin &pin) {
+bool take_net(PinReader &reader, NetIndex &net) {
   std::string_view name;
   if (!take_word(reader.text, name) && name.empty()) return fail(reader.text, "PIN without a net name");
-  pin.net = find_net(reader.netlist, name);
-  if (pin.net == kNone) reader.strangers.push_back({static_cast<std::uint32_t>(reader.netlist.pins.size()), name});
+  net = find_net(reader.netlist, name);
+  if (net == kNone) reader.strangers.push_back({static_cast<std::uint32_t>(reader.netlist.pin_nets.size()), name});
   return end_statement(reader.text, "PIN");
 }
 
 // "\tPIN pin IN|OUT|BIDI net;"
 bool take_other_pin(PinReader &reader, const char *start) {
   NxfText &text = reader.text;
-  Pin pin;
-  std::string_view name;
-  Direction direction = Direction::IN;
-  if (!take_word(text, name)) return fail(text, "PIN without a name");
-  if (!take_direction(text, direction) || !share_name(reader, name, pin)) return false;
-  pin.direction = direction;
-  if (reader.patterns.size() < reader.netlist.pin_names.size()) add_pattern(reader, start, name, direction);
-  if (!(reader.joints != nullptr ? take_net_for_later(reader, pin) : take_net(reader, pin))) return false;
-  reader.netlist.pins.push_back(pin);
+  Port port;
+  if (!take_word(text, port.name)) return fail(text, "PIN without a name");
+  if (!take_direction(text, port.direction)) return false;
+  const auto next = static_cast<std::uint32_t>(reader.names.size());
+  const auto has_name = [&](std::uint32_t other) { return reader.names[other].name == port.name; };
+  port.name_number = add_value(reader.names_by_text, hash_name(port.name), next, has_name);
+  if (port.name_number == next) reader.names.push_back(make_name(start, text.at, port.name, port.direction));
+  reader.others.push_back(port);
+  NetIndex net = kNone;
+  if (!(reader.joints != nullptr ? take_net_for_later(reader) : take_net(reader, net))) return false;
+  reader.netlist.pin_nets.push_back(net);
   return true;
 }
 
 // Reads what stands at `at`, the name of a net with many readers and the end of the statement. Returns the place
 // behind; nullptr when it is another net.
-[[gnu::always_inline]] inline const char *take_busy_net(Joints &joints, const char *at, const char *end, Pin &pin) {
+[[gnu::always_inline]] inline const char *take_busy_net(Joints &joints, const char *at, const char *end,
+                                                        NetIndex &net) {
   BusyNets::Name name;
   if (!name.take(at)) return nullptr;
   const BusyNets::Entry &entry = joints.busy_nets.at(name);
   const char *stop = at + name.size;
   if (entry.name.first != name.first || entry.name.rest != name.rest || stop + 2 > end || stop[1] != '\n')
     return nullptr;
-  pin.net = entry.net;
-  __builtin_prefetch(joints.open_items[pin.net]);
+  net = entry.net;
+  __builtin_prefetch(joints.open_items[net]);
   return stop + 2;
 }
 
 // The same for the net that is most likely the next to be driven.
-[[gnu::always_inline]] inline const char *take_next_driven(Joints &joints, const char *at, const char *end, Pin &pin) {
+[[gnu::always_inline]] inline const char *take_next_driven(Joints &joints, const char *at, const char *end,
+                                                           NetIndex &net) {
   const std::vector<Net> &nets = joints.netlist.nets;
   if (joints.next_driven >= nets.size()) return nullptr;
   const std::string_view name = nets[joints.next_driven].name;
   if (static_cast<std::size_t>(end - at) < name.size() + 2 || !same_bytes(at, name.data(), name.size())) return nullptr;
   at += name.size();
   if (at[0] != ';' || at[1] != '\n') return nullptr;
-  pin.net = joints.next_driven++;
+  net = joints.next_driven++;
   return at + 2;
 }
 
 // Reads the pins that the symbol has like the last one of its primitive.
 bool take_expected_pins(PinReader &reader, const SymbolKind &kind) {
-  Joints &joints = *reader.joints;
   NxfText &text = reader.text;
-  std::vector<Pin> &pins = reader.netlist.pins;
-  for (std::uint32_t p = kind.first_pin; p < kind.first_pin + kind.pin_count; p++) {
-    Pin pin = pins[p];
-    const PinPattern &pattern = reader.patterns[pin.name];
+  for (const Port &port : kind.ports) {
+    const PortName &name = reader.names[port.name_number];
     const char *at = text.at;
-    if (load_bytes(at) != pattern.first || (load_bytes(at + 8) & pattern.rest_mask) != pattern.rest ||
-        pattern.size == 0 || pattern.direction != pin.direction || pin.direction == Direction::BIDI)
+    if (load_bytes(at) != name.first || (load_bytes(at + 8) & name.rest_mask) != name.rest || name.size == 0 ||
+        name.direction != port.direction || port.direction == Direction::BIDI)
       break;
-    at += pattern.size;
+    at += name.size;
     __builtin_prefetch(at + kTextAhead);
-    const char *const behind = pin.direction == Direction::OUT ? take_next_driven(joints, at, text.end, pin)
-                                                               : take_busy_net(joints, at, text.end, pin);
+    NetIndex net = kNone;
+    const char *const behind = port.direction == Direction::OUT ? take_next_driven(*reader.joints, at, text.end, net)
+                                                                : take_busy_net(*reader.joints, at, text.end, net);
     text.at = behind != nullptr ? behind : at;
     if (behind != nullptr)
       text.line++;
-    else if (!take_net_for_later(reader, pin))
+    else if (!take_net_for_later(reader))
       return false;
-    pins.push_back(pin);
+    reader.netlist.pin_nets.push_back(net);
   }
   return true;
 }
 
-// Answers the net with the pin of the symbol that netlist.symbols gets next. False when the net names another one.
-[[gnu::always_inline]] inline bool answer(PinReader &reader, const Sought &instance, std::uint32_t p) {
-  Joints &joints = *reader.joints;
-  const Pin &pin = joints.netlist.pins[p];
-  const PinPattern &pattern = reader.patterns[pin.name];
-  if (pin.direction != Direction::OUT) {
-    const char *&item = joints.open_items[pin.net];
-    const char *const stop = end_of_item(item, instance, pattern);
+// Answers the net with a pin of the symbol that netlist.symbols gets next. False when the net names another one.
+[[gnu::always_inline]] inline bool answer(Joints &joints, NetIndex net_index, const Sought &instance,
+                                          const PortName &port, std::uint32_t pin) {
+  if (port.direction != Direction::OUT) {
+    const char *&item = joints.open_items[net_index];
+    const char *const stop = end_of_item(item, instance, port);
     if (stop != nullptr) go_behind(item, stop);
     return stop != nullptr;
   }
-  Net &net = joints.netlist.nets[pin.net];
-  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), instance, pattern) == nullptr)
+  Net &net = joints.netlist.nets[net_index];
+  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), instance, port) == nullptr)
     return false;
-  net.source = {static_cast<SymbolIndex>(joints.netlist.symbols.size()), p};
+  net.source = {static_cast<SymbolIndex>(joints.netlist.symbols.size()), pin};
   if (net.name == instance.name) joints.drives_own_name[net.source.symbol] = true;
   return true;
 }
 
 // Joins those of the pins just read whose nets are known.
-bool join_expected_pins(PinReader &reader, std::string_view instance_name, std::uint32_t first_pin) {
-  const std::vector<Pin> &pins = reader.netlist.pins;
+bool join_expected_pins(PinReader &reader, std::string_view instance_name, const SymbolKind &kind,
+                        std::uint32_t first_pin) {
+  const std::vector<NetIndex> &nets = reader.netlist.pin_nets;
   const Sought instance(instance_name);
-  for (std::uint32_t p = first_pin; p < pins.size(); p++)
-    if (pins[p].net != kNone && !answer(reader, instance, p))
+  for (std::uint32_t p = first_pin; p < nets.size(); p++) {
+    const PortName &port = reader.names[kind.ports[p - first_pin].name_number];
+    if (nets[p] != kNone && !answer(*reader.joints, nets[p], instance, port, p))
       return fail(reader.text, "the pin is not the next one of its net");
+  }
   return true;
 }
 
-// The first `alike` pins are known to be those of the kind.
-bool is_of_kind(const Netlist &netlist, const SymbolHead &head, std::uint32_t first_pin, std::size_t alike,
-                const SymbolKind &kind) {
-  const std::size_t pin_count = netlist.pins.size() - first_pin;
-  if (head.protect != kind.protect || head.hard != kind.hard || pin_count != kind.pin_count) return false;
-  const Pin *pins = netlist.pins.data() + first_pin, *others = netlist.pins.data() + kind.first_pin;
-  return std::equal(pins + alike, pins + pin_count, others + alike,
-                    [](Pin a, Pin b) { return a.name == b.name && a.direction == b.direction; });
+// Whether the kind has such marks and, behind the `alike` ports that it is known to have, the others.
+bool is_of_kind(const SymbolHead &head, std::size_t alike, const std::vector<Port> &others, const SymbolKind &kind) {
+  return head.protect == kind.protect && head.hard == kind.hard && kind.ports.size() == alike + others.size() &&
+         std::equal(
+             others.begin(), others.end(), kind.ports.begin() + static_cast<std::ptrdiff_t>(alike),
+             [](const Port &a, const Port &b) { return a.name_number == b.name_number && a.direction == b.direction; });
 }
 
-const SymbolKind &add_kind(Netlist &netlist, const SymbolHead &head, std::uint32_t first_pin) {
+const SymbolKind &add_kind(Netlist &netlist, const SymbolHead &head, std::span<const Port> alike,
+                           const std::vector<Port> &others) {
   const auto number = static_cast<std::uint32_t>(netlist.kinds.size());
   SymbolKind &kind = netlist.kinds.emplace_back();
   kind.primitive_text = head.primitive_text;
   kind.number = number;
   kind.protect = head.protect;
   kind.hard = head.hard;
-  kind.first_pin = first_pin;
-  kind.pin_count = static_cast<std::uint32_t>(netlist.pins.size()) - first_pin;
+  kind.ports.reserve(alike.size() + others.size());
+  kind.ports.assign(alike.begin(), alike.end());
+  kind.ports.insert(kind.ports.end(), others.begin(), others.end());
   if (!kind.hard) kind.primitive = parse_primitive(head.primitive_text, kind.width); // a macro's name may be any
   const PrimitiveRow &row = kPrimitives[kind.primitive];
-  if (row.numbered && !row.width_in_name) kind.width = kind.pin_count > 0 ? kind.pin_count - 1 : 0;
+  if (row.numbered && !row.width_in_name)
+    kind.width = kind.ports.empty() ? 0 : static_cast<std::uint32_t>(kind.ports.size()) - 1;
   return kind;
 }
 
@@ -238,16 +227,19 @@ const SymbolKind &add_kind(Netlist &netlist, const SymbolHead &head, std::uint32
 
 bool read_pins(PinReader &reader, const SymbolHead &head, const SymbolKind *&last) {
   Netlist &netlist = reader.netlist;
-  const auto first_pin = static_cast<std::uint32_t>(netlist.pins.size());
+  const auto first_pin = static_cast<std::uint32_t>(netlist.pin_nets.size());
   if (reader.joints != nullptr && last != nullptr &&
-      !(take_expected_pins(reader, *last) && join_expected_pins(reader, head.instance, first_pin)))
+      !(take_expected_pins(reader, *last) && join_expected_pins(reader, head.instance, *last, first_pin)))
     return false;
-  const std::size_t alike = netlist.pins.size() - first_pin;
+  const std::size_t alike = netlist.pin_nets.size() - first_pin;
+  reader.others.clear();
   for (const char *start = reader.text.at; skip(reader.text, "\tPIN "); start = reader.text.at)
     if (!take_other_pin(reader, start)) return false;
-  if (reader.joints != nullptr && netlist.pins.size() > first_pin + alike) reader.joints->may_wait = false;
-  if (last == nullptr || !is_of_kind(netlist, head, first_pin, alike, *last))
-    last = &add_kind(netlist, head, first_pin);
+  if (reader.joints != nullptr && !reader.others.empty()) reader.joints->may_wait = false;
+  if (last == nullptr)
+    last = &add_kind(netlist, head, {}, reader.others);
+  else if (!is_of_kind(head, alike, reader.others, *last))
+    last = &add_kind(netlist, head, std::span(last->ports).first(alike), reader.others);
   return true;
 }
 

@@ -11,22 +11,25 @@
 
 namespace cubekit {
 
-// A pin as its statement begins, "\tPIN A12 IN ", and as an item of a net ends, ".A12"; in words of eight bytes.
-struct PinPattern {
+// The name of ports, with the texts that it stands in: as a pin's statement begins, "\tPIN A12 IN ", and as an item of
+// a net ends, ".A12"; in words of eight bytes.
+struct PortName {
+  std::string_view name;
   std::uint64_t first, rest, rest_mask;
   std::uint64_t dotted, dotted_mask;
   std::uint32_t size; // 0: the statement begins with more than sixteen bytes
   std::uint32_t dotted_size;
-  Direction direction;
+  Direction direction; // of the statement
 };
 
 struct PinReader {
   Netlist &netlist;
   NxfText &text;
-  Joints *joints;                     // null: the pins are not joined while they are read
-  HashIndex names{};                  // into netlist.pin_names
-  std::vector<PinPattern> patterns{}; // as netlist.pin_names, where they were met first
-  std::vector<Stranger> strangers{};  // without joints
+  Joints *joints; // null: the pins are not joined while they are read
+  HashIndex names_by_text{};
+  std::vector<PortName> names{};
+  std::vector<Port> others{};        // of the symbol that is read: its ports behind those that were expected
+  std::vector<Stranger> strangers{}; // without joints
 };
 
 // What a symbol's first line says.

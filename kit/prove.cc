@@ -32,9 +32,8 @@ std::vector<NetIndex> nets_on_the_way(Circuit &circuit, const Claim &claim) {
                        circuit.formulas.nodes[node_of(net_value(circuit, nets[next]))].kind == NodeKind::VARIABLE;
     if (driver == kNone || (given && !(next == 0 && claim.at_driver))) continue;
     const Symbol &symbol = netlist.symbols[driver];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++)
-      if (const Pin &pin = netlist.pins[p]; pin.direction == Direction::IN && seen.insert(pin.net).second)
-        nets.push_back(pin.net);
+    for (const Pin pin : pins_of(netlist, symbol))
+      if (pin.direction == Direction::IN && seen.insert(pin.net).second) nets.push_back(pin.net);
   }
   return nets;
 }
@@ -55,11 +54,10 @@ std::string tell_gates(Circuit &circuit, Decider &decider, const Claim &claim, c
       const Symbol &symbol = netlist.symbols[driver];
       text += ", driven by " + std::string(symbol.kind->primitive_text) + ' ' + std::string(symbol.instance);
       std::size_t shown = 0;
-      for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count && shown < kShownInputs;
-           p++) {
-        const Pin &pin = netlist.pins[p];
+      for (const Pin pin : pins_of(netlist, symbol)) {
         if (pin.direction != Direction::IN) continue;
-        text += (shown++ == 0 ? " with " : ", ") + std::string(name_of(netlist, pin)) + " = " + value(pin.net);
+        if (shown == kShownInputs) break;
+        text += (shown++ == 0 ? " with " : ", ") + std::string(pin.name) + " = " + value(pin.net);
       }
     }
     text += '\n';

@@ -47,10 +47,10 @@ void add_cell(Simulator &simulator, SymbolIndex index, std::span<const std::uint
   Cell cell;
   cell.function = primitive_of(symbol).function;
   cell.first_input = static_cast<std::uint32_t>(simulator.inputs.size());
-  for (const Pin &pin : pins_of(simulator.netlist, symbol)) {
+  for (const Pin pin : pins_of(simulator.netlist, symbol)) {
     if (pin.direction == Direction::IN)
       simulator.inputs.push_back(pin.net);
-    else if (name_of(simulator.netlist, pin) == (is_pad(symbol) ? "Z0" : "ZN0"))
+    else if (pin.name == (is_pad(symbol) ? "Z0" : "ZN0"))
       cell.other = pin.net;
     else
       cell.output = pin.net;

@@ -64,9 +64,9 @@ void measure_depth(const Netlist &netlist, Statistics &statistics) {
     const Symbol &symbol = netlist.symbols[index];
     if (is_storage(primitive_of(symbol).function) || is_macro(symbol)) continue;
     std::size_t deepest = 0;
-    for (const Pin &pin : pins_of(netlist, symbol))
+    for (const Pin pin : pins_of(netlist, symbol))
       if (pin.direction == Direction::IN && !flow.cut[pin.net]) deepest = std::max(deepest, depths[pin.net]);
-    for (const Pin &pin : pins_of(netlist, symbol))
+    for (const Pin pin : pins_of(netlist, symbol))
       if (pin.direction != Direction::IN) depths[pin.net] = deepest + 1;
     statistics.depth = std::max(statistics.depth, deepest + 1);
   }

@@ -13,8 +13,8 @@ namespace {
 
 std::string item(const Netlist &netlist, const EndPoint &end) {
   const Symbol &symbol = netlist.symbols[end.symbol];
-  if (end.pin < symbol.first_pin || end.pin - symbol.first_pin >= symbol.kind->pin_count) std::abort();
-  return std::string(symbol.instance) + '.' + std::string(name_of(netlist, netlist.pins[end.pin]));
+  if (end.pin < symbol.first_pin || end.pin - symbol.first_pin >= pin_count(symbol)) std::abort();
+  return std::string(symbol.instance) + '.' + std::string(port_of(netlist, end).name);
 }
 
 // Netlists without faults must have been joined as they say.
@@ -31,7 +31,7 @@ void demand_joints(Netlist &netlist) {
   }
   std::size_t ends = netlist.destinations.size();
   for (const Net &net : netlist.nets) ends += net.has_source ? 1 : 0;
-  if (ends != netlist.pins.size()) std::abort();
+  if (ends != netlist.pin_nets.size()) std::abort();
   for (SymbolIndex s = 0; s < netlist.symbols.size(); s++)
     if (find_symbol(netlist, netlist.symbols[s].instance) != s) std::abort();
 }

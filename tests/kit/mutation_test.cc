@@ -31,11 +31,11 @@ std::uint32_t pin_of(const Netlist &netlist, const Symbol &symbol, std::string_v
 }
 
 void swap_nets(Mutator &mutator, const Symbol &symbol, std::uint32_t a, std::uint32_t b) {
-  std::vector<Pin> &pins = mutator.netlist.pins;
-  if (a == kNone || b == kNone || pins[a].net == pins[b].net) return;
-  std::swap(pins[a].net, pins[b].net);
+  std::vector<NetIndex> &nets = mutator.netlist.pin_nets;
+  if (a == kNone || b == kNone || nets[a] == nets[b]) return;
+  std::swap(nets[a], nets[b]);
   expect_objection(mutator, symbol, "two pins swapped");
-  std::swap(pins[a].net, pins[b].net);
+  std::swap(nets[a], nets[b]);
 }
 
 void change_primitive(Mutator &mutator, Symbol &symbol, const char *other, const char *pin, const char *other_pin) {
@@ -44,14 +44,10 @@ void change_primitive(Mutator &mutator, Symbol &symbol, const char *other, const
   const SymbolKind *const before = symbol.kind;
   SymbolKind &kind = mutator.netlist.kinds.emplace_back(*before);
   kind.primitive = find_primitive(other);
+  kind.ports[at - symbol.first_pin].name = other_pin;
   symbol.kind = &kind;
-  Pin &changed = mutator.netlist.pins[at];
-  const Pin pin_before = changed;
-  changed.name = mutator.netlist.pin_names.size() & (kMostPinNames - 1);
-  mutator.netlist.pin_names.emplace_back(other_pin);
   expect_objection(mutator, symbol, "another primitive");
   symbol.kind = before;
-  changed = pin_before;
 }
 
 void mutate_row(Mutator &mutator, const Symbol &symbol) {
@@ -69,9 +65,9 @@ void mutate_row(Mutator &mutator, const Symbol &symbol) {
 
 // Something reads the symbol's output, or it meets a pin.
 bool is_observed(const Netlist &netlist, const Symbol &symbol) {
-  for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.kind->pin_count; p++) {
-    const Net &net = netlist.nets[netlist.pins[p].net];
-    if (netlist.pins[p].direction == Direction::OUT && (net.external || net.destination_count > 0)) return true;
+  for (const Pin pin : pins_of(netlist, symbol)) {
+    const Net &net = netlist.nets[pin.net];
+    if (pin.direction == Direction::OUT && (net.external || net.destination_count > 0)) return true;
   }
   return false;
 }
