@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "kit/file_text.h"
+
 namespace cubekit {
 
 namespace {
@@ -54,6 +56,10 @@ int finish(const std::function<int()> &action) {
     status = action();
   } catch (const std::bad_alloc &) {
     std::cerr << "cubekit: there is not enough memory\n";
+    return kMisuse;
+  }
+  if (take_changed_text()) {
+    std::cerr << "cubekit: a file changed while it was read\n";
     return kMisuse;
   }
   if (std::cout.flush() || status == kMisuse) return status;

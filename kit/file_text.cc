@@ -26,6 +26,9 @@ char *allocate(std::size_t size) {
   throw std::bad_alloc();
 }
 
+// A text was of a file that changed meanwhile.
+bool changed_text = false;
+
 // A mapped byte is gone: its file was cut short, or its disk fails.
 void end_for_lost_bytes(int) {
   constexpr std::string_view kText = "cubekit: a file was cut short while it was read, or can't be read any more\n";
@@ -33,22 +36,53 @@ void end_for_lost_bytes(int) {
   ::_exit(2);
 }
 
+bool end_when_bytes_are_lost() {
+  struct sigaction action {};
+  action.sa_handler = end_for_lost_bytes;
+  return ::sigaction(SIGBUS, &action, nullptr) == 0;
+}
+
+// Size and time of the last change; the name and the links of the file don't matter.
+bool take_state(MappedFile &file) {
+  struct stat status {};
+  if (::fstat(file.descriptor, &status) != 0) return false;
+  file.size = status.st_size;
+  file.seconds = status.st_mtim.tv_sec;
+  file.nanoseconds = status.st_mtim.tv_nsec;
+  return true;
+}
+
+bool has_changed(const MappedFile &file) {
+  MappedFile now = file;
+  return !take_state(now) || now.size != file.size || now.seconds != file.seconds ||
+         now.nanoseconds != file.nanoseconds;
+}
+
 } // namespace
 
 FileText FileText::map(int descriptor, std::size_t size) {
+  static const bool is_safe = end_when_bytes_are_lost();
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-  const std::size_t mapped = (size + kPadding + page - 1) / page * page;
+  MappedFile file{(size + kPadding + page - 1) / page * page, descriptor};
+  if (!is_safe || !take_state(file) || file.size != static_cast<std::int64_t>(size)) return {};
   constexpr int kAccess = PROT_READ | PROT_WRITE; // to put line ends behind the text
-  void *start = ::mmap(nullptr, mapped, kAccess, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  void *start = ::mmap(nullptr, file.bytes, kAccess, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (start == MAP_FAILED) return {};
-  FileText text(static_cast<char *>(start), size, FreeText{mapped});
-  if (::mmap(start, size, kAccess, MAP_PRIVATE | MAP_FIXED, descriptor, 0) == MAP_FAILED) return {};
-  struct sigaction action {};
-  action.sa_handler = end_for_lost_bytes;
-  ::sigaction(SIGBUS, &action, nullptr);
+  if (::mmap(start, size, kAccess, MAP_PRIVATE | MAP_FIXED, descriptor, 0) == MAP_FAILED) {
+    ::munmap(start, file.bytes);
+    return {};
+  }
+  FileText text(static_cast<char *>(start), size, FreeText{file});
   text.end_at(size);
   return text;
 }
+
+bool FileText::has_changed() const {
+  const MappedFile &file = bytes_.get_deleter().file;
+  return file.bytes != 0 && cubekit::has_changed(file);
+}
+
+bool take_changed_text() { return std::exchange(changed_text, false); }
 
 FileText::FileText(std::size_t size) : FileText(allocate(size + kPadding), size, FreeText{}) { end_at(size); }
 
@@ -58,10 +92,13 @@ void FileText::end_at(std::size_t size) {
 }
 
 void FreeText::operator()(char *bytes) const {
-  if (mapped == 0)
+  if (file.bytes == 0) {
     std::free(bytes);
-  else
-    ::munmap(bytes, mapped);
+    return;
+  }
+  changed_text |= has_changed(file);
+  ::munmap(bytes, file.bytes);
+  ::close(file.descriptor);
 }
 
 bool read_file(const std::string &path, FileText &text, Finding &error) {
@@ -75,10 +112,7 @@ bool read_file(const std::string &path, FileText &text, Finding &error) {
   const auto size = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
   if (size >= kLarge) {
     text = FileText::map(descriptor, size);
-    if (text.size() != 0) {
-      ::close(descriptor);
-      return true;
-    }
+    if (text.size() != 0) return true;
   }
   // One byte more than there seem to be, so that the end is seen; what has no size, as a pipe, is read by blocks.
   text = FileText(std::max(size + 1, kBlock));

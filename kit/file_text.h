@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -12,8 +13,15 @@
 
 namespace cubekit {
 
+// A file that is mapped, as it was then.
+struct MappedFile {
+  std::size_t bytes = 0;                               // mapped, from the text's start; 0: the text is allocated
+  int descriptor = -1;                                 // open as long as the file is mapped
+  std::int64_t size = 0, seconds = 0, nanoseconds = 0; // the times are those of the last change
+};
+
 struct FreeText {
-  std::size_t mapped = 0; // bytes, from the start; 0: allocated
+  MappedFile file;
   void operator()(char *bytes) const;
 };
 
@@ -38,16 +46,22 @@ public:
   // The text ends there, at or before its former end.
   void end_at(std::size_t size);
 
-  // The bytes of an open file, which show whatever is written into it meanwhile. None, with a size of 0, where the
-  // system can't do that. From then on a lost page of any mapping (SIGBUS: the file was cut short) ends the process
-  // with status 2.
+  // The bytes of an open file, which show whatever is written into it meanwhile; has_changed tells. None, with a size
+  // of 0, where the system can't do that: then the descriptor is still the caller's. From then on a lost page of any
+  // mapping (SIGBUS: a file was cut short) ends the process with status 2.
   static FileText map(int descriptor, std::size_t size);
 
+  // Whether a mapped file has been written or cut since, so that the text is neither the old nor the new one.
+  bool has_changed() const;
+
 private:
-  FileText(char *bytes, std::size_t size, FreeText how) : bytes_(bytes, how), size_(size) {}
+  FileText(char *bytes, std::size_t size, const FreeText &how) : bytes_(bytes, how), size_(size) {}
   std::unique_ptr<char[], FreeText> bytes_;
   std::size_t size_ = 0;
 };
+
+// Whether any text was of a file that changed before the text was done with. Says so once.
+[[nodiscard]] bool take_changed_text();
 
 // Reads a whole file, or maps it when it is large. False when that can't be done, with the reason in `error`.
 [[nodiscard]] bool read_file(const std::string &path, FileText &text, Finding &error);

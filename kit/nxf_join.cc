@@ -181,9 +181,10 @@ NetIndex settle(const Netlist &netlist, const Joints::Lookup &lookup) {
 }
 
 // Whether what is left of the net's items is long: pins on it will come often.
-bool has_many_readers(const char *item) {
+bool has_many_readers(const Netlist &netlist, const char *item) {
   constexpr std::size_t kManyBytes = 64;
-  return std::memchr(item, ';', kManyBytes) == nullptr;
+  const auto left = static_cast<std::size_t>(netlist.text.data() + netlist.text.size() - item);
+  return left > kManyBytes && std::memchr(item, ';', kManyBytes) == nullptr;
 }
 
 // Answers what the net names next with the pin. False when that is another one.
@@ -222,7 +223,8 @@ bool join_lookups(Joints &joints) {
     if (net == kNone || !answers_net(joints, net, lookup.end)) return false;
     netlist.pin_nets[lookup.end.pin] = net;
     BusyNets::Name name;
-    if (has_many_readers(joints.open_items[net]) && name.take(lookup.name)) joints.busy_nets.at(name) = {name, net};
+    if (has_many_readers(netlist, joints.open_items[net]) && name.take(lookup.name))
+      joints.busy_nets.at(name) = {name, net};
   }
   joints.lookups.clear();
   joints.may_wait = true;

@@ -81,5 +81,36 @@ TEST(Command, NeverCallsLostOutputOrAFileThatDoesNotFitASuccess) {
   EXPECT_EQ(status_of("prove c --nxf pipe >out"), 0);
 }
 
+// The netlist is written over when it is mapped already, and the constraints are waited for.
+TEST(Command, TakesNoAnswerFromAFileThatChanges) {
+  const cubenet::WorkingDir directory;
+  cubenet::write_file("c.tt2", cubenet::read_file(PROJECT_DIR "/examples/counter/counter.tt2"));
+  ASSERT_EQ(std::system(CUBENET_PROGRAM " -b c >/dev/null && mv c.tvx tvx && mkfifo c.tvx"), 0);
+  std::string nxf = cubenet::read_file("c.nxf");
+  nxf.insert(nxf.find("Two-bit"), std::size_t{1} << 20, 'd'); // only large files are mapped
+  struct Change {
+    const char *command;
+    int status;
+    const char *out, *err;
+  };
+  const Change changes[] = {
+      {"true", 0, "in order: ", ""},
+      {"printf e | dd of=c.nxf bs=1 seek=1000 conv=notrunc status=none", 2, "", "a file changed while it was read"},
+      {"tr '\\000-\\377' x <c.nxf >x && dd if=x of=c.nxf conv=notrunc status=none", 2, "",
+       "a file changed while it was read"},
+      {"truncate -s 100 c.nxf", 2, "", "a file was cut short while it was read"},
+  };
+  for (const Change &change : changes) {
+    cubenet::write_file("c.nxf", nxf);
+    const std::string line =
+        std::string("touch -d '1 hour ago' c.nxf; " CUBEKIT_PROGRAM " check c >out 2>err & exec 3>c.tvx; ") +
+        change.command + "; cat tvx >&3; exec 3>&-; wait $!";
+    const int status = std::system(line.c_str());
+    EXPECT_EQ(WEXITSTATUS(status), change.status) << change.command;
+    EXPECT_NE(cubenet::read_file("out").find(change.out), std::string::npos) << change.command;
+    EXPECT_NE(cubenet::read_file("err").find(change.err), std::string::npos) << change.command;
+  }
+}
+
 } // namespace
 } // namespace cubekit

@@ -1,7 +1,9 @@
-// Files in memory: read, mapped, and cut short while they are used.
+// Files in memory: read, mapped, and cut short or written while they are used.
 #include "kit/file_text.h"
 
+#include <chrono>
 #include <filesystem>
+#include <fstream>
 
 #include <gtest/gtest.h>
 
@@ -29,6 +31,29 @@ TEST(FileTexts, HaveLineEndsBehindThem) {
     EXPECT_TRUE(text.view() == content) << size;
     EXPECT_EQ(std::string(text.data() + size, FileText::kPadding), std::string(FileText::kPadding, '\n')) << size;
     EXPECT_TRUE(cubenet::read_file("f") == content) << size;
+  }
+}
+
+TEST(FileTexts, TellThatTheirFilesHaveChanged) {
+  const cubenet::WorkingDir directory;
+  enum Change { NOTHING, ANOTHER_NAME, ANOTHER_BYTE, ANOTHER_SIZE };
+  for (const std::size_t size : {kMapped - 1, kMapped}) {
+    for (const Change change : {NOTHING, ANOTHER_NAME, ANOTHER_BYTE, ANOTHER_SIZE}) {
+      cubenet::write_file("f", make_content(size));
+      std::filesystem::last_write_time("f", std::filesystem::last_write_time("f") - std::chrono::hours(1));
+      const bool counts = size == kMapped && change >= ANOTHER_BYTE; // smaller files are copied
+      {
+        FileText text;
+        Finding error;
+        ASSERT_TRUE(read_file("f", text, error)) << error.text;
+        if (change == ANOTHER_NAME) std::filesystem::rename("f", "g");
+        if (change == ANOTHER_BYTE) std::fstream("f", std::ios::in | std::ios::out) << 'x';
+        if (change == ANOTHER_SIZE) std::filesystem::resize_file("f", size - 1);
+        EXPECT_EQ(text.has_changed(), counts) << size << ' ' << change;
+      }
+      EXPECT_EQ(take_changed_text(), counts) << size << ' ' << change;
+      EXPECT_FALSE(take_changed_text());
+    }
   }
 }
 

@@ -176,6 +176,9 @@ TEST(NetlistFiles, TellWhereTheDdfDiffers) {
     const std::string found = compare_texts(files.nxf, edited(files.ddf, edit.from, edit.to));
     EXPECT_NE(found.find(edit.finding), std::string::npos) << edit.from << " -> " << edit.to << ":\n" << found;
   }
+  // The pins that nets lack are told net by net, in another order than the symbol has them.
+  EXPECT_EQ(compare_texts(files.nxf, edited(edited(files.ddf, ", y.CLK;", ";"), ", y.D0", "")),
+            "f:28: net 'y_C' lacks a pin of symbol 'y'\nf:32: net 'y_BD' lacks a pin of symbol 'y'\n");
 }
 
 // Searching the rest of the line for each of the latches on it would take hours.
@@ -209,6 +212,42 @@ TEST(NetlistFiles, AreJoinedInAnyOrder) {
             "f:14: net 'b' names 'h.Z0', which a net has named already\n");
   EXPECT_EQ(check_text(make_nxf(a + "NET b SRC g.A0 DST h.Z0;\n\n" + y, gates + buffer)),
             "f:14: net 'b' has a source that is no output\nf:14: net 'b' has a destination that is an output\n");
+}
+
+// A macro of ten pins, whose ports are found by name, and symbols of one primitive that differ in marks and ports.
+TEST(NetlistFiles, MayHoldManyKindsOfSymbols) {
+  const auto macro = [](const std::string &instance, const std::string &out) {
+    std::string text = "SYM WIDE " + instance + " HARD;\n";
+    for (int port = 0; port < 9; port++) text += "\tPIN P" + std::to_string(port) + " IN a;\n";
+    return text + "\tPIN Q OUT " + out + ";\nEND;\n\n";
+  };
+  const auto ports = [](const std::string &instance, std::vector<int> order) {
+    std::string text;
+    for (const int port : order) text += ' ' + instance + ".P" + std::to_string(port);
+    return text;
+  };
+  const std::vector<int> up{0, 1, 2, 3, 4, 5, 6, 7, 8}, mixed{3, 8, 1, 0, 7, 2, 6, 5, 4};
+  const auto gate = [](const std::string &head, const std::string &out) {
+    return "SYM AND2 " + head + ";\n\tPIN A0 IN m;\n\tPIN A1 IN n;\n" + out + "END;\n\n";
+  };
+  const std::string symbols = macro("m", "m") + macro("n", "n") + gate("g", "\tPIN Z0 OUT g;\n") +
+                              gate("h HARD", "\tPIN Z0 OUT h;\n") + gate("i", "\tPIN Z0 OUT i;\n") +
+                              gate("j HARD", "\tPIN B IN i;\n\tPIN Z0 OUT y_PIN;\n") + gate("k PROTECT", "");
+  const auto nets = [&](const std::string &inputs) {
+    std::string text = "NET a EXT DST" + inputs + ";\n";
+    for (const char *const net : {"m", "n"}) {
+      text += std::string("NET ") + net + " SRC " + net + ".Q DST";
+      for (const char *const reader : {"g", "h", "i", "j", "k"})
+        text += std::string(" ") + reader + (*net == 'm' ? ".A0" : ".A1");
+      text += ";\n\n";
+    }
+    return text + "NET g SRC g.Z0;\n\nNET h SRC h.Z0;\n\nNET i SRC i.Z0 DST j.B;\n\nNET y_PIN EXT SRC j.Z0;\n\n";
+  };
+  const std::string no_output = "f:77: AND2 k: the pins are not those of the primitive\n";
+  EXPECT_EQ(check_text(make_nxf(nets(ports("m", up) + ports("n", up)), symbols)), no_output);
+  EXPECT_EQ(check_text(make_nxf(nets(ports("m", mixed) + ports("n", up)), symbols)), no_output);
+  EXPECT_EQ(check_text(make_nxf(nets(ports("m", up) + ports("n", mixed) + " n.P9"), symbols)),
+            "f:13: net 'a' names 'n.P9', but the symbol has no such pin\n" + no_output);
 }
 
 TEST(NetlistFiles, TellWhatIsWrongWithConstraints) {

@@ -65,6 +65,7 @@ inline std::string check_translation() {
   Netlist netlist;
   Finding error;
   if (!parse_nxf({nxf.begin(), nxf.end()}, netlist, error)) return error.text + '\n';
+  if (!netlist.in_order) return "d.nxf: not in order\n";
   std::ostringstream text;
   for (const Finding &finding : check_netlist(netlist)) print_finding(text, "d.nxf", finding);
   for (const Finding &finding : compare_netlists(netlist, cubenet::read_file("d.ddf")))
