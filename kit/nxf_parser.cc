@@ -244,24 +244,22 @@ bool is_unchanged(const Netlist &netlist, Finding &error) {
   return false;
 }
 
-bool read_carefully(Netlist &netlist, Finding &error) {
+} // namespace
+
+bool parse_nxf(FileText file_text, Netlist &netlist, Finding &error) {
+  netlist = Netlist();
+  netlist.text = std::move(file_text);
+  return read_in_order(netlist) || parse_nxf_by_name(std::move(netlist.text), netlist, error);
+}
+
+bool parse_nxf_by_name(FileText file_text, Netlist &netlist, Finding &error) {
+  netlist = Netlist();
+  netlist.text = std::move(file_text);
   NxfText text{netlist.text.data(), netlist.text.data() + netlist.text.size(), error};
   Parser parser{netlist, text, nullptr};
   if (!parse_statements(parser) || !is_unchanged(netlist, error)) return false;
   join_by_name(netlist, parser.pins.strangers);
   return true;
-}
-
-} // namespace
-
-bool parse_nxf(FileText text, Netlist &netlist, Finding &error) {
-  netlist = Netlist();
-  netlist.text = std::move(text);
-  if (read_in_order(netlist)) return true;
-  text = std::move(netlist.text);
-  netlist = Netlist();
-  netlist.text = std::move(text);
-  return read_carefully(netlist, error);
 }
 
 bool read_nxf(const std::string &path, Netlist &netlist, std::ostream &errors) {

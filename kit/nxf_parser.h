@@ -12,6 +12,10 @@ namespace cubekit {
 // that don't fit together are no errors here: they stand in netlist.faults. Linear in the text.
 [[nodiscard]] bool parse_nxf(FileText text, Netlist &netlist, Finding &error);
 
+// The same, as files are read that are not in order: slower, and netlist.in_order stays false. Whatever the text, the
+// findings are those after parse_nxf.
+[[nodiscard]] bool parse_nxf_by_name(FileText text, Netlist &netlist, Finding &error);
+
 // Reads a netlist with its destinations, whatever its faults. False, with the reason on `errors`, when the file can't
 // be read or breaks the format.
 [[nodiscard]] bool read_nxf(const std::string &path, Netlist &netlist, std::ostream &errors);

@@ -1,5 +1,6 @@
 // The companion's readers on any bytes: what stands before "CELL: " is taken for an .nxf netlist, what follows for the
 // ddf netlist of the same run, and all of it for a constraints file. What is refused must be refused with a reason.
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -36,6 +37,18 @@ void demand_joints(Netlist &netlist) {
     if (find_symbol(netlist, netlist.symbols[s].instance) != s) std::abort();
 }
 
+// In order or not, the same is found.
+void demand_findings(const Netlist &netlist) {
+  if (!netlist.in_order) return;
+  Netlist other;
+  Finding error;
+  const std::string_view text = netlist.text.view();
+  if (!parse_nxf_by_name({text.begin(), text.end()}, other, error)) std::abort();
+  const std::vector<Finding> found = check_netlist(netlist), by_name = check_netlist(other);
+  const auto is_same = [](const Finding &a, const Finding &b) { return a.line == b.line && a.text == b.text; };
+  if (!std::equal(found.begin(), found.end(), by_name.begin(), by_name.end(), is_same)) std::abort();
+}
+
 } // namespace
 } // namespace cubekit
 
@@ -48,6 +61,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
   if (parse_nxf({text.begin(), text.begin() + static_cast<std::ptrdiff_t>(end)}, netlist, error)) {
     for (const Finding &each : check_netlist(netlist))
       if (each.text.empty()) std::abort();
+    demand_findings(netlist);
     if (netlist.faults.empty()) demand_joints(netlist);
   }
   if (error.line != 0 && error.text.empty()) std::abort();
