@@ -6,7 +6,8 @@ the ratios taken round by round. Every program has a folder of its own; what it 
 the clock. Peak memory comes from one more run under GNU time.
 
 "probe" prints text like a netlist at the machine's speed; "same" prints the program's own bytes, which is checked.
-"copy" reads the input and copies a file of the size of the program's output. Exit status 1 when a limit was missed.
+"copy" reads the input and copies a file of the size of the program's output. "check" is the companion's, on the program's
+files, beside reading and copying as many bytes. Exit status 1 when a limit was missed.
 """
 from __future__ import annotations
 
@@ -28,6 +29,7 @@ import shapes  # noqa: E402
 
 BIG = ("a5", "a6", "b", "c", "d", "f5")
 FORMS: dict[str, list[str]] = {"pla": [], "gates": ["-and", "12"]}
+TITLES = {"pla": "PLA form", "gates": "gate form"}
 LADDERS = {"terms": ("a3", "a4", "a5", "a6"), "terms of one output": ("f4", "f5", "f6"),
            "input names": ("s1", "s2", "s3"), "output names": ("g1", "g2", "g3")}
 NOISE = 0.0005  # seconds
@@ -67,6 +69,7 @@ class Limit:
 class Bench:
     program: str
     probe: str
+    kit: str
     work: str
     rounds: int
     timeout: float
@@ -154,8 +157,9 @@ def program_row(bench: Bench, shape: str, form: str) -> Row:
     return make_row(bench, shape, "cubenet", [bench.program, *FORMS[form], "bench"])
 
 
-def copy_row(bench: Bench, shape: str, size: int) -> Row:
-    row = make_row(bench, shape, "copy", ["sh", "-c", "cat bench.tt2 >/dev/null; cp same out"])
+def copy_row(bench: Bench, shape: str, name: str, read: str, size: int) -> Row:
+    """Reads a file and copies another one, of that size."""
+    row = make_row(bench, shape, name, ["sh", "-c", f"cat {read} >/dev/null; cp same out"])
     block = b"\t01-10-1 1\n" * 6000
     with open(os.path.join(row.folder, "same"), "wb") as same:
         for first in range(0, size, len(block)):
@@ -237,7 +241,7 @@ def compare_shape(bench: Bench, shape: str, form: str) -> None:
     size = sum(os.path.getsize(path) for path in outputs_of(mine))
     probe = make_row(bench, shape, "probe", [bench.probe, form, "bench.tt2", "out"])
     same = make_row(bench, shape, "same", [bench.probe, "same-" + form, "bench.tt2", "bench"])
-    copy = copy_row(bench, shape, size)
+    copy = copy_row(bench, shape, "copy", "bench.tt2", size)
     cat = make_row(bench, shape, "cat", ["cat", "bench.tt2"])
     cp = make_row(bench, shape, "cp", ["cp", "bench.tt2", "out"])
     peers = peer_rows(bench, shape) if form == "pla" and shape in PEER_SHAPES else []
@@ -247,12 +251,17 @@ def compare_shape(bench: Bench, shape: str, form: str) -> None:
         same.failed = "other bytes in " + ", ".join(wrong)
     print_rows(f"{shape}, {form}", bench, rows, source)
     judge_shape(bench, shape, form, mine, [probe, same, copy])
+    check = make_row(bench, shape, "check", [bench.kit, "check", os.path.join(mine.folder, "bench")])
+    copy = copy_row(bench, shape, "copy-check", "same", size)
+    run_rounds([check, copy], bench, bench.rounds)
+    bench.note(f"{TITLES[form]}, cubekit check / reading and copying its files", 3.0, shape,
+               math.inf if mine.failed or check.failed else ratio(check, copy))
     remove_runs(bench)
 
 
 def judge_shape(bench: Bench, shape: str, form: str, mine: Row, others: list[Row]) -> None:
     probe, same, copy = others
-    title = {"pla": "PLA form", "gates": "gate form"}[form]
+    title = TITLES[form]
     peak = (peak_memory(mine, bench) - BASE) / os.path.getsize(input_of(bench, shape))
     failed = bool(mine.failed)
     bench.note(f"{title}, whole run / probe with the same bytes", 2.0, shape,
@@ -298,7 +307,7 @@ def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
         remove_runs(bench)
     print(f"\nladder of {ladder}, {form}\n")
     print_table(["shape", "wall ms", "exponent of the step", "cpu ms", "exponent of the step", "note"], lines)
-    title, most = ("PLA form", 1.05) if form == "pla" else ("gate form", 1.10)
+    title, most = TITLES[form], 1.05 if form == "pla" else 1.10
     if len(walls) < 2 or len(cpus) < 2:
         return print(f"\nToo fast to tell how time grows with {ladder}.")
     failed = any(line[-1] for line in lines)
@@ -355,6 +364,7 @@ def main(argv: list[str]) -> int:
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("program", help="the built cubenet")
     parser.add_argument("probe", help="the built limit probe")
+    parser.add_argument("kit", help="the built cubekit")
     parser.add_argument("--rounds", type=int, default=7)
     parser.add_argument("--shapes", default=",".join(BIG), help="shapes to compare, comma-separated; may be empty")
     parser.add_argument("--forms", default="pla,gates")
@@ -367,7 +377,8 @@ def main(argv: list[str]) -> int:
     with tempfile.TemporaryDirectory(prefix="cubenet-bench-") as temporary:
         work = os.path.abspath(args.work or temporary)
         os.makedirs(work, exist_ok=True)
-        bench = Bench(os.path.abspath(args.program), os.path.abspath(args.probe), work, args.rounds, args.timeout)
+        programs = [os.path.abspath(path) for path in (args.program, args.probe, args.kit)]
+        bench = Bench(*programs, work, args.rounds, args.timeout)
         forms = [form for form in args.forms.split(",") if form]
         load = os.getloadavg()[0]
         floor = startup(bench)
