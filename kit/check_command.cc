@@ -35,6 +35,8 @@ int check(const std::string &design) {
     verdict = kNo;
   const auto compare = [&] { return compare_netlists(netlist, texts[1].view()); };
   if (print_all(paths[1], during("comparing the netlists", compare)) != kYes) verdict = kNo;
+  for (const FileText *text : {&netlist.text, &texts[1], &texts[2]})
+    if (text->has_changed()) return kMisuse; // said when the texts are done with
   if (verdict == kYes)
     std::cout << "in order: " << netlist.symbols.size() << " symbols, " << netlist.nets.size() << " nets\n";
   return verdict;

@@ -21,7 +21,7 @@ void report(Checker &checker, std::size_t line, std::string text) {
 }
 
 std::string named(const Symbol &symbol) {
-  return std::string(symbol.kind->primitive_text) + ' ' + std::string(symbol.instance);
+  return shortened(symbol.kind->primitive_text) + ' ' + shortened(symbol.instance);
 }
 
 // The pins behind the numbered ones, in the order of the primitive's row.
@@ -56,9 +56,11 @@ bool has_fitting_pins(const SymbolKind &kind) {
 
 void check_symbol(Checker &checker, const Symbol &symbol) {
   const PrimitiveRow &primitive = primitive_of(symbol);
+  if (symbol.rows != nullptr && primitive.name != "PLA")
+    report(checker, symbol.line, named(symbol) + ": only a PLA has rows");
   if (primitive.function == Function::MACRO) {
     if (!symbol.kind->hard)
-      report(checker, symbol.line, "the library has no primitive " + std::string(symbol.kind->primitive_text));
+      report(checker, symbol.line, "the library has no primitive " + shortened(symbol.kind->primitive_text));
     return;
   }
   if (checker.series < primitive.min_series || checker.series > primitive.max_series)
@@ -67,15 +69,12 @@ void check_symbol(Checker &checker, const Symbol &symbol) {
     report(checker, symbol.line, named(symbol) + ": the pins are not those of the primitive");
   if (primitive.function == Function::TABLE) {
     if (symbol.kind->protect) report(checker, symbol.line, named(symbol) + ": a block can't be protected");
-    if ((primitive.name == "PLA") == (symbol.row_count == 0))
-      report(checker, symbol.line,
-             named(symbol) + (symbol.row_count == 0 ? ": there are no rows" : ": rows in a ZDOT"));
-  } else if (symbol.row_count > 0) {
-    report(checker, symbol.line, named(symbol) + ": only a PLA has rows");
+    if (primitive.name == "PLA" && symbol.row_count == 0)
+      report(checker, symbol.line, named(symbol) + ": there are no rows");
   }
 }
 
-std::string net_text(const Net &net) { return "net '" + std::string(net.name) + "'"; }
+std::string net_text(const Net &net) { return "net " + quoted(net.name); }
 
 void check_net(Checker &checker, const Net &net) {
   const Netlist &netlist = checker.netlist;
@@ -101,7 +100,7 @@ void check_external_pins(Checker &checker) {
   for (const ExternalPin &pin : checker.netlist.external_pins) {
     if (pin.net == kNone) continue; // a fault already
     const Net &net = checker.netlist.nets[pin.net];
-    const std::string text = "pin '" + std::string(pin.pin) + "'";
+    const std::string text = "pin " + quoted(pin.pin);
     if (met[pin.net]++ != 0) report(checker, pin.line, text + " shares " + net_text(net) + " with another pin");
     if (!net.external) report(checker, pin.line, text + " is on " + net_text(net) + ", which is internal");
     if (net.has_source != (pin.direction == Direction::OUT))

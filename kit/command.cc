@@ -3,11 +3,14 @@
 
 #include <CLI/CLI.hpp>
 #include <array>
+#include <cstdlib>
 #include <iostream>
 #include <string>
 #include <vector>
 
 #include "kit/file_text.h"
+#include "util/memory.h"
+#include "util/system.h"
 
 namespace cubekit {
 
@@ -49,13 +52,21 @@ int print_help(const std::vector<Registered> &registered, const CLI::App &app, c
   return kMisuse;
 }
 
+constexpr std::string_view kNoMemory = "cubekit: there is not enough memory\n";
+
+// Streams may take memory themselves.
+[[noreturn]] void end_without_memory(long) {
+  static_cast<void>(cubenet::write_all(2, kNoMemory.data(), kNoMemory.size())); // standard error
+  std::_Exit(kMisuse);
+}
+
 // The status of an action, unless memory ran out or its output was lost.
 int finish(const std::function<int()> &action) {
   int status = kMisuse;
   try {
     status = action();
   } catch (const std::bad_alloc &) {
-    std::cerr << "cubekit: there is not enough memory\n";
+    std::cerr << kNoMemory;
     return kMisuse;
   }
   if (take_changed_text()) {
@@ -72,6 +83,7 @@ int finish(const std::function<int()> &action) {
 std::span<const Command> commands() { return kCommands; }
 
 int run_cubekit(int argc, const char *const *argv) {
+  cubenet::set_out_of_memory_hook(end_without_memory);
   CLI::App app{"Reads the netlists of cubenet back, proves them and shows them.", "cubekit"};
   app.require_subcommand(1);
   app.set_version_flag("--version", std::string(kVersion));

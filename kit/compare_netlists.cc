@@ -113,7 +113,7 @@ void compare_symbols(Comparison &comparison) {
     }
     if (netlist.symbols[found].kind->primitive_text != symbol.primitive)
       report(comparison, symbol.line,
-             quoted(symbol.instance) + " is " + std::string(netlist.symbols[found].kind->primitive_text) +
+             quoted(symbol.instance) + " is " + shortened(netlist.symbols[found].kind->primitive_text) +
                  " in the .nxf");
     if (comparison.symbol_listed[found]++ != 0)
       report(comparison, symbol.line, quoted(symbol.instance) + " is listed twice");

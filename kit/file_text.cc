@@ -42,44 +42,39 @@ bool end_when_bytes_are_lost() {
   return ::sigaction(SIGBUS, &action, nullptr) == 0;
 }
 
-// Size and time of the last change; the name and the links of the file don't matter.
-bool take_state(MappedFile &file) {
-  struct stat status {};
-  if (::fstat(file.descriptor, &status) != 0) return false;
-  file.size = status.st_size;
-  file.seconds = status.st_mtim.tv_sec;
-  file.nanoseconds = status.st_mtim.tv_nsec;
-  return true;
+// The name and the links of the file don't matter.
+FileState state_of(const struct stat &status) {
+  return {status.st_size, status.st_mtim.tv_sec, status.st_mtim.tv_nsec};
 }
 
-bool has_changed(const MappedFile &file) {
-  MappedFile now = file;
-  return !take_state(now) || now.size != file.size || now.seconds != file.seconds ||
-         now.nanoseconds != file.nanoseconds;
+bool has_changed(int descriptor, const FileState &before) {
+  struct stat status {};
+  return ::fstat(descriptor, &status) != 0 || state_of(status) != before;
 }
 
 } // namespace
 
 FileText FileText::map(int descriptor, std::size_t size) {
   static const bool is_safe = end_when_bytes_are_lost();
+  struct stat status {};
+  if (!is_safe || ::fstat(descriptor, &status) != 0 || status.st_size != static_cast<off_t>(size)) return {};
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
-  MappedFile file{(size + kPadding + page - 1) / page * page, descriptor};
-  if (!is_safe || !take_state(file) || file.size != static_cast<std::int64_t>(size)) return {};
+  const std::size_t mapped = (size + kPadding + page - 1) / page * page;
   constexpr int kAccess = PROT_READ | PROT_WRITE; // to put line ends behind the text
-  void *start = ::mmap(nullptr, file.bytes, kAccess, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+  void *start = ::mmap(nullptr, mapped, kAccess, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
   if (start == MAP_FAILED) return {};
   if (::mmap(start, size, kAccess, MAP_PRIVATE | MAP_FIXED, descriptor, 0) == MAP_FAILED) {
-    ::munmap(start, file.bytes);
+    ::munmap(start, mapped);
     return {};
   }
-  FileText text(static_cast<char *>(start), size, FreeText{file});
+  FileText text(static_cast<char *>(start), size, FreeText{mapped, descriptor, state_of(status)});
   text.end_at(size);
   return text;
 }
 
 bool FileText::has_changed() const {
-  const MappedFile &file = bytes_.get_deleter().file;
-  return file.bytes != 0 && cubekit::has_changed(file);
+  const FreeText &how = bytes_.get_deleter();
+  return how.mapped != 0 && cubekit::has_changed(how.descriptor, how.state);
 }
 
 bool take_changed_text() { return std::exchange(changed_text, false); }
@@ -92,13 +87,13 @@ void FileText::end_at(std::size_t size) {
 }
 
 void FreeText::operator()(char *bytes) const {
-  if (file.bytes == 0) {
+  if (mapped == 0) {
     std::free(bytes);
     return;
   }
-  changed_text |= has_changed(file);
-  ::munmap(bytes, file.bytes);
-  ::close(file.descriptor);
+  changed_text |= has_changed(descriptor, state);
+  ::munmap(bytes, mapped);
+  ::close(descriptor);
 }
 
 bool read_file(const std::string &path, FileText &text, Finding &error) {
@@ -126,6 +121,7 @@ bool read_file(const std::string &path, FileText &text, Finding &error) {
     text = std::move(larger);
   }
   if (got < 0) error = {0, std::strerror(errno)};
+  if (S_ISREG(status.st_mode)) changed_text |= has_changed(descriptor, state_of(status));
   ::close(descriptor);
   text.end_at(used);
   return got >= 0;

@@ -13,15 +13,16 @@
 
 namespace cubekit {
 
-// A file that is mapped, as it was then.
-struct MappedFile {
-  std::size_t bytes = 0;                               // mapped, from the text's start; 0: the text is allocated
-  int descriptor = -1;                                 // open as long as the file is mapped
-  std::int64_t size = 0, seconds = 0, nanoseconds = 0; // the times are those of the last change
+// What changes with a file's content.
+struct FileState {
+  std::int64_t size = 0, seconds = 0, nanoseconds = 0; // of the last change
+  bool operator==(const FileState &) const = default;
 };
 
 struct FreeText {
-  MappedFile file;
+  std::size_t mapped = 0; // bytes, from the start; 0: the text is allocated
+  int descriptor = -1;    // of the mapped file, open until then
+  FileState state;        // of the mapped file, as it was then
   void operator()(char *bytes) const;
 };
 
@@ -46,12 +47,12 @@ public:
   // The text ends there, at or before its former end.
   void end_at(std::size_t size);
 
-  // The bytes of an open file, which show whatever is written into it meanwhile; has_changed tells. None, with a size
-  // of 0, where the system can't do that: then the descriptor is still the caller's. From then on a lost page of any
-  // mapping (SIGBUS: a file was cut short) ends the process with status 2.
+  // The bytes of an open file, which show whatever is written into it meanwhile. None, with a size of 0, where the
+  // system can't do that: then the descriptor is still the caller's. From then on a lost page of any mapping (SIGBUS: a
+  // file was cut short) ends the process with status 2.
   static FileText map(int descriptor, std::size_t size);
 
-  // Whether a mapped file has been written or cut since, so that the text is neither the old nor the new one.
+  // Whether a mapped file has changed since.
   bool has_changed() const;
 
 private:
@@ -60,7 +61,9 @@ private:
   std::size_t size_ = 0;
 };
 
-// Whether any text was of a file that changed before the text was done with. Says so once.
+// Whether any text was of a file that changed while it was read or, for a mapped one, before the text was done with:
+// such a text may be neither the old nor the new one. Size and time of the last change tell; a program that writes
+// through a mapping of its own may change neither. Says so once.
 [[nodiscard]] bool take_changed_text();
 
 // Reads a whole file, or maps it when it is large. False when that can't be done, with the reason in `error`.

@@ -13,8 +13,12 @@ struct Finding {
   std::string text;
 };
 
-// A name in such a text.
-inline std::string quoted(std::string_view name) { return "'" + std::string(name) + "'"; }
+// A name in such a text. Of a very long one only the beginning: many findings may be about one name.
+inline std::string shortened(std::string_view name) {
+  constexpr std::size_t kLongest = 100;
+  return name.size() <= kLongest ? std::string(name) : std::string(name.substr(0, kLongest)) + "...";
+}
+inline std::string quoted(std::string_view name) { return "'" + shortened(name) + "'"; }
 
 // "path:line: text" (or "path: text" for line 0) and a line end.
 void print_finding(std::ostream &stream, const std::string &path, const Finding &finding);

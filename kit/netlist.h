@@ -27,7 +27,7 @@ struct Port {
 };
 
 // What symbols of one primitive have in common when they have the same pins in the same order and the same marks.
-// Netlists have few kinds of symbols.
+// Symbols of one kind mostly follow one another, so netlists have few; two may still be alike.
 struct SymbolKind {
   std::string_view primitive_text; // as written, with the width
   std::uint32_t number = 0;        // in Netlist::kinds

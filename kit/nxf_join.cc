@@ -144,9 +144,10 @@ EndPoint join_item(JoinByName &join, NetIndex net_index, std::string_view item) 
   return {symbol, pin_index};
 }
 
-std::string_view take_item(const char *&at) {
+// An item of a net whose statement ends before `limit`, whatever has become of a mapped file since it was parsed.
+std::string_view take_item(const char *&at, const char *limit) {
   const char *start = at;
-  at = find_word_end(at);
+  while (at < limit && !is_word_end(*at)) at++;
   return {start, static_cast<std::size_t>(at - start)};
 }
 
@@ -187,26 +188,6 @@ bool has_many_readers(const Netlist &netlist, const char *item) {
   return left > kManyBytes && std::memchr(item, ';', kManyBytes) == nullptr;
 }
 
-// Answers what the net names next with the pin. False when that is another one.
-bool answers_net(Joints &joints, NetIndex net_index, EndPoint end) {
-  Netlist &netlist = joints.netlist;
-  const std::string_view instance = netlist.symbols[end.symbol].instance;
-  const Port &port = port_of(netlist, end);
-  if (port.direction != Direction::OUT) {
-    const char *&item = joints.open_items[net_index];
-    const char *const stop = end_of_item(item, instance, port.name);
-    if (stop != nullptr) go_behind(item, stop);
-    return stop != nullptr;
-  }
-  Net &net = netlist.nets[net_index];
-  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), instance, port.name) == nullptr)
-    return false;
-  net.source = end;
-  if (net.name == instance) joints.drives_own_name[end.symbol] = true;
-  joints.next_driven = net_index + 1;
-  return true;
-}
-
 } // namespace
 
 bool index_nets(Joints &joints) {
@@ -220,8 +201,12 @@ bool join_lookups(Joints &joints) {
   find_nets(joints);
   for (const Joints::Lookup &lookup : joints.lookups) {
     const NetIndex net = settle(netlist, lookup);
-    if (net == kNone || !answers_net(joints, net, lookup.end)) return false;
+    const std::string_view instance = netlist.symbols[lookup.end.symbol].instance;
+    const Port &port = port_of(netlist, lookup.end);
+    const auto find_end = [&](const char *item) { return end_of_item(item, instance, port.name); };
+    if (net == kNone || !answer_net(joints, net, lookup.end, instance, port.direction, find_end)) return false;
     netlist.pin_nets[lookup.end.pin] = net;
+    if (port.direction == Direction::OUT) joints.next_driven = net + 1;
     BusyNets::Name name;
     if (has_many_readers(netlist, joints.open_items[net]) && name.take(lookup.name))
       joints.busy_nets.at(name) = {name, net};
@@ -239,7 +224,7 @@ bool finish_joints(Joints &joints) {
   return netlist.in_order;
 }
 
-void index_nets(Netlist &netlist) {
+void index_nets_by_name(Netlist &netlist) {
   index_net_names(netlist, [&](NetIndex net) {
     add_fault(netlist, netlist.nets[net].line, "net " + quoted(netlist.nets[net].name) + " has two statements");
   });
@@ -250,21 +235,22 @@ void join_by_name(Netlist &netlist, const std::vector<Stranger> &strangers) {
   index_symbols(netlist);
   index_external_pins(netlist);
   JoinByName join{netlist, strangers};
-  const char *const end = netlist.text.data() + netlist.text.size();
+  const char *const end =
+      netlist.symbols.empty() ? netlist.text.data() + netlist.text.size() : netlist.symbols[0].instance.data();
   if (!netlist.nets.empty())
     netlist.destinations.resize(netlist.nets.back().first_destination + netlist.nets.back().destination_count);
   join.named_nets = std::exchange(netlist.pin_nets, std::vector<NetIndex>(netlist.pin_nets.size(), kNone));
   for (NetIndex i = 0; i < netlist.nets.size(); i++) {
     Net &net = netlist.nets[i];
+    const char *const limit = i + 1 < netlist.nets.size() ? netlist.nets[i + 1].name.data() : end;
     const char *at = items_of(net);
     if (net.has_source) {
       at = source_item(net);
-      net.source = join_item(join, i, take_item(at));
+      net.source = join_item(join, i, take_item(at, limit));
     }
     at += std::string_view(" DST").size();
-    // A mapped file may have changed since the items were counted: they must end with the text all the same.
-    for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count && at < end; d++)
-      netlist.destinations[d] = join_item(join, i, take_item(++at));
+    for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count && at < limit; d++)
+      netlist.destinations[d] = join_item(join, i, take_item(++at, limit));
   }
   for (const Symbol &symbol : netlist.symbols) {
     for (std::uint32_t place = 0; place < pin_count(symbol); place++) {

@@ -84,6 +84,24 @@ inline void go_behind(const char *&item, const char *end) {
   __builtin_prefetch(item + 64);
 }
 
+// Answers what the net names next, an item of the text, with a pin of the instance. `find_end` gives the end of an item
+// that names the pin, and null for any other. False when the net names another pin.
+template <typename FindEnd>
+[[gnu::always_inline]] inline bool answer_net(Joints &joints, NetIndex net_index, EndPoint pin,
+                                              std::string_view instance, Direction direction, const FindEnd &find_end) {
+  if (direction != Direction::OUT) {
+    const char *&item = joints.open_items[net_index];
+    const char *const end = find_end(item);
+    if (end != nullptr) go_behind(item, end);
+    return end != nullptr;
+  }
+  Net &net = joints.netlist.nets[net_index];
+  if (!net.has_source || net.source.pin != kNone || find_end(source_item(net)) == nullptr) return false;
+  net.source = pin;
+  if (net.name == instance) joints.drives_own_name[pin.symbol] = true;
+  return true;
+}
+
 // Before each symbol.
 inline void add_symbol(Joints &joints) { joints.drives_own_name.push_back(false); }
 
@@ -111,7 +129,7 @@ struct Stranger {
 };
 
 // Once all nets are known, before join_by_name.
-void index_nets(Netlist &netlist);
+void index_nets_by_name(Netlist &netlist);
 
 // Joins everything, once all symbols are known and each pin has the net that it names. The strangers stand in the order
 // of the pins. Faults go to netlist.faults.

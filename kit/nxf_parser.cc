@@ -1,8 +1,9 @@
-// Reads an .nxf file into a Netlist: first the statements, line by line, then the joints between nets and symbols. What
-// a netlist must be beyond that (drivers, widths, vocabulary) is judged by the check, not here.
+// Reads an .nxf file into a Netlist, line by line. What a netlist must be beyond its form and its joints (drivers,
+// widths, vocabulary) is judged by the check, not here.
 //
 // A file is first taken to be in order. Then the pins tell what a net leads to, and what the nets say is only held
-// against them. A file that is not so, for whatever reason, is read once more, carefully, for its errors and faults.
+// against them while the pins are read. A file that is not so, for whatever reason, is read once more, for its errors
+// and faults, and joined by name at the end.
 #include "kit/nxf_parser.h"
 
 #include <array>
@@ -25,7 +26,7 @@ namespace {
 struct Parser {
   Netlist &netlist;
   NxfText &text;
-  Joints *joints; // null: read carefully
+  Joints *joints; // null: joined by name
   PinReader pins{netlist, text, joints};
 
   // The kind of the last symbol of each primitive. Most are found by the first bytes of their text.
@@ -73,23 +74,19 @@ bool parse_external_pins(NxfText &text, Netlist &netlist) {
   return expect_line(text, "");
 }
 
-// [ gate.pin ...], up to the ';'. Gives their number.
+// " gate.pin ...", up to the ';'. Gives their number.
 bool parse_destinations(NxfText &text, std::uint32_t &count) {
   std::string_view item;
   for (count = 0; skip(text, " "); count++)
     if (!take_word(text, item)) return fail(text, "a pin must stand here");
-  return true;
+  return count > 0 || fail(text, "a pin must stand here");
 }
 
-// The same, unread: `first` is where the first item begins, or the ';'. False where something is odd.
+// The same, unread: `first` is where the first item begins. False where something is odd.
 bool pass_destinations(NxfText &text, const char *&first) {
   const auto *stop = static_cast<const char *>(std::memchr(text.at, ';', static_cast<std::size_t>(text.end - text.at)));
-  if (stop == nullptr) return fail(text, "NET must end with ';'");
-  first = stop;
-  if (stop != text.at) {
-    if (*text.at != ' ' || stop[-1] == ' ') return fail(text, "a pin must stand here");
-    first = text.at + 1;
-  }
+  if (stop == nullptr || *text.at != ' ' || stop[-1] == ' ') return false;
+  first = text.at + 1;
   text.at = stop;
   return true;
 }
@@ -210,7 +207,7 @@ bool parse_symbols(Parser &parser) {
   while (skip(parser.text, "SYM ")) {
     if (parser.joints != nullptr) add_symbol(*parser.joints);
     if (!parse_symbol(parser)) return false;
-    if (parser.joints != nullptr && !join_some(*parser.joints)) return fail(parser.text, "the pins are not in order");
+    if (parser.joints != nullptr && !join_some(*parser.joints)) return false;
   }
   return true;
 }
@@ -220,9 +217,9 @@ bool parse_statements(Parser &parser) {
   if (!parse_head(text, parser.netlist) || !parse_external_pins(text, parser.netlist) || !parse_nets(parser))
     return false;
   if (parser.joints == nullptr)
-    index_nets(parser.netlist);
+    index_nets_by_name(parser.netlist);
   else if (!index_nets(*parser.joints))
-    return fail(text, "two nets have one name");
+    return false;
   if (!parse_symbols(parser)) return false;
   if (!expect_line(text, "END;") || !expect_line(text, "") || !expect_line(text, "END;") || !expect_line(text, ""))
     return false;
@@ -235,13 +232,6 @@ bool read_in_order(Netlist &netlist) {
   Joints joints{netlist};
   Parser parser{netlist, text, &joints};
   return parse_statements(parser) && finish_joints(joints);
-}
-
-// A mapped file that changed may have become one word from here to its end, which no fault can tell in good time.
-bool is_unchanged(const Netlist &netlist, Finding &error) {
-  if (!netlist.text.has_changed()) return true;
-  error = {0, "the file changed while it was read"};
-  return false;
 }
 
 } // namespace
@@ -257,7 +247,7 @@ bool parse_nxf_by_name(FileText file_text, Netlist &netlist, Finding &error) {
   netlist.text = std::move(file_text);
   NxfText text{netlist.text.data(), netlist.text.data() + netlist.text.size(), error};
   Parser parser{netlist, text, nullptr};
-  if (!parse_statements(parser) || !is_unchanged(netlist, error)) return false;
+  if (!parse_statements(parser)) return false;
   join_by_name(netlist, parser.pins.strangers);
   return true;
 }

@@ -48,11 +48,11 @@ struct Sought {
 
 // The statement begins at `start` and stands at its net's name.
 PortName make_name(const char *start, const char *net_name, std::string_view name, Direction direction) {
-  const auto size = static_cast<std::size_t>(net_name - start);
+  const auto size = static_cast<std::size_t>(net_name - start); // of "\tPIN X IN " at least
   PortName result{};
   result.name = name;
   result.direction = direction;
-  if (size < 8 || size > 16) return result;
+  if (size > 16) return result;
   result.size = static_cast<std::uint32_t>(size);
   result.first = load_bytes(start);
   result.rest_mask = kFirstBytes[size - 8];
@@ -150,7 +150,7 @@ bool take_expected_pins(PinReader &reader, const SymbolKind &kind) {
     const PortName &name = reader.names[port.name_number];
     const char *at = text.at;
     if (load_bytes(at) != name.first || (load_bytes(at + 8) & name.rest_mask) != name.rest || name.size == 0 ||
-        name.direction != port.direction || port.direction == Direction::BIDI)
+        name.direction != port.direction)
       break;
     at += name.size;
     __builtin_prefetch(at + kTextAhead);
@@ -167,32 +167,18 @@ bool take_expected_pins(PinReader &reader, const SymbolKind &kind) {
   return true;
 }
 
-// Answers the net with a pin of the symbol that netlist.symbols gets next. False when the net names another one.
-[[gnu::always_inline]] inline bool answer(Joints &joints, NetIndex net_index, const Sought &instance,
-                                          const PortName &port, std::uint32_t pin) {
-  if (port.direction != Direction::OUT) {
-    const char *&item = joints.open_items[net_index];
-    const char *const stop = end_of_item(item, instance, port);
-    if (stop != nullptr) go_behind(item, stop);
-    return stop != nullptr;
-  }
-  Net &net = joints.netlist.nets[net_index];
-  if (!net.has_source || net.source.pin != kNone || end_of_item(source_item(net), instance, port) == nullptr)
-    return false;
-  net.source = {static_cast<SymbolIndex>(joints.netlist.symbols.size()), pin};
-  if (net.name == instance.name) joints.drives_own_name[net.source.symbol] = true;
-  return true;
-}
-
 // Joins those of the pins just read whose nets are known.
 bool join_expected_pins(PinReader &reader, std::string_view instance_name, const SymbolKind &kind,
                         std::uint32_t first_pin) {
   const std::vector<NetIndex> &nets = reader.netlist.pin_nets;
   const Sought instance(instance_name);
-  for (std::uint32_t p = first_pin; p < nets.size(); p++) {
-    const PortName &port = reader.names[kind.ports[p - first_pin].name_number];
-    if (nets[p] != kNone && !answer(*reader.joints, nets[p], instance, port, p))
-      return fail(reader.text, "the pin is not the next one of its net");
+  EndPoint pin{static_cast<SymbolIndex>(reader.netlist.symbols.size()), first_pin};
+  for (; pin.pin < nets.size(); pin.pin++) {
+    const Port &port = kind.ports[pin.pin - first_pin];
+    const PortName &name = reader.names[port.name_number];
+    const auto find_end = [&](const char *item) { return end_of_item(item, instance, name); };
+    const NetIndex net = nets[pin.pin];
+    if (net != kNone && !answer_net(*reader.joints, net, pin, instance_name, port.direction, find_end)) return false;
   }
   return true;
 }

@@ -35,7 +35,9 @@ int prove(const Arguments &arguments) {
   ProofOptions options = arguments.options;
   if (!arguments.part.empty()) options.series = cubenet::part_series(arguments.part);
   ProofReport report;
-  if (prove_netlist(*design, cubes, netlist, options, report)) {
+  const bool is_proved = prove_netlist(*design, cubes, netlist, options, report);
+  if (netlist.text.has_changed()) return kMisuse; // said when the text is done with
+  if (is_proved) {
     std::cout << "proved: " << report.claims << " claims, " << report.by_structure << " by structure, "
               << report.by_exhaustion << " by all input vectors, " << report.by_sat << " by SAT"
               << (options.abc ? "; abc agrees" : "") << '\n';

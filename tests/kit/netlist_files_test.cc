@@ -42,11 +42,17 @@ std::string findings_text(const std::vector<Finding> &findings) {
   return text.str();
 }
 
+// The findings, which must not depend on how the text is read.
 std::string check_text(const std::string &text) {
-  Netlist netlist;
-  Finding error;
-  if (!parse_nxf({text.begin(), text.end()}, netlist, error)) return findings_text({error});
-  return findings_text(check_netlist(netlist));
+  const auto check = [&](const auto &parse) {
+    Netlist netlist;
+    Finding error;
+    return findings_text(parse({text.begin(), text.end()}, netlist, error) ? check_netlist(netlist)
+                                                                           : std::vector{error});
+  };
+  const std::string found = check(parse_nxf);
+  EXPECT_EQ(found, check(parse_nxf_by_name)) << text;
+  return found;
 }
 
 struct Files {
@@ -108,18 +114,21 @@ std::string make_chain() {
   return make_nxf(nets + ";\n" + chain, symbols);
 }
 
-// No byte of the nets and symbols can be another one without a finding.
+// No byte of the nets and symbols can be another one, left out or put between without a finding.
 TEST(NetlistFiles, CountToEveryByte) {
   for (const std::string &sound : {make_chain(), translate_files("").nxf, translate_files("-and 2").nxf}) {
     ASSERT_EQ(check_text(sound), "");
     std::string text = sound;
-    for (std::size_t at = text.find("\nNET "); at < text.size(); at++)
+    for (std::size_t at = text.find("\nNET "); at < text.size(); at++) {
       for (const char other : {'~', ' ', ';', '\n'}) {
         if (text[at] == other) continue;
         text[at] = other;
         EXPECT_NE(check_text(text), "") << at << ": " << other;
         text[at] = sound[at];
       }
+      EXPECT_NE(check_text(sound.substr(0, at) + sound.substr(at + 1)), "") << at;
+      EXPECT_NE(check_text(sound.substr(0, at) + ' ' + sound.substr(at)), "") << at;
+    }
   }
 }
 
@@ -248,6 +257,96 @@ TEST(NetlistFiles, MayHoldManyKindsOfSymbols) {
   EXPECT_EQ(check_text(make_nxf(nets(ports("m", mixed) + ports("n", up)), symbols)), no_output);
   EXPECT_EQ(check_text(make_nxf(nets(ports("m", up) + ports("n", mixed) + " n.P9"), symbols)),
             "f:13: net 'a' names 'n.P9', but the symbol has no such pin\n" + no_output);
+}
+
+// Faults that leave everything but one thing as it must be.
+TEST(NetlistFiles, AreTakenAtTheirWord) {
+  const auto symbol = [](const std::string &head, const std::string &pins) {
+    return "SYM " + head + ";\n" + pins + "END;\n\n";
+  };
+  const auto buffer = [&](const std::string &name, const std::string &in, const std::string &out) {
+    return symbol("BUF " + name, "\tPIN A0 IN " + in + ";\n\tPIN Z0 OUT " + out + ";\n");
+  };
+  const auto pla = [&](const std::string &head, const std::string &out) {
+    return symbol("PLA " + head, "\tPIN A0 IN a;\n\tPIN Z0 OUT " + out + ";\n\tBEGIN_PLA\n\t1 1\n\tEND_PLA\n");
+  };
+  const std::string sound = make_nxf(
+      "NET a EXT DST g.A0 m.P p.A0 q.A0;\nNET g SRC g.Z0 DST h.A0;\n\nNET h SRC h.Z0 DST i.A0;\n\n"
+      "NET m SRC m.Q DST n.P;\n\nNET n SRC n.Q;\n\nNET p SRC p.Z0;\n\nNET q SRC q.Z0;\n\nNET y_PIN EXT SRC i.Z0;\n\n",
+      buffer("g", "a", "g") + buffer("h", "g", "h") + buffer("i", "h", "y_PIN") +
+          symbol("WIDE m HARD", "\tPIN P IN a;\n\tPIN Q OUT m;\n") +
+          symbol("WIDE n HARD", "\tPIN P IN m;\n\tPIN Q OUT n;\n") + pla("p", "p") + pla("q", "q"));
+  ASSERT_EQ(check_text(sound), "");
+  using Edits = std::vector<std::pair<std::string, std::string>>;
+  struct Row {
+    Edits edits;
+    const char *finding;
+  };
+  const auto with = [](const std::string &nets, const std::string &readers, const std::string &symbols) {
+    return Edits{{"NET y_PIN", nets + "NET y_PIN"},
+                 {" q.A0;", " q.A0" + readers + ";"},
+                 {"\tEND_PLA\nEND;\n\nEND;", "\tEND_PLA\nEND;\n\n" + symbols + "END;"}};
+  };
+  const std::string many = "\tPIN B0 IN a;\n\tPIN B1 IN a;\n\tPIN B2 IN a;\n\tPIN B3 IN a;\n\tPIN B4 IN a;\n"
+                           "\tPIN B5 IN a;\n\tPIN B6 IN a;\n\tPIN B7 IN a;\n\tPIN B0 IN a;\n";
+  const std::vector<Row> rows{
+      {{{"SRC h.Z0", "SRC h.Z0x"}}, "net 'h' names 'h.Z0x', but the symbol has no such pin"},
+      {{{"\tPIN Z0 OUT h;", "\tPIN Z0 IN h;"}}, "BUF h: the pins are not those of the primitive"},
+      {{{"\tPIN Z0 OUT h;\n", ""}}, "net 'h' names 'h.Z0', but the symbol has no such pin"},
+      {{{"SYM WIDE n HARD", "SYM WIDE n"}}, "the library has no primitive WIDE"},
+      {{{"SYM PLA q", "SYM PLA q PROTECT"}}, "PLA q: a block can't be protected"},
+      {{{"OUT h;\nEND", "OUT h;\n\tBEGIN_PLA\n\tEND_PLA\nEND"}}, "BUF h: only a PLA has rows"},
+      {{{"OUT n;\nEND", "OUT n;\n\tBEGIN_PLA\n\t 1\n\tEND_PLA\nEND"}}, "WIDE n: only a PLA has rows"},
+      {{{"SRC n.Q;", "SRC n.Q DST;"}}, "a pin must stand here"},
+      {{{" q.A0;", " q.A0 ;"}}, "a pin must stand here"},
+      {{{"NET h SRC h.Z0 DST i.A0;", "NET g SRC h.Z0;"},
+        {"OUT h;", "OUT g;"},
+        {"IN h;", "IN a;"},
+        {"g.A0 m.P", "g.A0 i.A0 m.P"}},
+       "net 'g' has two statements"},
+      {with("NET z SRC z.Z0;\n\n", " z.A0 z.A0", buffer("z", "a", "z") + buffer("z", "a", "z")),
+       "two symbols are named 'z'"},
+      {with("", "", symbol("WIDE g HARD", "")), "two symbols are named 'g'"},
+      {with("", "", symbol("WIDE z HARD", "") + symbol("WIDE z HARD", "")), "two symbols are named 'z'"},
+      {with("NET z SRC n.R;\n\n", "", ""), "net 'z' names 'n.R', but the symbol has no such pin"},
+      {with("", " z.A0 w.A0", symbol("M z HARD", "\tPIN A0 OUT a;\n") + symbol("M w HARD", "\tPIN A0 IN a;\n")),
+       "net 'a' has a destination that is an output"},
+      {with("", " z.Z0 w.Z0", symbol("M z HARD", "\tPIN Z0 IN a;\n") + symbol("M w HARD", "\tPIN Z0 OUT a;\n")),
+       "net 'a' has a destination that is an output"},
+      {with("", " z.A.0", symbol("M z HARD", "\tPIN A.0 IN a;\n")), "names 'z.A.0', but there is no such symbol"},
+      {with("", " z.P z.P", symbol("M z HARD", "\tPIN P IN a;\n\tPIN P IN a;\n")),
+       "names 'z.P', which a net has named"},
+      {with("", " z.B0 z.B1 z.B2 z.B3 z.B4 z.B5 z.B6 z.B7 z.B0", symbol("M z HARD", many)),
+       "names 'z.B0', which a net has"},
+  };
+  for (const Row &row : rows) {
+    std::string text = sound;
+    for (const auto &[from, to] : row.edits) text = edited(text, from, to);
+    EXPECT_NE(check_text(text).find(row.finding), std::string::npos) << row.finding << ":\n" << check_text(text);
+  }
+}
+
+// A net that is found again by its name's bytes, and a name that is told with every fault.
+TEST(NetlistFiles, MayHaveBusyNetsAndLongNames) {
+  const std::string busy = "ABCDEFGH001", other = "ABCDEFGHx08059"; // looked for at one place
+  std::string nets = "NET " + busy + " SRC b.Z0 DST",
+              symbols = "SYM BUF b;\n\tPIN A0 IN a;\n\tPIN Z0 OUT " + busy + ";\nEND;\n\n";
+  std::string outputs;
+  for (int i = 0; i < 100; i++) {
+    const std::string gate = "g" + std::to_string(i), out = i == 0 ? "y_PIN" : gate;
+    nets += ' ' + gate + ".A0";
+    outputs += "NET " + out + (i == 0 ? " EXT" : "") + " SRC " + gate + ".Z0;\n\n";
+    symbols += "SYM BUF " + gate + ";\n\tPIN A0 IN " + busy + ";\n\tPIN Z0 OUT " + out + ";\nEND;\n\n";
+  }
+  const std::string sound = make_nxf("NET a EXT DST b.A0;\n" + nets + ";\n\n" + outputs, symbols);
+  EXPECT_EQ(check_text(sound), "");
+  const std::string wrong = edited(sound, "g90;\n\tPIN A0 IN " + busy, "g90;\n\tPIN A0 IN " + other);
+  EXPECT_NE(check_text(wrong).find("names 'g90.A0', but that pin is on net '" + other + "'"), std::string::npos);
+
+  std::string items;
+  for (int i = 0; i < 1000; i++) items += " x";
+  EXPECT_LT(check_text(make_nxf("NET " + std::string(100000, 'G') + " EXT SRC a.b DST" + items + ";\n\n", "")).size(),
+            std::size_t{400000});
 }
 
 TEST(NetlistFiles, TellWhatIsWrongWithConstraints) {
