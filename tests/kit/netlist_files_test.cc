@@ -334,12 +334,17 @@ TEST(NetlistFiles, MayHaveBusyNetsAndLongNames) {
   std::string outputs;
   for (int i = 0; i < 100; i++) {
     const std::string gate = "g" + std::to_string(i), out = i == 0 ? "y_PIN" : gate;
+    const bool is_new = i == 60; // of a primitive that comes when the net is busy already
     nets += ' ' + gate + ".A0";
-    outputs += "NET " + out + (i == 0 ? " EXT" : "") + " SRC " + gate + ".Z0;\n\n";
-    symbols += "SYM BUF " + gate + ";\n\tPIN A0 IN " + busy + ";\n\tPIN Z0 OUT " + out + ";\nEND;\n\n";
+    outputs += "NET " + out + (i == 0 ? " EXT" : "") + " SRC " + gate + (is_new ? ".ZN0;\n\n" : ".Z0;\n\n");
+    symbols += (is_new ? "SYM INV " : "SYM BUF ") + gate + ";\n\tPIN A0 IN " + busy + ";\n\tPIN " +
+               (is_new ? "ZN0" : "Z0") + " OUT " + out + ";\nEND;\n\n";
   }
   const std::string sound = make_nxf("NET a EXT DST b.A0;\n" + nets + ";\n\n" + outputs, symbols);
   EXPECT_EQ(check_text(sound), "");
+  Netlist netlist;
+  Finding error;
+  EXPECT_TRUE(parse_nxf({sound.begin(), sound.end()}, netlist, error) && netlist.in_order) << error.text;
   const std::string wrong = edited(sound, "g90;\n\tPIN A0 IN " + busy, "g90;\n\tPIN A0 IN " + other);
   EXPECT_NE(check_text(wrong).find("names 'g90.A0', but that pin is on net '" + other + "'"), std::string::npos);
 
