@@ -28,10 +28,13 @@ bool index_ports(Netlist &netlist) {
   return unique;
 }
 
-template <typename TellAgain> void index_net_names(Netlist &netlist, const TellAgain &tell_again) {
+constexpr auto keep_no_hash = [](std::uint32_t) {};
+
+template <typename TellAgain, typename KeepHash>
+void index_net_names(Netlist &netlist, const TellAgain &tell_again, const KeepHash &keep_hash) {
   add_all(
       netlist.nets_by_name, netlist.nets.size(), [](std::size_t i) { return static_cast<NetIndex>(i); },
-      [&](NetIndex net) { return netlist.nets[net].name; }, tell_again);
+      [&](NetIndex net) { return netlist.nets[net].name; }, tell_again, keep_hash);
 }
 
 void index_symbols(Netlist &netlist) {
@@ -41,7 +44,8 @@ void index_symbols(Netlist &netlist) {
       name_of_symbol,
       [&](SymbolIndex symbol) {
         add_fault(netlist, netlist.symbols[symbol].line, "two symbols are named " + quoted(name_of_symbol(symbol)));
-      });
+      },
+      keep_no_hash);
 }
 
 // Those that no net leads to, as it does to nearly all in gate form. False when a name stands twice.
@@ -57,7 +61,7 @@ bool index_other_symbols(const Joints &joints) {
   }
   add_all(
       netlist.symbols_by_instance, others.size(), [&](std::size_t i) { return others[i]; }, name_of_symbol,
-      [&](SymbolIndex) { unique = false; });
+      [&](SymbolIndex) { unique = false; }, keep_no_hash);
   return unique;
 }
 
@@ -157,9 +161,10 @@ void find_nets(Joints &joints) {
   const Netlist &netlist = joints.netlist;
   const HashIndex &index = netlist.nets_by_name;
   if (index.slots.empty()) return;
-  for (const Joints::Lookup &lookup : joints.lookups) prefetch_slot(index, lookup.hash);
+  for (const Joints::Lookup &lookup : joints.lookups)
+    if (lookup.net == kNone) prefetch_slot(index, lookup.hash);
   for (Joints::Lookup &lookup : joints.lookups) {
-    lookup.net = find_value(index, lookup.hash, [](NetIndex) { return true; });
+    if (lookup.net == kNone) lookup.net = find_value(index, lookup.hash, [](NetIndex) { return true; });
     if (lookup.net == kNone) continue;
     __builtin_prefetch(&netlist.nets[lookup.net]);
     __builtin_prefetch(&joints.open_items[lookup.net]);
@@ -192,7 +197,10 @@ bool has_many_readers(const Netlist &netlist, const char *item) {
 
 bool index_nets(Joints &joints) {
   bool unique = true;
-  index_net_names(joints.netlist, [&](NetIndex) { unique = false; });
+  joints.hashes.reserve(joints.netlist.nets.size() + kNear);
+  index_net_names(
+      joints.netlist, [&](NetIndex) { unique = false; }, [&](std::uint32_t hash) { joints.hashes.push_back(hash); });
+  joints.hashes.resize(joints.netlist.nets.size() + kNear);
   return unique;
 }
 
@@ -206,7 +214,10 @@ bool join_lookups(Joints &joints) {
     const auto find_end = [&](const char *item) { return end_of_item(item, instance, port.name); };
     if (net == kNone || !answer_net(joints, net, lookup.end, instance, port.direction, find_end)) return false;
     netlist.pin_nets[lookup.end.pin] = net;
-    if (port.direction == Direction::OUT) joints.next_driven = net + 1;
+    if (port.direction == Direction::OUT)
+      joints.next_driven = net + 1;
+    else
+      joints.last_read = net;
     BusyNets::Name name;
     if (has_many_readers(netlist, joints.open_items[net]) && name.take(lookup.name))
       joints.busy_nets.at(name) = {name, net};
@@ -225,9 +236,12 @@ bool finish_joints(Joints &joints) {
 }
 
 void index_nets_by_name(Netlist &netlist) {
-  index_net_names(netlist, [&](NetIndex net) {
-    add_fault(netlist, netlist.nets[net].line, "net " + quoted(netlist.nets[net].name) + " has two statements");
-  });
+  index_net_names(
+      netlist,
+      [&](NetIndex net) {
+        add_fault(netlist, netlist.nets[net].line, "net " + quoted(netlist.nets[net].name) + " has two statements");
+      },
+      keep_no_hash);
 }
 
 void join_by_name(Netlist &netlist, const std::vector<Stranger> &strangers) {

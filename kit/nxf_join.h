@@ -50,6 +50,9 @@ struct BusyNets {
   }
 };
 
+// So many nets behind the last one read are looked at first: the inputs of gates are mostly nets in the nets' order.
+constexpr std::size_t kNear = 64;
+
 struct Joints {
   Netlist &netlist;
   // By net, the first item behind DST that no pin has answered yet; at the ';' when all are answered.
@@ -62,12 +65,14 @@ struct Joints {
     std::uint32_t size;
     std::uint32_t hash;
     EndPoint end;
-    NetIndex net = kNone;
+    NetIndex net; // of that hash, most likely of that name; kNone: not found yet
   };
   std::vector<Lookup> lookups{};
   bool may_wait = true; // false: a pin that waits may be on a busy net
   BusyNets busy_nets{};
   std::vector<bool> drives_own_name{}; // by symbol: it is the source of the net of its name
+  std::vector<std::uint32_t> hashes{}; // of the nets' names; some more stand behind them
+  NetIndex last_read = kNone;          // the net of the last input that waited; kNone: not known
   NetIndex next_driven = 0;            // behind the last driven one: symbols drive nets mostly in the nets' order
 };
 

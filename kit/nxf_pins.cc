@@ -4,6 +4,7 @@
 #include "kit/nxf_pins.h"
 
 #include <algorithm>
+#include <bit>
 #include <span>
 #include <string>
 
@@ -64,9 +65,30 @@ PortName make_name(const char *start, const char *net_name, std::string_view nam
   return result;
 }
 
+// The net of that hash that stands next behind the last one read; kNone when there is none so near, or the last one
+// isn't known.
+NetIndex find_near(Joints &joints, std::uint32_t hash) {
+  constexpr std::size_t kStep = 16;
+  static_assert(kNear % kStep == 0);
+  if (joints.last_read == kNone) return kNone;
+  const std::size_t first = std::size_t{joints.last_read} + 1;
+  const std::uint32_t *const hashes = joints.hashes.data() + first;
+  for (std::size_t i = 0; i < kNear; i += kStep) {
+    std::uint32_t met = 0; // so many are looked at at once
+    for (std::size_t k = 0; k < kStep; k++) met |= std::uint32_t{hashes[i + k] == hash} << k;
+    if (met == 0) continue;
+    const std::size_t net = first + i + static_cast<std::size_t>(std::countr_zero(met));
+    if (net >= joints.netlist.nets.size()) return kNone;
+    joints.last_read = static_cast<NetIndex>(net);
+    return joints.last_read;
+  }
+  joints.last_read = kNone;
+  return kNone;
+}
+
 // The name of a net and the end of the statement, for the pin that netlist.pin_nets gets next. The net is looked up
 // later.
-bool take_net_for_later(PinReader &reader) {
+bool take_net_for_later(PinReader &reader, Direction direction) {
   NxfText &text = reader.text;
   const char *const start = text.at;
   const char *at = start;
@@ -81,11 +103,13 @@ bool take_net_for_later(PinReader &reader) {
   text.at = at + last;
   const auto size = static_cast<std::size_t>(text.at - start);
   if (size == 0) return fail(text, "PIN without a net name");
+  const auto hash = static_cast<std::uint32_t>(hasher.finish(size));
   reader.joints->lookups.push_back({start,
                                     static_cast<std::uint32_t>(size),
-                                    static_cast<std::uint32_t>(hasher.finish(size)),
+                                    hash,
                                     {static_cast<SymbolIndex>(reader.netlist.symbols.size()),
-                                     static_cast<std::uint32_t>(reader.netlist.pin_nets.size())}});
+                                     static_cast<std::uint32_t>(reader.netlist.pin_nets.size())},
+                                    direction == Direction::OUT ? kNone : find_near(*reader.joints, hash)});
   return end_statement(text, "PIN");
 }
 
@@ -110,7 +134,7 @@ bool take_other_pin(PinReader &reader, const char *start) {
   if (port.name_number == next) reader.names.push_back(make_name(start, text.at, port.name, port.direction));
   reader.others.push_back(port);
   NetIndex net = kNone;
-  if (!(reader.joints != nullptr ? take_net_for_later(reader) : take_net(reader, net))) return false;
+  if (!(reader.joints != nullptr ? take_net_for_later(reader, port.direction) : take_net(reader, net))) return false;
   reader.netlist.pin_nets.push_back(net);
   return true;
 }
@@ -160,7 +184,7 @@ bool take_expected_pins(PinReader &reader, const SymbolKind &kind) {
     text.at = behind != nullptr ? behind : at;
     if (behind != nullptr)
       text.line++;
-    else if (!take_net_for_later(reader))
+    else if (!take_net_for_later(reader, port.direction))
       return false;
     reader.netlist.pin_nets.push_back(net);
   }
