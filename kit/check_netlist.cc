@@ -1,6 +1,7 @@
 // The rules of an .nxf netlist beyond its joints: known primitives with the right pins, one driver for every net, and
 // device pins that agree with their nets.
 #include <string>
+#include <utility>
 
 #include "kit/check.h"
 #include "model/run_settings.h"
@@ -101,7 +102,8 @@ void check_external_pins(Checker &checker) {
     if (pin.net == kNone) continue; // a fault already
     const Net &net = checker.netlist.nets[pin.net];
     const std::string text = "pin " + quoted(pin.pin);
-    if (met[pin.net]++ != 0) report(checker, pin.line, text + " shares " + net_text(net) + " with another pin");
+    if (std::exchange(met[pin.net], 1) != 0)
+      report(checker, pin.line, text + " shares " + net_text(net) + " with another pin");
     if (!net.external) report(checker, pin.line, text + " is on " + net_text(net) + ", which is internal");
     if (net.has_source != (pin.direction == Direction::OUT))
       report(checker, pin.line, text + (net.has_source ? " is driven from inside" : " is not driven"));

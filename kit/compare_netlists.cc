@@ -2,6 +2,7 @@
 // renamed once more what the ddf shows; everything else must be the same.
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "kit/check.h"
 #include "kit/ddf_parser.h"
@@ -115,7 +116,7 @@ void compare_symbols(Comparison &comparison) {
       report(comparison, symbol.line,
              quoted(symbol.instance) + " is " + shortened(netlist.symbols[found].kind->primitive_text) +
                  " in the .nxf");
-    if (comparison.symbol_listed[found]++ != 0)
+    if (std::exchange(comparison.symbol_listed[found], 1) != 0)
       report(comparison, symbol.line, quoted(symbol.instance) + " is listed twice");
     first_listed = std::min(first_listed, found);
   }
@@ -163,7 +164,7 @@ void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
   };
   const NetIndex index = find_listed_net(comparison, ddf_net.name);
   if (index == kNone) return fault("is none of the .nxf");
-  if (comparison.net_listed[index]++ != 0) return fault("has two lines");
+  if (std::exchange(comparison.net_listed[index], 1) != 0) return fault("has two lines");
   const Net &net = netlist.nets[index];
   std::uint32_t at = ddf_net.first_item;
   const std::uint32_t end = ddf_net.first_item + ddf_net.item_count;

@@ -124,8 +124,8 @@ std::string_view net_name_of(const JoinByName &join, std::uint32_t pin) {
   return std::lower_bound(join.strangers.begin(), join.strangers.end(), pin, stands_before)->net_name;
 }
 
-// Joins one item of a net with the pin it names; the pin must name the net in turn.
-EndPoint join_item(JoinByName &join, NetIndex net_index, std::string_view item) {
+// Joins one item of a net with the pin it names; the pin must name the net in turn, or the first one of that name.
+EndPoint join_item(JoinByName &join, NetIndex net_index, NetIndex first_of_name, std::string_view item) {
   Netlist &netlist = join.netlist;
   const Net &net = netlist.nets[net_index];
   const auto fault = [&](const std::string &why) {
@@ -140,7 +140,7 @@ EndPoint join_item(JoinByName &join, NetIndex net_index, std::string_view item) 
   if (symbol == kNone) return fault("but there is no such symbol");
   const std::uint32_t pin_index = find_pin(netlist, symbol, item.substr(dot + 1));
   if (pin_index == kNone) return fault("but the symbol has no such pin");
-  if (net_name_of(join, pin_index) != net.name)
+  if (join.named_nets[pin_index] != first_of_name)
     return fault("but that pin is on net " + quoted(net_name_of(join, pin_index)));
   NetIndex &joined = netlist.pin_nets[pin_index];
   if (joined != kNone) return fault("which a net has named already");
@@ -257,14 +257,15 @@ void join_by_name(Netlist &netlist, const std::vector<Stranger> &strangers) {
   for (NetIndex i = 0; i < netlist.nets.size(); i++) {
     Net &net = netlist.nets[i];
     const char *const limit = i + 1 < netlist.nets.size() ? netlist.nets[i + 1].name.data() : end;
+    const NetIndex first_of_name = find_net(netlist, net.name);
     const char *at = items_of(net);
     if (net.has_source) {
       at = source_item(net);
-      net.source = join_item(join, i, take_item(at, limit));
+      net.source = join_item(join, i, first_of_name, take_item(at, limit));
     }
     at += std::string_view(" DST").size();
     for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count && at < limit; d++)
-      netlist.destinations[d] = join_item(join, i, take_item(++at, limit));
+      netlist.destinations[d] = join_item(join, i, first_of_name, take_item(++at, limit));
   }
   for (const Symbol &symbol : netlist.symbols) {
     for (std::uint32_t place = 0; place < pin_count(symbol); place++) {
