@@ -52,23 +52,16 @@ int print_help(const std::vector<Registered> &registered, const CLI::App &app, c
   return kMisuse;
 }
 
-constexpr std::string_view kNoMemory = "cubekit: there is not enough memory\n";
-
 // Streams may take memory themselves.
 [[noreturn]] void end_without_memory(long) {
-  static_cast<void>(cubenet::write_all(2, kNoMemory.data(), kNoMemory.size())); // standard error
+  constexpr std::string_view kText = "cubekit: there is not enough memory\n";
+  static_cast<void>(cubenet::write_all(2, kText.data(), kText.size())); // standard error
   std::_Exit(kMisuse);
 }
 
-// The status of an action, unless memory ran out or its output was lost.
+// The status of an action, unless a file changed meanwhile or the output was lost.
 int finish(const std::function<int()> &action) {
-  int status = kMisuse;
-  try {
-    status = action();
-  } catch (const std::bad_alloc &) {
-    std::cerr << kNoMemory;
-    return kMisuse;
-  }
+  const int status = action();
   if (take_changed_text()) {
     std::cerr << "cubekit: a file changed while it was read\n";
     return kMisuse;

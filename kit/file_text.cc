@@ -10,9 +10,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <new>
 #include <ostream>
 #include <utility>
+
+#include "util/memory.h"
 
 namespace cubekit {
 
@@ -20,11 +21,6 @@ namespace {
 
 constexpr std::size_t kBlock = std::size_t{64} << 10;
 constexpr std::size_t kLarge = std::size_t{1} << 20;
-
-char *allocate(std::size_t size) {
-  if (void *bytes = std::malloc(size); bytes != nullptr) return static_cast<char *>(bytes);
-  throw std::bad_alloc();
-}
 
 // A text was of a file that changed meanwhile.
 bool changed_text = false;
@@ -54,10 +50,10 @@ bool has_changed(int descriptor, const FileState &before) {
 
 } // namespace
 
-FileText FileText::map(int descriptor, std::size_t size) {
+FileText FileText::map(int descriptor, const FileState &state) {
   static const bool is_safe = end_when_bytes_are_lost();
-  struct stat status {};
-  if (!is_safe || ::fstat(descriptor, &status) != 0 || status.st_size != static_cast<off_t>(size)) return {};
+  if (!is_safe) return {};
+  const auto size = static_cast<std::size_t>(state.size);
   const auto page = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   const std::size_t mapped = (size + kPadding + page - 1) / page * page;
   constexpr int kAccess = PROT_READ | PROT_WRITE; // to put line ends behind the text
@@ -67,7 +63,7 @@ FileText FileText::map(int descriptor, std::size_t size) {
     ::munmap(start, mapped);
     return {};
   }
-  FileText text(static_cast<char *>(start), size, FreeText{mapped, descriptor, state_of(status)});
+  FileText text(static_cast<char *>(start), size, FreeText{mapped, descriptor, state});
   text.end_at(size);
   return text;
 }
@@ -79,7 +75,10 @@ bool FileText::has_changed() const {
 
 bool take_changed_text() { return std::exchange(changed_text, false); }
 
-FileText::FileText(std::size_t size) : FileText(allocate(size + kPadding), size, FreeText{}) { end_at(size); }
+FileText::FileText(std::size_t size)
+    : FileText(static_cast<char *>(cubenet::allocate(size + kPadding)), size, FreeText{}) {
+  end_at(size);
+}
 
 void FileText::end_at(std::size_t size) {
   size_ = size;
@@ -106,7 +105,7 @@ bool read_file(const std::string &path, FileText &text, Finding &error) {
   }
   const auto size = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
   if (size >= kLarge) {
-    text = FileText::map(descriptor, size);
+    text = FileText::map(descriptor, state_of(status));
     if (text.size() != 0) return true;
   }
   // One byte more than there seem to be, so that the end is seen; what has no size, as a pipe, is read by blocks.

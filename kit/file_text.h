@@ -47,10 +47,10 @@ public:
   // The text ends there, at or before its former end.
   void end_at(std::size_t size);
 
-  // The bytes of an open file, which show whatever is written into it meanwhile. None, with a size of 0, where the
-  // system can't do that: then the descriptor is still the caller's. From then on a lost page of any mapping (SIGBUS: a
-  // file was cut short) ends the process with status 2.
-  static FileText map(int descriptor, std::size_t size);
+  // The bytes of an open file of that state, which show whatever is written into it meanwhile. None, with a size of 0,
+  // where the system can't do that: then the descriptor is still the caller's. From then on a lost page of any mapping
+  // (SIGBUS: a file was cut short) ends the process with status 2.
+  static FileText map(int descriptor, const FileState &state);
 
   // Whether a mapped file has changed since.
   bool has_changed() const;
