@@ -70,12 +70,16 @@ std::uint32_t add_value(HashIndex &index, std::uint32_t hash, std::uint32_t valu
   return value;
 }
 
+struct KeepNoHash {
+  void operator()(std::uint32_t) const {}
+};
+
 // Stores value_at(0) to value_at(count - 1) under their names, except those whose name another has already;
 // `tell_again` gets such a value, and `keep_hash` the hashes in turn. Places are asked of the memory many at a time:
 // waiting for each would take longest.
-template <typename ValueAt, typename NameOf, typename TellAgain, typename KeepHash>
+template <typename ValueAt, typename NameOf, typename TellAgain, typename KeepHash = KeepNoHash>
 void add_all(HashIndex &index, std::size_t count, const ValueAt &value_at, const NameOf &name_of,
-             const TellAgain &tell_again, const KeepHash &keep_hash) {
+             const TellAgain &tell_again, const KeepHash &keep_hash = {}) {
   std::array<std::uint32_t, 64> hashes;
   reserve(index, index.size + count);
   for (std::size_t first = 0; first < count; first += hashes.size()) {

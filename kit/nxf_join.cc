@@ -28,10 +28,8 @@ bool index_ports(Netlist &netlist) {
   return unique;
 }
 
-constexpr auto keep_no_hash = [](std::uint32_t) {};
-
-template <typename TellAgain, typename KeepHash>
-void index_net_names(Netlist &netlist, const TellAgain &tell_again, const KeepHash &keep_hash) {
+template <typename TellAgain, typename KeepHash = KeepNoHash>
+void index_net_names(Netlist &netlist, const TellAgain &tell_again, const KeepHash &keep_hash = {}) {
   add_all(
       netlist.nets_by_name, netlist.nets.size(), [](std::size_t i) { return static_cast<NetIndex>(i); },
       [&](NetIndex net) { return netlist.nets[net].name; }, tell_again, keep_hash);
@@ -44,8 +42,7 @@ void index_symbols(Netlist &netlist) {
       name_of_symbol,
       [&](SymbolIndex symbol) {
         add_fault(netlist, netlist.symbols[symbol].line, "two symbols are named " + quoted(name_of_symbol(symbol)));
-      },
-      keep_no_hash);
+      });
 }
 
 // Those that no net leads to, as it does to nearly all in gate form. False when a name stands twice.
@@ -61,7 +58,7 @@ bool index_other_symbols(const Joints &joints) {
   }
   add_all(
       netlist.symbols_by_instance, others.size(), [&](std::size_t i) { return others[i]; }, name_of_symbol,
-      [&](SymbolIndex) { unique = false; }, keep_no_hash);
+      [&](SymbolIndex) { unique = false; });
   return unique;
 }
 
@@ -236,12 +233,9 @@ bool finish_joints(Joints &joints) {
 }
 
 void index_nets_by_name(Netlist &netlist) {
-  index_net_names(
-      netlist,
-      [&](NetIndex net) {
-        add_fault(netlist, netlist.nets[net].line, "net " + quoted(netlist.nets[net].name) + " has two statements");
-      },
-      keep_no_hash);
+  index_net_names(netlist, [&](NetIndex net) {
+    add_fault(netlist, netlist.nets[net].line, "net " + quoted(netlist.nets[net].name) + " has two statements");
+  });
 }
 
 void join_by_name(Netlist &netlist, const std::vector<Stranger> &strangers) {

@@ -72,7 +72,7 @@ struct Joints {
   BusyNets busy_nets{};
   std::vector<bool> drives_own_name{}; // by symbol: it is the source of the net of its name
   std::vector<std::uint32_t> hashes{}; // of the nets' names; some more stand behind them
-  NetIndex last_read = kNone;          // the net of the last input that waited; kNone: not known
+  NetIndex last_read = kNone;          // most likely the net of the last input that waited
   NetIndex next_driven = 0;            // behind the last driven one: symbols drive nets mostly in the nets' order
 };
 
@@ -89,8 +89,8 @@ inline void go_behind(const char *&item, const char *end) {
   __builtin_prefetch(item + 64);
 }
 
-// Answers what the net names next, an item of the text, with a pin of the instance. `find_end` gives the end of an item
-// that names the pin, and null for any other. False when the net names another pin.
+// Answers what the net names next, or its source for an output, with a pin of the instance: an item of the text.
+// `find_end` gives the end of an item that names the pin, and null for any other. False when the net names another pin.
 template <typename FindEnd>
 [[gnu::always_inline]] inline bool answer_net(Joints &joints, NetIndex net_index, EndPoint pin,
                                               std::string_view instance, Direction direction, const FindEnd &find_end) {

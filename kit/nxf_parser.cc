@@ -114,8 +114,7 @@ bool parse_nets(Parser &parser) {
       return false;
     destinations += net.destination_count;
     net.rail = !net.has_source && !net.external;
-    const bool leads_nowhere = parser.joints != nullptr ? first_item == text.at : net.destination_count == 0;
-    if (!net.has_source && leads_nowhere) return fail(text, "a net without a source must have a DST");
+    if (!net.has_source && first_item == text.at) return fail(text, "a net without a source must have a DST");
     if (!end_statement(text, "NET")) return false;
     if ((net.has_source || net.rail) && !expect_line(text, "")) return false;
     nets.push_back(net);

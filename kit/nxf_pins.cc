@@ -65,8 +65,7 @@ PortName make_name(const char *start, const char *net_name, std::string_view nam
   return result;
 }
 
-// The net of that hash that stands next behind the last one read; kNone when there is none so near, or the last one
-// isn't known.
+// The net of that hash that stands next behind the last one read, which it becomes; kNone when there is none so near.
 NetIndex find_near(Joints &joints, std::uint32_t hash) {
   constexpr std::size_t kStep = 16;
   static_assert(kNear % kStep == 0);
@@ -78,12 +77,10 @@ NetIndex find_near(Joints &joints, std::uint32_t hash) {
     for (std::size_t k = 0; k < kStep; k++) met |= std::uint32_t{hashes[i + k] == hash} << k;
     if (met == 0) continue;
     const std::size_t net = first + i + static_cast<std::size_t>(std::countr_zero(met));
-    if (net >= joints.netlist.nets.size()) return kNone;
-    joints.last_read = static_cast<NetIndex>(net);
+    joints.last_read = net < joints.netlist.nets.size() ? static_cast<NetIndex>(net) : kNone;
     return joints.last_read;
   }
-  joints.last_read = kNone;
-  return kNone;
+  return joints.last_read = kNone;
 }
 
 // The name of a net and the end of the statement, for the pin that netlist.pin_nets gets next. The net is looked up
