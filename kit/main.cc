@@ -1,3 +1,3 @@
-#include "kit/command.h"
+#include "kit/commands.h"
 
-int main(int argc, char **argv) { return cubekit::run_cubekit(argc, argv); }
+int main(int argc, char **argv) { return cubekit::run_command_line(cubekit::commands(), argc, argv); }

@@ -4,9 +4,9 @@
 #include <array>
 #include <string>
 
-#include "frame/console.h"
 #include "frame/host_library.h"
 #include "frame/run.h"
+#include "report/console.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 
 #include "drc/passes.h"
 #include "drc/text_index.h"
-#include "frame/messages.h"
 #include "netlist/connections.h"
 #include "netlist/pla_rows.h"
 #include "reader/cube_parser.h"
+#include "report/messages.h"
 #include "tables.h"
 #include "util/hash_table.h"
 #include "util/output_file.h"

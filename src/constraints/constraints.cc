@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/console.h"
 #include "model/attribute_codes.h"
 #include "model/clock_types.h"
 #include "model/names.h"
+#include "report/console.h"
 #include "util/output_file.h"
 #include "util/text_hash.h"
 

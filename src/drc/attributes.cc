@@ -9,8 +9,8 @@
 
 #include "drc/attribute_rules.h"
 #include "drc/passes.h"
-#include "frame/messages.h"
 #include "model/run_settings.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -3,8 +3,8 @@
 #include "drc/check_design.h"
 
 #include "drc/passes.h"
-#include "frame/messages.h"
 #include "model/names.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -4,9 +4,9 @@
 
 #include "drc/check_design.h"
 #include "drc/passes.h"
-#include "frame/messages.h"
 #include "model/names.h"
 #include "model/run_settings.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

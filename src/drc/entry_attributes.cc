@@ -3,8 +3,8 @@
 
 #include "drc/attribute_rules.h"
 #include "drc/passes.h"
-#include "frame/messages.h"
 #include "model/clock_types.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

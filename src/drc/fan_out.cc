@@ -5,8 +5,8 @@
 #include <bit>
 
 #include "drc/passes.h"
-#include "frame/messages.h"
 #include "model/run_settings.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

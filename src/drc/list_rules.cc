@@ -6,7 +6,7 @@
 #include <string>
 
 #include "drc/check_design.h"
-#include "frame/messages.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -7,9 +7,9 @@
 
 #include "drc/attribute_rules.h"
 #include "drc/passes.h"
-#include "frame/messages.h"
 #include "model/characters.h"
 #include "model/names.h"
+#include "report/messages.h"
 #include "util/text_hash.h"
 
 namespace cubenet {

@@ -5,9 +5,9 @@
 #include <string>
 
 #include "drc/check_design.h"
-#include "frame/console.h"
-#include "frame/messages.h"
 #include "model/run_settings.h"
+#include "report/console.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

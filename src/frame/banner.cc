@@ -4,8 +4,8 @@
 
 #include <cstdio>
 
-#include "frame/console.h"
-#include "frame/messages.h"
+#include "report/console.h"
+#include "report/messages.h"
 
 namespace cubenet {
 namespace {

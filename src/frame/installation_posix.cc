@@ -3,8 +3,8 @@
 
 #include <unistd.h>
 
-#include "frame/console.h"
 #include "frame/installation.h"
+#include "report/console.h"
 
 namespace cubenet {
 namespace {

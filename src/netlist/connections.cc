@@ -5,8 +5,8 @@
 #include <array>
 #include <optional>
 
-#include "frame/messages.h"
 #include "model/names.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

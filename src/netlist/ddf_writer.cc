@@ -3,11 +3,11 @@
 // in a place of its own below.
 #include <string_view>
 
-#include "frame/messages.h"
 #include "model/run_settings.h"
 #include "netlist/gate_planes.h"
 #include "netlist/map_design.h"
 #include "netlist/writers.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -3,10 +3,10 @@
 
 #include <utility>
 
-#include "frame/messages.h"
 #include "model/run_settings.h"
 #include "netlist/gate_planes.h"
 #include "netlist/rename.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -2,12 +2,12 @@
 // stands the parameter file. Everything printed is in the mapped design; here is only the format.
 #include <vector>
 
-#include "frame/messages.h"
 #include "model/run_settings.h"
 #include "netlist/gate_planes.h"
 #include "netlist/map_design.h"
 #include "netlist/pla_rows.h"
 #include "netlist/writers.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -9,11 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/messages.h"
 #include "model/names.h"
 #include "model/run_settings.h"
 #include "netlist/build_netlist.h"
 #include "netlist/map_design.h"
+#include "report/messages.h"
 #include "util/text_hash.h"
 
 namespace cubenet {

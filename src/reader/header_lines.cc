@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <array>
 
-#include "frame/messages.h"
 #include "model/names.h"
 #include "reader/line_readers.h"
 #include "reader/lists.h"
 #include "reader/tokens.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <climits>
 
-#include "frame/messages.h"
 #include "model/attribute_codes.h"
 #include "model/names.h"
 #include "reader/tokens.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <optional>
 
-#include "frame/messages.h"
 #include "model/names.h"
 #include "reader/tokens.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

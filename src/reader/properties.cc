@@ -1,11 +1,11 @@
 // Dispatch of attribute statements to their handlers by technology and keyword.
 #include "reader/properties.h"
 
-#include "frame/messages.h"
 #include "model/names.h"
 #include "model/run_settings.h"
 #include "reader/property_keywords.h"
 #include "reader/tokens.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

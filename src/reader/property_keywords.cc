@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <array>
 
-#include "frame/messages.h"
 #include "model/names.h"
 #include "reader/tokens.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

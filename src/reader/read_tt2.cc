@@ -3,8 +3,6 @@
 
 #include <climits>
 
-#include "frame/console.h"
-#include "frame/messages.h"
 #include "model/run_settings.h"
 #include "reader/cube_parser.h"
 #include "reader/line_reader.h"
@@ -13,6 +11,8 @@
 #include "reader/part_selection.h"
 #include "reader/reader.h"
 #include "reader/tokens.h"
+#include "report/console.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -2,12 +2,12 @@
 // but its record is taken all the same, empty: the numbers of the others don't depend on it.
 #include <algorithm>
 
-#include "frame/messages.h"
 #include "model/attribute_codes.h"
 #include "model/clock_types.h"
 #include "model/names.h"
 #include "reader/property_keywords.h"
 #include "reader/tokens.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

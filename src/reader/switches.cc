@@ -3,11 +3,11 @@
 #include <array>
 #include <climits>
 
-#include "frame/messages.h"
 #include "model/attribute_codes.h"
 #include "model/names.h"
 #include "reader/property_keywords.h"
 #include "reader/tokens.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "frame/banner.h"
-#include "frame/messages.h"
 #include "model/run_settings.h"
+#include "report/messages.h"
 #include "support/arguments.h"
 #include "support/capture.h"
 

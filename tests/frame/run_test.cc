@@ -9,7 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "frame/console.h"
+#include "report/console.h"
 #include "support/arguments.h"
 #include "support/capture.h"
 #include "support/temp_dir.h"

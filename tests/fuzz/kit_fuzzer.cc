@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
-#include "kit/check.h"
-#include "kit/nxf_parser.h"
+#include "kit/check/check.h"
+#include "kit/netlist/nxf_parser.h"
 
 namespace cubekit {
 namespace {

@@ -3,10 +3,10 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "frame/console.h"
-#include "frame/messages.h"
 #include "model/run_settings.h"
 #include "reader/reader.h"
+#include "report/console.h"
+#include "report/messages.h"
 
 namespace {
 

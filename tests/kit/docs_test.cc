@@ -16,9 +16,9 @@
 
 #include <gtest/gtest.h>
 
-#include "kit/command.h"
-#include "kit/explain.h"
-#include "kit/primitives.h"
+#include "kit/commands.h"
+#include "kit/explain/explain.h"
+#include "kit/netlist/primitives.h"
 #include "reader/property_keywords.h"
 #include "support/temp_dir.h"
 
@@ -219,10 +219,8 @@ TEST(Docs, TheManualOfTheCompanionNamesEveryCommand) {
 
 using Arrows = std::set<std::pair<std::string, std::string>>;
 
-// The folder of a source file, as the picture names it. The messages and the console lie in the frame's folder and
-// below the stages that use them: the one exception, with a node of its own.
+// The folder of a source file, as the picture names it.
 std::string node_of(const std::string &file) {
-  if (file.starts_with("frame/messages.") || file.starts_with("frame/console.")) return "messages";
   const std::size_t slash = file.find('/');
   return slash == std::string::npos ? "main" : file.substr(0, slash);
 }

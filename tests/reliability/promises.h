@@ -9,11 +9,11 @@
 #include <string_view>
 #include <vector>
 
-#include "frame/console.h"
 #include "frame/run.h"
-#include "kit/check.h"
-#include "kit/nxf_parser.h"
+#include "kit/check/check.h"
+#include "kit/netlist/nxf_parser.h"
 #include "model/names.h"
+#include "report/console.h"
 #include "support/arguments.h"
 
 namespace cubenet {

@@ -1,7 +1,7 @@
 // The console that collects, and messages without a log.
 #include "support/capture.h"
 
-#include "frame/messages.h"
+#include "report/messages.h"
 
 namespace cubenet {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <utility>
 
-#include "frame/console.h"
+#include "report/console.h"
 
 namespace cubenet {
 

@@ -1,0 +1,251 @@
+// Holds a ddf netlist against the .nxf netlist of the same run. The ddf leaves some things out, and the .nxf may have
+// renamed once more what the ddf shows; everything else must be the same.
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "kit/check/check.h"
+#include "kit/check/ddf_parser.h"
+
+namespace cubekit {
+
+namespace {
+
+struct Comparison {
+  const Netlist &netlist;
+  const DdfNetlist &ddf;
+  std::vector<Finding> &findings;
+  bool guarded_first; // a name that could have stayed or been guarded is taken to have been guarded
+  bool stripped_known = false;
+  NameIndex stripped_nets{}, stripped_symbols{}; // "_PLA<n>_" taken off
+  std::vector<std::uint8_t> symbol_listed{}, net_listed{};
+  std::vector<bool> pin_named{};
+  std::vector<std::uint32_t> listed_pins{};                     // of a net: pins of listed symbols
+  std::vector<std::pair<NetIndex, const DdfNet *>> open_nets{}; // whose lines don't name all such pins
+};
+
+void report(Comparison &comparison, std::size_t line, std::string text) {
+  comparison.findings.push_back({line, std::move(text)});
+}
+
+// The name without a leading "_PLA<n>_"; empty when it has none.
+std::string_view strip(std::string_view name) {
+  if (!name.starts_with("_PLA")) return {};
+  const std::size_t digits_end = name.find_first_not_of("0123456789", 4);
+  if (digits_end == 4 || digits_end == std::string_view::npos || name[digits_end] != '_') return {};
+  return name.substr(digits_end + 1);
+}
+
+// Few names need them, so they are made for the first that does.
+void index_stripped_names(Comparison &comparison) {
+  if (comparison.stripped_known) return;
+  comparison.stripped_known = true;
+  const Netlist &netlist = comparison.netlist;
+  for (NetIndex n = 0; n < netlist.nets.size(); n++)
+    if (const std::string_view name = strip(netlist.nets[n].name); !name.empty())
+      add_name(comparison.stripped_nets, name, n);
+  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++)
+    if (const std::string_view name = strip(netlist.symbols[s].instance); !name.empty())
+      add_name(comparison.stripped_symbols, name, s);
+}
+
+template <typename Find> std::uint32_t find_guarded(const Find &find, std::string_view name) {
+  for (const std::string &guarded : {"_RES" + std::string(name), "_RES_" + std::string(name)})
+    for (const bool stripped : {false, true})
+      if (const std::uint32_t found = find(guarded, stripped); found != kNone) return found;
+  return kNone;
+}
+
+// What a name of the ddf has become: the same, guarded, or numbered. `find(name, stripped)` looks among the names as
+// they are, or as they are without numbers.
+template <typename Find> std::uint32_t find_renamed(const Find &find, std::string_view name, bool guarded_first) {
+  std::uint32_t found = guarded_first && name.starts_with('_') ? find_guarded(find, name) : kNone;
+  if (found == kNone) found = find(name, false);
+  if (found == kNone && !guarded_first) found = find_guarded(find, name);
+  return found == kNone ? find(name, true) : found;
+}
+
+// `find_exact` looks among the names as they are; `stripped_names` is one of the comparison's indices.
+template <typename FindExact>
+std::uint32_t find_in_netlist(Comparison &comparison, const NameIndex &stripped_names, const FindExact &find_exact,
+                              std::string_view name) {
+  const auto find = [&](std::string_view sought, bool stripped) {
+    if (!stripped) return find_exact(comparison.netlist, sought);
+    index_stripped_names(comparison);
+    return find_name(stripped_names, sought);
+  };
+  return find_renamed(find, name, comparison.guarded_first);
+}
+
+SymbolIndex find_listed(Comparison &comparison, std::string_view instance) {
+  return find_in_netlist(comparison, comparison.stripped_symbols, find_symbol, instance);
+}
+
+NetIndex find_listed_net(Comparison &comparison, std::string_view net) {
+  return find_in_netlist(comparison, comparison.stripped_nets, find_net, net);
+}
+
+void compare_ports(Comparison &comparison, const char *label, Direction direction,
+                   const std::vector<std::string_view> &ports) {
+  const Netlist &netlist = comparison.netlist;
+  std::size_t next = 0;
+  const auto find = [&](std::string_view name, bool stripped) {
+    return stripped ? kNone : find_name(netlist.external_by_pin, name);
+  };
+  for (std::uint32_t i = 0; i < netlist.external_pins.size(); i++) {
+    if (netlist.external_pins[i].direction != direction) continue;
+    if (next >= ports.size() ||
+        (find_renamed(find, ports[next], comparison.guarded_first) != i && strip(netlist.external_pins[i].pin).empty()))
+      return report(comparison, 0, std::string(label) + " lack pin " + quoted(netlist.external_pins[i].pin));
+    next++;
+    if (direction == Direction::BIDI) break; // the list holds one
+  }
+  if (next < ports.size()) report(comparison, 0, std::string(label) + " list " + quoted(ports[next]) + " too much");
+}
+
+void compare_symbols(Comparison &comparison) {
+  const Netlist &netlist = comparison.netlist;
+  SymbolIndex first_listed = kNone;
+  for (const DdfSymbol &symbol : comparison.ddf.symbols) {
+    const SymbolIndex found = find_listed(comparison, symbol.instance);
+    if (found == kNone) {
+      report(comparison, symbol.line, "the .nxf has no symbol " + quoted(symbol.instance));
+      continue;
+    }
+    if (netlist.symbols[found].kind->primitive_text != symbol.primitive)
+      report(comparison, symbol.line,
+             quoted(symbol.instance) + " is " + shortened(netlist.symbols[found].kind->primitive_text) +
+                 " in the .nxf");
+    if (std::exchange(comparison.symbol_listed[found], 1) != 0)
+      report(comparison, symbol.line, quoted(symbol.instance) + " is listed twice");
+    first_listed = std::min(first_listed, found);
+  }
+  for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
+    const Symbol &symbol = netlist.symbols[i];
+    if (comparison.symbol_listed[i] != 0) continue;
+    // The gates of expanded product terms, which stand before all others, and the inverter behind a complement.
+    const Function function = primitive_of(symbol).function;
+    const bool is_gate = function == Function::AND || function == Function::OR || function == Function::BUFFER;
+    if (is_gate && (i < first_listed || symbol.instance.ends_with("_QB"))) continue;
+    report(comparison, 0, "symbol " + quoted(symbol.instance) + " of the .nxf is missing");
+  }
+}
+
+// How many pins of listed symbols are on each net.
+void count_listed_pins(Comparison &comparison) {
+  const Netlist &netlist = comparison.netlist;
+  comparison.listed_pins.resize(netlist.nets.size());
+  for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
+    if (comparison.symbol_listed[i] == 0) continue;
+    const Symbol &symbol = netlist.symbols[i];
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + pin_count(symbol); p++)
+      if (netlist.pin_nets[p] != kNone) comparison.listed_pins[netlist.pin_nets[p]]++;
+  }
+}
+
+bool is_listed(const Comparison &comparison, const EndPoint &end) {
+  return end.symbol != kNone && comparison.symbol_listed[end.symbol] != 0;
+}
+
+// The end of a net in the .nxf that an item of the ddf names; of no pin when there is none.
+EndPoint find_end(Comparison &comparison, std::string_view item) {
+  const std::size_t dot = item.rfind('.');
+  if (dot == std::string_view::npos) return {};
+  const SymbolIndex symbol = find_listed(comparison, item.substr(0, dot));
+  if (symbol == kNone) return {};
+  return {symbol, find_pin(comparison.netlist, symbol, item.substr(dot + 1))};
+}
+
+// The port first, then the source, then the destinations, in any order: it is that of the ddf's own symbols.
+void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
+  const Netlist &netlist = comparison.netlist;
+  const auto fault = [&](const std::string &text) {
+    report(comparison, ddf_net.line, "net " + quoted(ddf_net.name) + ' ' + text);
+  };
+  const NetIndex index = find_listed_net(comparison, ddf_net.name);
+  if (index == kNone) return fault("is none of the .nxf");
+  if (std::exchange(comparison.net_listed[index], 1) != 0) return fault("has two lines");
+  const Net &net = netlist.nets[index];
+  std::uint32_t at = ddf_net.first_item;
+  const std::uint32_t end = ddf_net.first_item + ddf_net.item_count;
+  if (comparison.ddf.items[at].starts_with('.') != net.external)
+    return fault("should meet a device pin, or should not");
+  if (net.external) at++;
+  if (net.has_source && (at == end || find_end(comparison, comparison.ddf.items[at]).pin != net.source.pin))
+    return fault("has another source in the .nxf");
+  std::uint32_t open = comparison.listed_pins[index] - (is_listed(comparison, net.source) ? 1 : 0);
+  for (; at < end; at++) {
+    const EndPoint point = find_end(comparison, comparison.ddf.items[at]);
+    if (point.pin == kNone || netlist.pin_nets[point.pin] != index || comparison.pin_named[point.pin]) {
+      fault("names " + quoted(comparison.ddf.items[at]) + ", other than in the .nxf");
+      continue;
+    }
+    comparison.pin_named[point.pin] = true;
+    if (is_listed(comparison, point) && point.pin != net.source.pin) open--;
+  }
+  if (open != 0) comparison.open_nets.emplace_back(index, &ddf_net);
+}
+
+void find_missing_pins(Comparison &comparison) {
+  if (comparison.open_nets.empty()) return;
+  const Netlist &netlist = comparison.netlist;
+  std::vector<const DdfNet *> ddf_nets(netlist.nets.size());
+  for (const auto &[net, ddf_net] : comparison.open_nets) ddf_nets[net] = ddf_net;
+  for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
+    if (comparison.symbol_listed[s] == 0) continue;
+    const Symbol &symbol = netlist.symbols[s];
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + pin_count(symbol); p++) {
+      const NetIndex net = netlist.pin_nets[p];
+      if (net == kNone || ddf_nets[net] == nullptr || comparison.pin_named[p] || netlist.nets[net].source.pin == p)
+        continue;
+      report(comparison, ddf_nets[net]->line,
+             "net " + quoted(ddf_nets[net]->name) + " lacks a pin of symbol " + quoted(symbol.instance));
+    }
+  }
+}
+
+// A net may be left out when it is a rail, or lies within what the ddf leaves out.
+void find_missing_nets(Comparison &comparison) {
+  const Netlist &netlist = comparison.netlist;
+  for (NetIndex n = 0; n < netlist.nets.size(); n++) {
+    const Net &net = netlist.nets[n];
+    if (comparison.net_listed[n] != 0 || net.rail) continue;
+    if (net.external || comparison.listed_pins[n] != 0)
+      report(comparison, 0, "net " + quoted(net.name) + " of the .nxf is missing");
+  }
+}
+
+std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, bool guarded_first) {
+  std::vector<Finding> findings;
+  DdfNetlist ddf;
+  Comparison comparison{netlist, ddf, findings, guarded_first};
+  const auto is_instance = [&](std::string_view name) { return find_listed(comparison, name) != kNone; };
+  Finding error;
+  if (!parse_ddf(ddf_text, is_instance, ddf, error)) return {error};
+  comparison.symbol_listed.resize(netlist.symbols.size());
+  comparison.net_listed.resize(netlist.nets.size());
+  comparison.pin_named.resize(netlist.pin_nets.size());
+  compare_ports(comparison, "OUTPUTS", Direction::OUT, ddf.outputs);
+  compare_ports(comparison, "INPUTS", Direction::IN, ddf.inputs);
+  compare_ports(comparison, "INOUTS", Direction::BIDI, ddf.inouts);
+  compare_symbols(comparison);
+  count_listed_pins(comparison);
+  const auto first = static_cast<std::ptrdiff_t>(findings.size());
+  for (const DdfNet &net : ddf.nets) compare_net(comparison, net);
+  find_missing_pins(comparison);
+  std::stable_sort(findings.begin() + first, findings.end(),
+                   [](const Finding &a, const Finding &b) { return a.line < b.line; });
+  find_missing_nets(comparison);
+  return findings;
+}
+
+} // namespace
+
+std::vector<Finding> compare_netlists(const Netlist &netlist, std::string_view ddf_text) {
+  std::vector<Finding> findings = compare(netlist, ddf_text, false);
+  if (findings.empty()) return findings;
+  std::vector<Finding> others = compare(netlist, ddf_text, true);
+  return others.size() < findings.size() ? others : findings;
+}
+
+} // namespace cubekit

@@ -1,0 +1,37 @@
+// Reads ddf netlists, strictly, with the oddities of the format: no semicolon behind a ZDOT, no line end behind XDL2 to
+// XDL4, one pad line and one pin line in the spelling of the other format.
+#pragma once
+
+#include <functional>
+#include <string_view>
+#include <vector>
+
+#include "kit/netlist/netlist.h"
+
+namespace cubekit {
+
+struct DdfSymbol {
+  std::string_view primitive, instance;
+  std::size_t line = 0;
+};
+
+struct DdfNet {
+  std::string_view name;
+  std::uint32_t first_item = 0; // into DdfNetlist::items: ports (".pin"), the source, the destinations
+  std::uint32_t item_count = 0;
+  std::size_t line = 0;
+};
+
+struct DdfNetlist {
+  std::string_view cell;
+  std::vector<std::string_view> outputs, inputs, inouts;
+  std::vector<DdfSymbol> symbols;
+  std::vector<DdfNet> nets;
+  std::vector<std::string_view> items;
+};
+
+// `is_instance` tells a symbol's name where the format doesn't end it. The netlist holds views into the text.
+[[nodiscard]] bool parse_ddf(std::string_view text, const std::function<bool(std::string_view)> &is_instance,
+                             DdfNetlist &netlist, Finding &error);
+
+} // namespace cubekit

@@ -1,0 +1,33 @@
+// What a sub-command is: its name, its summary for the help texts, and the function that declares its arguments and
+// hands back what to run.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string_view>
+
+namespace CLI {
+class App;
+}
+
+namespace cubekit {
+
+// Exit statuses. Faults of use and of files go to standard error.
+constexpr int kYes = 0;    // done, proved, in order
+constexpr int kNo = 1;     // the answer is no
+constexpr int kMisuse = 2; // wrong arguments, or a file that can't be read or written
+
+// Declares options and positionals on the sub-command and returns the action, run after parsing; its result is the exit
+// status. Parsed values live in the returned action (for example in a shared_ptr that it captures).
+using CommandSetup = std::function<int()> (*)(CLI::App &command);
+
+struct Command {
+  std::string_view name;
+  std::string_view summary;
+  CommandSetup setup;
+};
+
+// Parses the arguments and runs the sub-command. Returns the exit status.
+int run_command_line(std::span<const Command> commands, int argc, const char *const *argv);
+
+} // namespace cubekit

@@ -1,0 +1,55 @@
+// `cubekit graph`: the drawing itself, or what Graphviz makes of it.
+#include <CLI/CLI.hpp>
+#include <iostream>
+#include <memory>
+#include <sstream>
+
+#include "kit/check/check.h"
+#include "kit/command/command.h"
+#include "kit/command/output.h"
+#include "kit/draw/graph.h"
+#include "kit/draw/graphviz.h"
+#include "kit/netlist/flow.h"
+#include "kit/util/progress.h"
+
+namespace cubekit {
+
+namespace {
+
+struct Arguments {
+  std::string design, signal, output;
+  bool svg = false;
+};
+
+int run_graph(const Arguments &arguments) {
+  Netlist netlist;
+  if (!load_design(arguments.design, netlist, std::cerr)) return kMisuse;
+  std::ostringstream dot;
+  const auto describe = [&] { return write_dot(dot, netlist, arguments.signal); };
+  if (!during("describing the picture", describe)) {
+    std::cerr << arguments.design << ".nxf: there is no signal '" << arguments.signal << "'\n";
+    return kMisuse;
+  }
+  std::string svg, fault;
+  const auto draw = [&] { return draw_svg(dot.view(), svg, fault); };
+  if (arguments.svg && !during("drawing", draw)) {
+    std::cerr << "cubekit: " << fault << '\n';
+    return kMisuse;
+  }
+  return write_output(arguments.output,
+                      [&](std::ostream &stream) { stream << (arguments.svg ? std::string_view(svg) : dot.view()); });
+}
+
+} // namespace
+
+std::function<int()> setup_graph(CLI::App &command) {
+  auto arguments = std::make_shared<Arguments>();
+  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
+      ->required();
+  command.add_option("--signal", arguments->signal, "draw only what this signal depends on");
+  command.add_flag("--svg", arguments->svg, "draw with Graphviz, as SVG");
+  command.add_option("-o,--output", arguments->output, "the file to write, instead of standard output");
+  return [arguments] { return run_graph(*arguments); };
+}
+
+} // namespace cubekit

@@ -1,0 +1,35 @@
+// The functions of a netlist's nets. Some nets are given a value beforehand (device inputs, storage, equations); all
+// others follow from their gates, down to those.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "kit/netlist/netlist.h"
+#include "kit/prove/formula.h"
+#include "kit/prove/meaning.h"
+
+namespace cubekit {
+
+struct Circuit {
+  const Netlist &netlist;
+  const Meaning &meaning;
+  Formulas &formulas;
+  std::vector<Literal> values;             // per net: known so far; kUnset
+  std::vector<std::uint32_t> zdot_outputs; // per symbol: the equation whose terms a ZDOT holds; kNone
+  std::string fault{};                     // the first thing that has no function: a loop, an empty pin
+};
+
+Circuit make_circuit(const Netlist &netlist, const Meaning &meaning, Formulas &formulas);
+
+// The function of a net; its given value, where it has one. A gate tree is taken as one gate.
+Literal net_value(Circuit &circuit, NetIndex net);
+// The function of what drives the net, whatever value the net was given.
+Literal driver_value(Circuit &circuit, NetIndex net);
+// The function on a pin of a symbol; kUnset when the symbol has no such pin.
+Literal pin_value(Circuit &circuit, SymbolIndex symbol, std::string_view pin);
+
+// The symbol that drives the net; kNone for none.
+inline SymbolIndex driver_of(const Netlist &netlist, NetIndex net) { return netlist.nets[net].source.symbol; }
+
+} // namespace cubekit

@@ -1,0 +1,342 @@
+// Every value that a reader of the design can name becomes a variable: device inputs, storage elements, equations, pads
+// and macro outputs. Each equation is then one claim over them, each storage element a few claims over its equations,
+// so that no proof has to look further than one signal.
+#include "kit/prove/claims.h"
+
+#include "model/bit_set.h"
+
+namespace cubekit {
+
+using namespace cubenet;
+
+namespace {
+
+struct Collector {
+  const std::vector<std::string> &names;
+  Values &values;
+  Circuit &circuit;
+  Claims &claims;
+  const Netlist &netlist = circuit.netlist;
+  const Meaning &meaning = circuit.meaning;
+  std::vector<SymbolIndex> storage{}; // per signal: flip-flop, latch, or the last gate of a latch made of gates
+  std::vector<SymbolIndex> pads{};    // per signal
+};
+
+const std::string &name_at(const Collector &collector, SignalIndex signal) {
+  return collector.names[static_cast<std::size_t>(signal)];
+}
+
+// As the user knows the signal.
+const std::string &shown(const Collector &collector, SignalIndex signal) {
+  return signal_name(*collector.meaning.design, signal);
+}
+
+void add_claim(Collector &collector, std::string what, Literal actual, Literal wanted, NetIndex net = kNone,
+               bool at_driver = false) {
+  if (actual == kUnset)
+    collector.claims.faults.push_back(what + ": the netlist has nothing there");
+  else if (wanted == kUnset)
+    collector.claims.faults.push_back(what + ": the design says nothing of it");
+  else
+    collector.claims.list.push_back({std::move(what), actual, wanted, net, at_driver});
+}
+
+SymbolIndex find_of(const Collector &collector, const std::string &instance, Function function) {
+  const SymbolIndex symbol = find_symbol(collector.netlist, instance);
+  return symbol != kNone && primitive_of(collector.netlist.symbols[symbol]).function == function ? symbol : kNone;
+}
+
+Literal new_value(Collector &collector, std::string name, NetIndex net) {
+  const Literal value = make_variable(collector.values.formulas, std::move(name));
+  if (net == kNone) return value;
+  if (collector.circuit.values[net] != kUnset)
+    collector.claims.faults.push_back("net '" + std::string(collector.netlist.nets[net].name) +
+                                      "' stands for two different values");
+  collector.circuit.values[net] = value;
+  return value;
+}
+
+// Device inputs, and the values behind pads and tristate buffers.
+void place_outside(Collector &collector, SignalIndex signal) {
+  const auto at = static_cast<std::size_t>(signal);
+  const SymbolIndex pad = collector.pads[at];
+  const bool has_enable = has(collector.meaning.signals[at], EXT_OE);
+  NetIndex net = kNone;
+  if (pad != kNone) {
+    const NetIndex inside = net_at(collector.netlist, pad, "Z0"), bus = net_at(collector.netlist, pad, "O0");
+    net = inside != kNone ? inside : bus;
+  } else if (const std::uint32_t pin = find_name(collector.netlist.external_by_pin, name_at(collector, signal));
+             pin != kNone && !has_enable) {
+    const ExternalPin &external = collector.netlist.external_pins[pin];
+    if (external.direction == Direction::IN) net = external.net;
+  }
+  collector.values.outside[at] = new_value(collector, shown(collector, signal), net);
+}
+
+// The storage element carries the signal's name; a latch made of gates ends in the OR gate N_5. Behind a reset that has
+// to act as a preset the element holds the complement, on net N_QB.
+void place_storage(Collector &collector, SignalIndex signal) {
+  const auto at = static_cast<std::size_t>(signal);
+  const std::string &name = name_at(collector, signal);
+  SymbolIndex symbol = find_symbol(collector.netlist, name);
+  if (symbol != kNone && !is_storage(primitive_of(collector.netlist.symbols[symbol]).function)) symbol = kNone;
+  const char *output = "Q0";
+  if (symbol == kNone && !is_flip_flop(collector.meaning.signals[at])) {
+    symbol = find_of(collector, name + "_5", Function::OR);
+    output = "Z0";
+  }
+  collector.storage[at] = symbol;
+  const NetIndex net = symbol == kNone ? kNone : net_at(collector.netlist, symbol, output);
+  if (net == kNone)
+    collector.claims.faults.push_back("there is no storage element for '" + shown(collector, signal) + "'");
+  const bool complement = net != kNone && collector.netlist.nets[net].name == name + "_QB";
+  collector.values.storage[at] = invert(new_value(collector, shown(collector, signal) + ".Q", net), complement);
+}
+
+// An equation drives the net that carries its name; a plain one that of the signal, the pin, or the pad's input.
+NetIndex equation_net(const Collector &collector, std::size_t output) {
+  const SignalIndex signal = collector.meaning.outputs[output];
+  const std::string &name = name_at(collector, signal), &extension = collector.meaning.design->OB_EXT[output];
+  if (!extension.empty()) return find_net(collector.netlist, netlist_name(name, extension));
+  const char *suffix = collector.pads[static_cast<std::size_t>(signal)] != kNone         ? "_D"
+                       : collector.meaning.signals[static_cast<std::size_t>(signal)].pin ? "_PIN"
+                                                                                         : "";
+  return find_net(collector.netlist, name + suffix);
+}
+
+void place_equations(Collector &collector) {
+  const Design &design = *collector.meaning.design;
+  for (std::size_t o = 0; o < collector.meaning.outputs.size(); o++) {
+    const NetIndex net = equation_net(collector, o);
+    const std::string shown_name = display_name(design.OLB[o], design.OB_EXT[o]);
+    if (net == kNone) collector.claims.faults.push_back("there is no net for equation '" + shown_name + "'");
+    collector.values.equations[o] = new_value(collector, shown_name, net);
+    if (net == kNone) continue;
+    // The block itself, or the block in front of the inverter.
+    SymbolIndex block = driver_of(collector.netlist, net);
+    if (block != kNone && collector.netlist.symbols[block].kind->primitive == find_primitive("INV")) {
+      const NetIndex before = net_at(collector.netlist, block, "A0");
+      block = before == kNone ? kNone : driver_of(collector.netlist, before);
+    }
+    if (block != kNone && collector.netlist.symbols[block].kind->primitive == find_primitive("ZDOT"))
+      collector.circuit.zdot_outputs[block] = static_cast<std::uint32_t>(o);
+  }
+}
+
+void place_ports(Collector &collector) {
+  const Design &design = *collector.meaning.design;
+  for (std::size_t p = 0; p < collector.meaning.ports.size(); p++) {
+    const MacroPort &port = collector.meaning.ports[p];
+    if (!port.output) continue;
+    const std::string &instance = design.instances[port.instance].name;
+    const SymbolIndex symbol = find_of(collector, instance, Function::MACRO);
+    const NetIndex net = symbol == kNone ? kNone : net_at(collector.netlist, symbol, port.port);
+    collector.values.ports[p] = new_value(collector, instance + "." + port.port, net);
+  }
+}
+
+void claim_equations(Collector &collector) {
+  const Design &design = *collector.meaning.design;
+  const std::vector<Literal> wanted = wanted_equations(collector.meaning, collector.values);
+  for (std::size_t o = 0; o < wanted.size(); o++) {
+    const NetIndex net = equation_net(collector, o);
+    if (net == kNone) continue;
+    add_claim(collector, display_name(design.OLB[o], design.OB_EXT[o]), driver_value(collector.circuit, net), wanted[o],
+              net, true);
+  }
+}
+
+Literal pin_or(Collector &collector, SymbolIndex symbol, const char *pin, Literal missing) {
+  const Literal value = pin_value(collector.circuit, symbol, pin);
+  return value == kUnset ? missing : value;
+}
+
+// The net that the element's data come in on.
+NetIndex data_net(const Collector &collector, SymbolIndex symbol) {
+  const NetIndex data = net_at(collector.netlist, symbol, "D0");
+  return data != kNone ? data : net_at(collector.netlist, symbol, "T0");
+}
+
+bool is_complement(const Collector &collector, std::size_t signal) {
+  return is_inverted(collector.values.storage[signal]);
+}
+
+// A reader of N.D where no equation is named so sees what stands at the element's data input.
+void place_data_inputs(Collector &collector) {
+  for (std::size_t i = 0; i < collector.storage.size(); i++) {
+    const SymbolIndex symbol = collector.storage[i];
+    if (symbol == kNone || !is_storage(primitive_of(collector.netlist.symbols[symbol]).function)) continue;
+    if (const NetIndex net = data_net(collector, symbol); net != kNone)
+      collector.values.data_inputs[i] = invert(net_value(collector.circuit, net), is_complement(collector, i));
+  }
+}
+
+// A level-sensitive element as one function of its inputs and its value.
+Literal level_value(Formulas &formulas, const NextValue &next, Literal storage) {
+  const Literal kept = make_choice(formulas, next.event, next.next, storage);
+  return make_and(formulas, {invert(next.cleared), make_or(formulas, {next.set, kept})});
+}
+
+// What the element does, told of the value as the design sees it.
+NextValue element_value(Collector &collector, std::size_t signal) {
+  const SymbolIndex symbol = collector.storage[signal];
+  Formulas &formulas = collector.values.formulas;
+  const bool complement = is_complement(collector, signal);
+  const Literal held = invert(collector.values.storage[signal], complement);
+  const Literal clear = pin_or(collector, symbol, "CD", kFalse), set = pin_or(collector, symbol, "SD", kFalse);
+  const bool flip_flop = primitive_of(collector.netlist.symbols[symbol]).function == Function::FLIP_FLOP;
+  NextValue result;
+  result.event = pin_value(collector.circuit, symbol, flip_flop ? "CLK" : "G");
+  const Literal data = pin_value(collector.circuit, symbol, "D0");
+  const Literal toggle = pin_value(collector.circuit, symbol, "T0");
+  result.next = data != kUnset ? data : toggle != kUnset ? make_xor(formulas, held, toggle) : kUnset;
+  if (result.next == kUnset) return result;
+  if (flip_flop) result.next = make_choice(formulas, pin_or(collector, symbol, "EN", kTrue), result.next, held);
+  result.next = invert(result.next, complement);
+  const Literal set_only = make_and(formulas, {set, invert(clear)});
+  result.cleared = complement ? set_only : clear;
+  result.set = complement ? clear : set_only;
+  return result;
+}
+
+void claim_flip_flop(Collector &collector, const std::string &name, SymbolIndex symbol, const NextValue &actual,
+                     const NextValue &wanted) {
+  Formulas &formulas = collector.values.formulas;
+  const Netlist &netlist = collector.netlist;
+  add_claim(collector, name + ": clock", actual.event, wanted.event, net_at(netlist, symbol, "CLK"));
+  add_claim(collector, name + ": asynchronous reset", actual.cleared, wanted.cleared, net_at(netlist, symbol, "CD"));
+  add_claim(collector, name + ": asynchronous preset", make_and(formulas, {actual.set, invert(actual.cleared)}),
+            make_and(formulas, {wanted.set, invert(wanted.cleared)}), net_at(netlist, symbol, "SD"));
+  add_claim(collector, name + ": next value", actual.next, wanted.next, data_net(collector, symbol));
+}
+
+void claim_storage(Collector &collector, std::size_t signal) {
+  const SymbolIndex symbol = collector.storage[signal];
+  if (symbol == kNone) return;
+  const auto index = static_cast<SignalIndex>(signal);
+  const std::string &name = shown(collector, index);
+  const bool flip_flop = is_flip_flop(collector.meaning.signals[signal]);
+  const NextValue wanted = next_value(collector.meaning, collector.values, index);
+  Formulas &formulas = collector.values.formulas;
+  const Literal storage = collector.values.storage[signal];
+  const PrimitiveRow &primitive = primitive_of(collector.netlist.symbols[symbol]);
+  if (primitive.function == Function::OR) {
+    const NetIndex net = net_at(collector.netlist, symbol, "Z0");
+    add_claim(collector, name + ": latch", driver_value(collector.circuit, net), level_value(formulas, wanted, storage),
+              net, true);
+    return;
+  }
+  if (flip_flop != (primitive.function == Function::FLIP_FLOP)) {
+    collector.claims.faults.push_back("'" + name + "' has the wrong storage element, " + std::string(primitive.name));
+    return;
+  }
+  const NextValue actual = element_value(collector, signal);
+  if (actual.event == kUnset || actual.next == kUnset)
+    return add_claim(collector, name + ": storage element", kUnset, kUnset);
+  if (flip_flop)
+    claim_flip_flop(collector, name, symbol, actual, wanted);
+  else
+    add_claim(collector, name + ": latch", level_value(formulas, actual, storage),
+              level_value(formulas, wanted, storage), data_net(collector, symbol));
+}
+
+// What leaves the signal: at its pin, at its pad, or at the tristate buffer of a node.
+void claim_output(Collector &collector, SignalIndex signal) {
+  const auto at = static_cast<std::size_t>(signal);
+  const SignalRoles &roles = collector.meaning.signals[at];
+  const std::string &name = shown(collector, signal);
+  const Literal wanted = output_value(collector.meaning, collector.values, signal);
+  const SymbolIndex pad = collector.pads[at];
+  if (pad != kNone) {
+    const bool enabled = has(roles, EXT_OE);
+    add_claim(collector, name + ": into the output buffer", pin_value(collector.circuit, pad, "A0"), wanted,
+              net_at(collector.netlist, pad, "A0"));
+    add_claim(collector, name + ": output enable", pin_or(collector, pad, "OE", kTrue),
+              enabled ? collector.values.equations[roles.equations[EXT_OE]] : kTrue,
+              net_at(collector.netlist, pad, "OE"));
+  } else if (has(roles, EXT_OE)) {
+    collector.claims.faults.push_back("'" + name + "' has an output enable and no tristate buffer");
+  }
+  if (!roles.pin) return;
+  const std::uint32_t found = find_name(collector.netlist.external_by_pin, name_at(collector, signal));
+  if (found == kNone) {
+    collector.claims.faults.push_back("output pin '" + name + "' has no XPIN line");
+    return;
+  }
+  const ExternalPin &external = collector.netlist.external_pins[found];
+  if (pad == kNone) {
+    add_claim(collector, name + ": at the pin",
+              external.net == kNone ? kUnset : net_value(collector.circuit, external.net), wanted, external.net);
+    if (external.direction != Direction::OUT) collector.claims.faults.push_back("pin '" + name + "' is not an output");
+    return;
+  }
+  const NetIndex bidirectional = net_at(collector.netlist, pad, "XB0"), output = net_at(collector.netlist, pad, "XO0");
+  const bool is_bidirectional = bidirectional != kNone;
+  if (external.net != (is_bidirectional ? bidirectional : output))
+    collector.claims.faults.push_back("pin '" + name + "' is not at its pad");
+  if (external.direction != (is_bidirectional ? Direction::BIDI : Direction::OUT))
+    collector.claims.faults.push_back("pin '" + name + "' has the wrong direction for its pad");
+}
+
+void claim_ports(Collector &collector) {
+  const Design &design = *collector.meaning.design;
+  for (const MacroPort &port : collector.meaning.ports) {
+    if (port.output) continue;
+    const std::string &instance = design.instances[port.instance].name;
+    const SymbolIndex symbol = find_of(collector, instance, Function::MACRO);
+    const NetIndex net = symbol == kNone ? kNone : net_at(collector.netlist, symbol, port.port);
+    const Literal wanted = port_value(collector.meaning, collector.values, port);
+    if (wanted == kUnset) continue; // a net that nothing drives
+    add_claim(collector, instance + "." + port.port, net == kNone ? kUnset : net_value(collector.circuit, net), wanted,
+              net);
+  }
+}
+
+bool is_output(const SignalRoles &roles) {
+  if (roles.macro_output != kNone) return true;
+  for (const std::uint32_t equation : roles.equations)
+    if (equation != kNone) return true;
+  return false;
+}
+
+// Pins of the netlist that are no used pins of the design.
+void find_strange_pins(Collector &collector) {
+  NameIndex pins;
+  for (std::size_t i = 0; i < collector.names.size(); i++)
+    if (collector.meaning.signals[i].pin && collector.meaning.signals[i].used)
+      add_name(pins, collector.names[i], static_cast<std::uint32_t>(i));
+  for (const ExternalPin &external : collector.netlist.external_pins)
+    if (find_name(pins, external.pin) == kNone)
+      collector.claims.faults.push_back("the design has no pin '" + std::string(external.pin) + "'");
+}
+
+} // namespace
+
+void collect_claims(const std::vector<std::string> &names, Values &values, Circuit &circuit, Claims &claims) {
+  Collector collector{names, values, circuit, claims};
+  const std::vector<SignalRoles> &signals = collector.meaning.signals;
+  collector.storage.assign(signals.size(), kNone);
+  collector.pads.assign(signals.size(), kNone);
+  clear_values(collector.meaning, values);
+  for (std::size_t i = 0; i < signals.size(); i++) {
+    if (!signals[i].used) continue;
+    const auto signal = static_cast<SignalIndex>(i);
+    collector.pads[i] = find_of(collector, names[i] + "_Z", signals[i].pin ? Function::PAD : Function::TRISTATE);
+    place_outside(collector, signal);
+    if (is_registered(signals[i])) place_storage(collector, signal);
+  }
+  place_equations(collector);
+  place_ports(collector);
+  place_data_inputs(collector);
+  claim_equations(collector);
+  for (std::size_t i = 0; i < signals.size(); i++) {
+    if (!signals[i].used) continue;
+    claim_storage(collector, i);
+    if (is_output(signals[i])) claim_output(collector, static_cast<SignalIndex>(i));
+  }
+  claim_ports(collector);
+  find_strange_pins(collector);
+  if (!circuit.fault.empty()) claims.faults.push_back(circuit.fault);
+}
+
+} // namespace cubekit

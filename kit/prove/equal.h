@@ -1,0 +1,36 @@
+// Decides whether two functions are equal: by structure, by all input vectors where few variables matter, else by SAT.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "kit/prove/formula.h"
+
+namespace cubekit {
+
+// Up to this number of variables all input vectors are tried.
+constexpr std::size_t kExhaustiveVariables = 16;
+
+struct Difference {
+  std::vector<std::pair<std::uint32_t, bool>> vector; // variable node and value, for the variables that matter
+  bool first = false, second = false;                 // the two functions under that vector
+};
+
+// Answers questions on one graph, which may grow in between.
+struct Decider {
+  const Formulas &formulas;
+  Cone cone{};
+  std::vector<std::uint32_t> variables{}; // of the cone, as nodes
+  std::vector<std::uint64_t> values{};    // per place of the cone: `width` words of simulated values
+  std::size_t width = 1;
+  std::size_t by_structure = 0, by_exhaustion = 0, by_sat = 0; // questions settled so far
+};
+
+// True when some input vector tells the functions apart; it is left in `difference`.
+[[nodiscard]] bool find_difference(Decider &decider, Literal first, Literal second, Difference &difference);
+
+// The values of the roots under one vector; variables that it doesn't name are 0.
+std::vector<bool> evaluate(Decider &decider, std::span<const Literal> roots,
+                           const std::vector<std::pair<std::uint32_t, bool>> &vector);
+
+} // namespace cubekit

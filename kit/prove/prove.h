@@ -1,0 +1,41 @@
+// Proves a netlist against the truth table that it was made of.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "kit/netlist/netlist.h"
+#include "model/cube_table.h"
+#include "model/design.h"
+
+namespace CLI {
+class App;
+}
+
+namespace cubekit {
+
+// `cubekit prove`.
+std::function<int()> setup_prove(CLI::App &command);
+
+struct ProofOptions {
+  bool case_sensitive = false;       // as the translation had it
+  std::optional<int> series{};       // device series; none: of the netlist's part
+  bool abc = false;                  // ask berkeley-abc as well
+  std::size_t shown_differences = 5; // all are counted, these are told in full
+};
+
+struct ProofReport {
+  std::size_t claims = 0;
+  std::size_t by_structure = 0, by_exhaustion = 0, by_sat = 0;
+  std::size_t differences = 0;
+  std::vector<std::string> texts; // faults and differences, several lines each
+};
+
+// True when everything holds. The netlist must be free of faults (load_nxf).
+[[nodiscard]] bool prove_netlist(const cubenet::Design &design, const cubenet::CubeTable &cubes, const Netlist &netlist,
+                                 const ProofOptions &options, ProofReport &report);
+
+} // namespace cubekit

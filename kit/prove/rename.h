@@ -1,0 +1,16 @@
+// Under which names the signals of a design stand in its netlist: names that would meet generated ones are renamed on
+// the way, once before each of the two netlists is written.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "kit/netlist/netlist.h"
+#include "kit/prove/meaning.h"
+
+namespace cubekit {
+
+// Per signal, its name in the .nxf netlist; empty for signals that the design doesn't use.
+std::vector<std::string> netlist_names(const Meaning &meaning, const Netlist &netlist, bool case_sensitive);
+
+} // namespace cubekit

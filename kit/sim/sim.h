@@ -1,0 +1,95 @@
+// Steps a netlist over rows of input values. Values are 0, 1, unknown, and open for what nothing drives; gates take
+// open for unknown, and are as sure of their output as their known inputs allow.
+//
+// In one row all device inputs change at once, then everything settles. Rules of time:
+//   - Gates settle before any register or latch looks at them, so no glitch is ever stored.
+//   - A register takes its data and its enable as they were before what made its clock rise: data that change in the
+//   row
+//     of the clock edge come too late for it. The first row sets levels and makes no edges.
+//   - Clear and set act by level, clear over set. A latch follows while its gate is 1.
+//   - An unknown clock, gate, enable, clear or set leaves a value known only where both possibilities agree.
+// Loops of gates settle like latches do. What does not settle is reported.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "kit/netlist/netlist.h"
+
+namespace CLI {
+class App;
+}
+
+namespace cubekit {
+
+// `cubekit sim`.
+std::function<int()> setup_sim(CLI::App &command);
+
+enum class Value : std::uint8_t { LOW, HIGH, UNKNOWN, OPEN };
+
+constexpr char value_char(Value value) { return "01xz"[static_cast<std::size_t>(value)]; }
+// As a gate's input sees it.
+constexpr Value as_logic(Value value) { return value == Value::OPEN ? Value::UNKNOWN : value; }
+
+// A gate, a pad or a tristate buffer.
+struct Cell {
+  Function function = Function::AND;
+  std::uint32_t first_input = 0, input_count = 0; // into Simulator::inputs; a pad's: A0 and OE
+  NetIndex output = kNone;                        // the value; a pad's: the pin's net
+  NetIndex other = kNone;                         // the complement; a bidirectional pad's: the pin, read
+  std::uint32_t table = kNone;                    // into Simulator::tables
+  std::uint32_t pin = kNone;                      // into the external pins: where a value may come from outside
+};
+
+// A PLA's rows as masks of its inputs.
+struct Table {
+  std::size_t words = 0;                    // of 64 inputs, per row
+  std::vector<std::uint64_t> ones, zeros;   // literals that must be 1, that must be 0
+  std::vector<std::uint64_t> high{}, low{}; // scratch: inputs that are 1, that are 0
+};
+
+// A register or latch. Pins that it lacks are kNone.
+struct Storage {
+  bool latch = false, toggles = false;
+  NetIndex data = kNone, clock = kNone, enable = kNone, clear = kNone, set = kNone, output = kNone;
+  Value state = Value::LOW;
+  bool started = false; // the values below are of a settled netlist
+  Value data_before = Value::UNKNOWN, clock_before = Value::UNKNOWN, enable_before = Value::UNKNOWN;
+};
+
+struct Simulator {
+  const Netlist &netlist;
+  std::vector<Cell> cells{};       // drivers first, as far as there are no loops
+  std::vector<NetIndex> inputs{};  // of all cells
+  std::vector<Table> tables{};     // of the PLA cells
+  std::vector<Storage> storages{}; // registers and latches
+  struct Place {
+    bool storage;
+    std::uint32_t index; // kNone: the symbol does nothing that is known here (a macro, a ZDOT)
+  };
+  std::vector<Place> places{};  // per symbol
+  std::size_t loops = 0;        // nets at which loops of cells are cut
+  std::vector<Value> values{};  // per net
+  std::vector<Value> outside{}; // per external pin: what drives it from outside
+  std::vector<std::uint32_t> cell_queue{}, later_queue{}, storage_queue{}; // what is to be looked at, each once
+  std::vector<bool> cell_waits{}, storage_waits{};
+  std::uint32_t current = 0; // the cell at which a sweep is
+};
+
+// `power_up`: what every register and latch holds at the start.
+Simulator make_simulator(const Netlist &netlist, Value power_up);
+
+// Applies one row, a value per external pin (of output pins, none is looked at), and lets it settle. False when it does
+// not; `restless` then names some of the nets that keep changing.
+[[nodiscard]] bool step(Simulator &simulator, std::span<const Value> row, std::string &restless);
+
+inline Value pin_value(const Simulator &simulator, std::size_t external_pin) {
+  return simulator.values[simulator.netlist.external_pins[external_pin].net];
+}
+
+} // namespace cubekit

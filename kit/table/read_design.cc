@@ -1,0 +1,57 @@
+// Runs the reader and the checker with their messages caught: most commands want them only when something is wrong.
+#include "kit/table/read_design.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+
+#include "drc/check_design.h"
+#include "model/run_settings.h"
+#include "reader/reader.h"
+#include "report/console.h"
+#include "report/messages.h"
+
+namespace cubekit {
+
+namespace {
+
+struct CaughtConsole : cubenet::HostConsole {
+  std::string &text;
+  cubenet::HostConsole *before;
+
+  explicit CaughtConsole(std::string &caught) : text(caught), before(cubenet::set_host_console(this)) {}
+  ~CaughtConsole() override { cubenet::set_host_console(before); }
+  CaughtConsole(const CaughtConsole &) = delete;
+  CaughtConsole &operator=(const CaughtConsole &) = delete;
+  void print(std::string_view more) override { text += more; }
+};
+
+} // namespace
+
+void choose_part(const std::string &part) {
+  if (part.empty()) return;
+  cubenet::run_settings.part_name = part;
+  cubenet::run_settings.part_flag = cubenet::part_series(part);
+}
+
+std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
+                                             std::string &messages) {
+  std::FILE *file = std::fopen(path.c_str(), "rb");
+  if (file == nullptr) {
+    messages = path + ": " + std::strerror(errno) + '\n';
+    return nullptr;
+  }
+  cubenet::run_settings.case_sensitive = case_sensitive;
+  messages.clear();
+  const CaughtConsole console(messages);
+  std::unique_ptr<cubenet::Design> design = cubenet::read_tt2(file, path, cubes);
+  std::fclose(file);
+  return design;
+}
+
+bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std::string &messages) {
+  const CaughtConsole console(messages);
+  return cubenet::check_design(design, cubes) == 0;
+}
+
+} // namespace cubekit

@@ -1,0 +1,232 @@
+// The message library. A message is wrapped, looked up among the withheld texts, and its line goes to the console and
+// to the log. The log is one buffer on an appending descriptor: only whole messages are handed to the system, each time
+// in one write, so that two runs in one folder never mix within a line.
+#include "report/messages.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <vector>
+
+#include "report/console.h"
+#include "util/growing_string.h"
+#include "util/output_file.h"
+#include "util/system.h"
+#include "util/words.h"
+
+namespace cubenet {
+namespace {
+
+constexpr std::size_t kWidth = 72;
+constexpr std::size_t kIndent = 7;
+constexpr std::size_t kContinuation = kWidth - kIndent; // room on a line that an ordinary wrap starts
+
+// What one reporter puts around its texts. Only the length of `room` counts: the number is always five digits.
+struct Reporter {
+  const char *room;
+  const char *label;
+};
+constexpr Reporter kError = {"12345 ERROR: ", "ERROR"};
+constexpr Reporter kWarning = {"12345 WARNING: ", "WARNING"};
+constexpr Reporter kSystemError = {"12345 SYSTEM ERROR: ", "SYSTEM ERROR"};
+constexpr Reporter kInternalError = {"12345 INTERNAL ERROR", "INTERNAL ERROR"}; // no ": ", and it stays that way
+
+constexpr std::size_t kLogBlock = std::size_t{64} << 10;
+
+int log_descriptor = -1;       // the open log; none when it is off
+std::string log_text;          // whole messages that are not in the log yet
+bool console_off = false;      // nothing goes to the console
+bool suppressed = false;       // the reporters do nothing
+HashTable *withheld = nullptr; // wrapped texts that are not printed
+char message_text[1024];       // the text of the message in progress
+
+void write_log() {
+  // A full disk costs log lines, never the run.
+  static_cast<void>(write_all(log_descriptor, log_text.data(), log_text.size()));
+  log_text.clear();
+}
+
+void print(const std::string &line) {
+  if (!console_off) console_put_text(line.c_str());
+  if (log_descriptor < 0) return;
+  if (log_text.size() + line.size() > kLogBlock) write_log();
+  log_text += line;
+}
+
+bool is_withheld(const GrowingString &wrapped) {
+  return withheld != nullptr && hash_lookup(withheld, {.text = wrapped.text}, nullptr);
+}
+
+// Runs of tabs and line ends become one space.
+std::string fold_white_space(std::string_view text) {
+  std::string folded;
+  folded.reserve(text.size());
+  for (std::size_t i = 0; i < text.size(); i++) {
+    const bool white = text[i] == '\t' || text[i] == '\n';
+    const bool white_next = i + 1 < text.size() && (text[i + 1] == '\t' || text[i + 1] == '\n');
+    if (!white)
+      folded += text[i];
+    else if (!white_next)
+      folded += ' ';
+  }
+  return folded;
+}
+
+// Text that is being laid out in lines, and the room left on its last line.
+struct Layout {
+  GrowingString text{100};
+  std::size_t room;
+};
+
+void add_word(Layout &layout, std::string_view word) {
+  append(layout.text, word);
+  layout.room -= word.size();
+  if (layout.room == 0) return;
+  append(layout.text, " ");
+  layout.room--;
+}
+
+void start_line(Layout &layout) {
+  append(layout.text, "\n      "); // six spaces: one less than after a broken word, and readers of the log rely on it
+  layout.room = kContinuation;
+}
+
+// For a word that is longer than a line. Where there is room for the hyphen alone, the hyphen stands alone.
+void add_broken_word(Layout &layout, std::string_view word) {
+  if (layout.room == 0) start_line(layout);
+  while (word.size() > layout.room) {
+    append(layout.text, word.substr(0, layout.room - 1));
+    append(layout.text, "-\n       "); // seven spaces
+    word.remove_prefix(layout.room - 1);
+    layout.room = kContinuation + 1;
+  }
+  add_word(layout, word);
+}
+
+void lay_out(Layout &layout, std::string_view text) {
+  std::string folded = fold_white_space(text);
+  std::vector<char *> words;
+  split_words(folded.data(), words);
+  for (const std::string_view word : words) {
+    if (word.size() <= layout.room) {
+      add_word(layout, word);
+    } else if (word.size() > kContinuation) {
+      add_broken_word(layout, word);
+    } else {
+      start_line(layout);
+      add_word(layout, word);
+    }
+  }
+}
+
+// False when the values can't be formatted: nothing is printed then.
+bool format_message(const char *format, std::va_list values) __attribute__((format(printf, 1, 0)));
+bool format_message(const char *format, std::va_list values) {
+  return std::vsnprintf(message_text, sizeof message_text, format, values) >= 0;
+}
+
+void report(const Reporter &reporter, int number, const char *format, std::va_list values)
+    __attribute__((format(printf, 3, 0)));
+void report(const Reporter &reporter, int number, const char *format, std::va_list values) {
+  if (suppressed || !format_message(format, values)) return;
+  Layout wrapped{.room = kWidth - std::strlen(reporter.room)};
+  lay_out(wrapped, message_text);
+  if (is_withheld(wrapped.text)) return;
+  std::string line = std::to_string(number);
+  line.append(" ").append(reporter.label).append(": ").append(view(wrapped.text)).append("\n");
+  print(line);
+}
+
+void start(const std::string &program, OpenFor use, bool with_table) {
+  stop_messages();
+  console_off = false;
+  suppressed = console_off;
+  const std::string log_name = program + ".log";
+  log_descriptor = open_file(log_name, use);
+  if (log_descriptor < 0)
+    console_printf("%d SYSTEM ERROR: Message file '%s' cannot be opened\n", 33130, log_name.c_str());
+  else
+    protect_from_output(log_descriptor);
+  if (with_table) withheld = hash_create(string_compare, string_hash);
+}
+
+} // namespace
+
+void start_messages(const std::string &program) { start(program, OpenFor::APPENDING, true); }
+
+void start_messages_truncating(const std::string &program) { start(program, OpenFor::EMPTYING, true); }
+
+void start_messages_truncating_without_table(const std::string &program) { start(program, OpenFor::EMPTYING, false); }
+
+void stop_messages() {
+  if (log_descriptor >= 0) {
+    write_log();
+    unprotect_from_output(log_descriptor);
+    static_cast<void>(close_file(log_descriptor)); // costs lines, never the run
+    log_descriptor = -1;
+  }
+  if (withheld == nullptr) return;
+  HashIterator texts = hash_iterate(withheld);
+  for (HashWord text; hash_next(texts, &text, nullptr);) std::free(const_cast<char *>(text.text));
+  hash_free(withheld);
+  withheld = nullptr;
+}
+
+void print_line(const char *format, ...) {
+  if (suppressed) return;
+  std::va_list values;
+  va_start(values, format);
+  const bool formatted = format_message(format, values);
+  va_end(values);
+  if (!formatted) return;
+  Layout wrapped{.room = kWidth};
+  lay_out(wrapped, message_text);
+  // The blank line, two spaces once wrapped, is never withheld.
+  if (view(wrapped.text) != "  " && is_withheld(wrapped.text)) return;
+  print(std::string(view(wrapped.text)) + "\n");
+  if (log_descriptor >= 0) write_log(); // plain lines tell the progress: whoever watches the log sees it
+}
+
+void report_error(int number, const char *format, ...) {
+  std::va_list values;
+  va_start(values, format);
+  report(kError, number, format, values);
+  va_end(values);
+}
+
+void report_warning(int number, const char *format, ...) {
+  std::va_list values;
+  va_start(values, format);
+  report(kWarning, number, format, values);
+  va_end(values);
+}
+
+void report_system_error(int number, const char *format, ...) {
+  std::va_list values;
+  va_start(values, format);
+  report(kSystemError, number, format, values);
+  va_end(values);
+}
+
+void report_internal_error(int number, const char *format, ...) {
+  std::va_list values;
+  va_start(values, format);
+  report(kInternalError, number, format, values);
+  va_end(values);
+}
+
+void suppress_messages(bool on) { suppressed = on; }
+
+void switch_console_off(bool off) { console_off = off; }
+
+HashTable *withheld_texts() { return withheld; }
+
+std::string wrap_message(std::string_view text, std::string_view prefix) {
+  Layout wrapped{.room = kWidth - std::min(prefix.size(), kWidth)};
+  lay_out(wrapped, text);
+  return std::string(view(wrapped.text));
+}
+
+} // namespace cubenet
