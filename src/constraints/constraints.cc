@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "model/attribute_codes.h"
+#include "model/attributes.h"
 #include "model/clock_types.h"
 #include "model/names.h"
 #include "report/console.h"

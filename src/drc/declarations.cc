@@ -2,8 +2,9 @@
 // of the signals that are used, and the removal of those that are not.
 #include <array>
 
-#include "drc/check_design.h"
+#include "drc/list_rules.h"
 #include "drc/passes.h"
+#include "drc/signal_rules.h"
 #include "model/names.h"
 #include "model/run_settings.h"
 #include "report/messages.h"

@@ -1,7 +1,8 @@
 // Attributes of list entries: which entry a statement about a signal is for, and what it leaves there.
+#include "drc/entry_attributes.h"
+
 #include <array>
 
-#include "drc/attribute_rules.h"
 #include "drc/passes.h"
 #include "model/clock_types.h"
 #include "report/messages.h"
@@ -38,7 +39,8 @@ void refuse_undriven(AttributeCase &given) {
   report_warning(31560,
                  "Signal '%s' does not occur on left hand side of equation(s) and is used in attribute '%s %s'; "
                  "attribute '%s %s' is ignored",
-                 given.shown.c_str(), given.attribute, given.shown.c_str(), given.attribute, given.shown.c_str());
+                 given.shown.c_str(), given.attribute_name.c_str(), given.shown.c_str(), given.attribute_name.c_str(),
+                 given.shown.c_str());
   drop_attribute(given.property);
 }
 
@@ -46,7 +48,8 @@ void refuse_unread(AttributeCase &given) {
   report_warning(31564,
                  "Signal '%s' does not occur on right hand side of equation(s) and is used in attribute '%s %s'; "
                  "attribute '%s %s' is ignored",
-                 given.shown.c_str(), given.attribute, given.shown.c_str(), given.attribute, given.shown.c_str());
+                 given.shown.c_str(), given.attribute_name.c_str(), given.shown.c_str(), given.attribute_name.c_str(),
+                 given.shown.c_str());
   drop_attribute(given.property);
 }
 
@@ -66,7 +69,7 @@ ExtensionCode group_extension(const AttributeCase &given) {
 }
 
 bool refuse_register_type(const AttributeCase &given, bool to_io_cell) {
-  const char *attribute = given.attribute;
+  const char *attribute = given.attribute_name.c_str();
   const char *name = given.name.c_str();
   const char *value = given.property.attribute_value.c_str();
   struct ResetRow {
@@ -99,10 +102,10 @@ void place_register(const AttributeCase &given, bool to_io_cell) {
     set_bit(to_io_cell ? io_cell : logic, at);
   } else if (to_io_cell) {
     report_warning(31574, "Register '%s' is declared as 'GLB' register; attribute '%s %s IOC' is ignored",
-                   given.name.c_str(), given.attribute, given.shown.c_str());
+                   given.name.c_str(), given.attribute_name.c_str(), given.shown.c_str());
   } else {
     report_warning(31574, "Register '%s' is declared as 'IOC' register; attribute '%s %s GLB' is ignored",
-                   given.name.c_str(), given.attribute, given.shown.c_str());
+                   given.name.c_str(), given.attribute_name.c_str(), given.shown.c_str());
   }
 }
 
@@ -114,7 +117,7 @@ void attach_mark(AttributeCase &given, Mark SignalAttributes::*mark) {
     report_warning(31560,
                    "Signal '%s' does not occur on left hand side of equation(s) \t\t\t\tand is used in attribute '%s "
                    "%s'; attribute '%s %s' is ignored",
-                   shown, given.attribute, shown, given.attribute, shown);
+                   shown, given.attribute_name.c_str(), shown, given.attribute_name.c_str(), shown);
     drop_attribute(given.property);
     return;
   }
@@ -133,7 +136,7 @@ void attach_xor_mark(AttributeCase &given) {
   const char *shown = given.shown.c_str();
   report_warning(31568,
                  "Signal '%s' is registered and is used in attribute '%s %s'; \t\t\tattribute '%s %s' is ignored",
-                 shown, given.attribute, shown, given.attribute, shown);
+                 shown, given.attribute_name.c_str(), shown, given.attribute_name.c_str(), shown);
   drop_attribute(given.property);
 }
 
@@ -182,7 +185,7 @@ void join_group(AttributeCase &given) {
       input_attributes(given, input).GRP = group;
     else
       report_warning(31561, "Signal '%s' is not used; attribute '%s %s' is ignored", given.shown.c_str(),
-                     given.attribute, given.shown.c_str());
+                     given.attribute_name.c_str(), given.shown.c_str());
   }
   drop_attribute(given.property);
 }
@@ -194,11 +197,11 @@ void set_register_type(AttributeCase &given) {
     report_warning(31571,
                    "Attribute value '%s' is not recognized; valid value is 'GLB' or 'IOC'; attribute '%s %s %s' is "
                    "ignored",
-                   value.c_str(), given.attribute, given.shown.c_str(), value.c_str());
+                   value.c_str(), given.attribute_name.c_str(), given.shown.c_str(), value.c_str());
   } else if (!refuse_register_type(given, to_io_cell)) {
     if (!given.property.pi_node_ext.empty())
-      report_warning(31573, "Attribute '%s %s' is assumed to be associated with register '%s'", given.attribute,
-                     given.shown.c_str(), given.name.c_str());
+      report_warning(31573, "Attribute '%s %s' is assumed to be associated with register '%s'",
+                     given.attribute_name.c_str(), given.shown.c_str(), given.name.c_str());
     place_register(given, to_io_cell);
   }
   drop_attribute(given.property);

@@ -1,11 +1,12 @@
 // Which dot extensions are legal on which side of an equation, and the flag that each one sets. An entry draws at most
 // one message. CLK is not among the extensions here: on the lists only C names the clock.
+#include "drc/list_rules.h"
+
 #include <algorithm>
 #include <array>
 #include <span>
 #include <string>
 
-#include "drc/check_design.h"
 #include "report/messages.h"
 
 namespace cubenet {

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "drc/attribute_rules.h"
+#include "drc/entry_attributes.h"
 #include "drc/passes.h"
 #include "model/characters.h"
 #include "model/names.h"
@@ -33,7 +33,7 @@ constexpr std::array<RareText SignalAttributes::*, 10> kSlots{
     &SignalAttributes::SCP, &SignalAttributes::SAP, &SignalAttributes::SLP, &SignalAttributes::STP,
     &SignalAttributes::SNP, &SignalAttributes::ECP, &SignalAttributes::EAP, &SignalAttributes::ELP,
     &SignalAttributes::ETP, &SignalAttributes::ENP};
-static_assert(kSlots.size() == CODE_LAST_PATH - CODE_FIRST_PATH + 1);
+static_assert(kSlots.size() == CODE_ENP - CODE_SCP + 1);
 
 bool is_legal(char c) { return class_of(c) == CHAR_LEGAL || c == '+' || c == '-'; }
 
@@ -53,7 +53,8 @@ std::string shown_signal(const Design &design, const Property &property) {
 }
 
 bool refuse_name(const std::string &path, const Property &property, const std::string &shown) {
-  const char *attribute = attribute_name(property.attr_name);
+  const std::string name = attribute_name(*find_attribute(property.attr_name));
+  const char *attribute = name.c_str();
   const char *value = property.attribute_value.c_str();
   const auto *illegal = std::find_if_not(path.begin(), path.end(), is_legal).base();
   if (path.find('.') != std::string::npos)
@@ -92,7 +93,7 @@ std::uint32_t path_of(PathTable &table, std::string_view name) {
 
 // False when the path has such a point already.
 bool take_point(Path &path, int kind, const std::string &shown) {
-  const bool is_start = kind < CODE_FIRST_PATH_END;
+  const bool is_start = is_path_start(kind);
   PathPoint &point = is_start ? path.start : path.end;
   if (point.kind == 0) {
     point = {shown, kind};
@@ -138,7 +139,7 @@ void judge_path(Path &path) {
   } else if (path.start.kind != 0 && path.end.kind == 0) {
     report_warning(31585, "Ending point of path '%s' is not specified; path '%s' is ignored", path.name.c_str(),
                    path.name.c_str());
-  } else if (path.start.kind != 0 && path.end.kind != path.start.kind + CODE_FIRST_PATH_END - CODE_FIRST_PATH) {
+  } else if (path.start.kind != 0 && path.end.kind != end_of_path(path.start.kind)) {
     report_warning(31587,
                    "Starting point, '%s', and ending point, '%s', of path '%s' relate to different path types; path "
                    "'%s' is ignored",
@@ -157,7 +158,7 @@ void attach_points(Design &design, const PathTable &table) {
     const std::string &name = table.paths[mention.path].name;
     if (name.empty() || mention.is_extra) continue;
     Property &property = design.properties[mention.property];
-    RareText SignalAttributes::*slot = kSlots[static_cast<std::size_t>(property.attr_name - CODE_FIRST_PATH)];
+    RareText SignalAttributes::*slot = kSlots[static_cast<std::size_t>(property.attr_name - CODE_SCP)];
     append_word(property.attribute_value, name);
     for (const int input : {property.ilb_idx, property.end_reader_idx})
       if (input >= 0) append_word(writable(design.ilb_attributes[static_cast<std::size_t>(input)].*slot), name);

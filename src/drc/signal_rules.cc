@@ -1,10 +1,11 @@
 // What a signal's equations and readers say together: which register they describe, whether its inputs are complete and
 // free of conflict, and what only a register, only a pin or only some device series may have. Each rule is a row; a
 // signal draws the message of every row that applies, in table order.
+#include "drc/signal_rules.h"
+
 #include <array>
 #include <string>
 
-#include "drc/check_design.h"
 #include "model/run_settings.h"
 #include "report/console.h"
 #include "report/messages.h"

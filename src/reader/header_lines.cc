@@ -1,9 +1,10 @@
 // Header lines: the counts, the input and output lists, the phase, and the end mark.
+#include "reader/header_lines.h"
+
 #include <algorithm>
 #include <array>
 
 #include "model/names.h"
-#include "reader/line_readers.h"
 #include "reader/lists.h"
 #include "reader/tokens.h"
 #include "report/messages.h"

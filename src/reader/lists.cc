@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <climits>
 
-#include "model/attribute_codes.h"
+#include "model/attributes.h"
 #include "model/names.h"
 #include "reader/tokens.h"
 #include "report/messages.h"
@@ -113,8 +113,8 @@ bool read_package_pin(ReaderState &state, const Suffix &suffix, const std::strin
   else if (suffix.tail.size() == 1)
     report_error(31238, "Package pin number is not specified in pin declaration '%s'", text.c_str());
   else
-    return add_location(state, suffix.name, std::string_view(suffix.tail).substr(1)), true;
-  return false;
+    add_location(state, suffix.name, std::string_view(suffix.tail).substr(1));
+  return suffix.tail.size() > 1 && suffix.tail.front() == ':';
 }
 
 bool read_pin(ReaderState &state, const Token &item) {

@@ -3,7 +3,8 @@
 
 #include "model/names.h"
 #include "model/run_settings.h"
-#include "reader/property_keywords.h"
+#include "reader/signal_attributes.h"
+#include "reader/switches.h"
 #include "reader/tokens.h"
 #include "report/messages.h"
 

@@ -1,94 +1,116 @@
-// The table of attribute keywords, and the warnings that several handlers share.
+// The table of attribute keywords.
 #include "reader/property_keywords.h"
 
 #include <algorithm>
 #include <array>
 
 #include "model/names.h"
-#include "reader/tokens.h"
-#include "report/messages.h"
 
 namespace cubenet {
 
 namespace {
 
+// What each kind of row says; the rest stays as it is in the record.
+constexpr KeywordRow attribute(std::string_view keyword, AttributeCode code, KeywordOperand operand = OPERAND_NONE) {
+  return {.keyword = keyword, .handler = HANDLE_SIGNAL, .operand = operand, .code = code};
+}
+constexpr KeywordRow voltage(std::string_view keyword) {
+  return {.keyword = keyword, .handler = HANDLE_VOLTAGE, .code = CODE_VOLTAGE};
+}
+constexpr KeywordRow device_switch(std::string_view keyword, std::size_t option, std::string_view spelling = {}) {
+  return {
+      .keyword = keyword, .handler = HANDLE_SWITCH, .slot = option, .spelling = spelling.empty() ? keyword : spelling};
+}
+constexpr KeywordRow either(std::string_view keyword, std::size_t option, AttributeCode code, KeywordSetting setting,
+                            std::string_view spelling = {}) {
+  return {.keyword = keyword,
+          .handler = HANDLE_EITHER,
+          .code = code,
+          .setting = setting,
+          .slot = option,
+          .spelling = spelling.empty() ? keyword : spelling};
+}
+constexpr KeywordRow parameter(std::string_view keyword, std::size_t par, KeywordOperand value) {
+  return {.keyword = keyword, .handler = HANDLE_PARAMETER, .operand = value, .slot = par, .spelling = keyword};
+}
+constexpr KeywordRow part(std::string_view keyword) { return {.keyword = keyword, .handler = HANDLE_PART}; }
+
 // clang-format off
-constexpr std::array<KeywordRow, 73> kKeywords{{
-    // keyword               handler           operand               code  setting             from  slot  stored as
-    {"BI_Z",                HANDLE_SIGNAL,    OPERAND_NONE,          53},
-    {"CARRY_PIN_DIRECTION", HANDLE_PARAMETER, VALUE_ON_OFF,           0, SETTING_NONE,          0,   0},
-    {"CASE_SENSITIVE",      HANDLE_PARAMETER, VALUE_ON_OFF,           0, SETTING_NONE,          0,  13},
-    {"CLK",                 HANDLE_SIGNAL,    OPERAND_CLOCK,         39},
-    {"CRIT",                HANDLE_SIGNAL,    OPERAND_NONE,          34},
-    {"EAP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         46},
-    {"ECP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         45},
-    {"EFFORT",              HANDLE_PARAMETER, VALUE_EFFORT,           0, SETTING_NONE,          0,   1},
-    {"ELP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         47},
-    {"ENP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         49},
-    {"ETP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         48},
-    {"EXTENDED_ROUTE",      HANDLE_PARAMETER, VALUE_ON_OFF,           0, SETTING_NONE,          0,   7},
-    {"FIX_TO_ASSIGNED_PIN", HANDLE_PARAMETER, VALUE_ON_OFF,           0, SETTING_NONE,          0,   3},
-    {"GROUP",               HANDLE_SIGNAL,    OPERAND_VALUE,         50},
-    {"IGNORE_FIXED_PIN",    HANDLE_PARAMETER, VALUE_ON_OFF,           0, SETTING_NONE,          0,   2},
-    {"ISP",                 HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,  13},
-    {"ISP_EXCEPT_Y2",       HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,  14},
-    {"LOC",                 HANDLE_SIGNAL,    OPERAND_VALUE,         51},
-    {"LOCK",                HANDLE_SIGNAL,    OPERAND_VALUE,         51},
-    {"LOWPOWER",            HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,   6, "POWER"},
-    {"LXOR2",               HANDLE_SIGNAL,    OPERAND_NONE,          35},
-    {"MAX_GLB_IN",          HANDLE_PARAMETER, VALUE_FAN_IN,           0, SETTING_NONE,          0,   5},
-    {"MAX_GLB_OUT",         HANDLE_PARAMETER, VALUE_FAN_OUT,          0, SETTING_NONE,          0,   6},
-    {"OPENDRAIN",           HANDLE_EITHER,    OPERAND_NONE,           1, SETTING_ON_OFF,       21,   1},
-    {"OPENDRAIN=OFF",       HANDLE_SIGNAL,    OPERAND_NONE,          22},
-    {"OPENDRAIN=ON",        HANDLE_SIGNAL,    OPERAND_NONE,          21},
-    {"OSMBYPASS",           HANDLE_SIGNAL,    OPERAND_NONE,          34}, // shares CRIT's code
-    {"OUTDELAY",            HANDLE_EITHER,    OPERAND_NONE,           5, SETTING_ON_OFF,       30,   5},
-    {"OUTDELAY=OFF",        HANDLE_SIGNAL,    OPERAND_NONE,          31},
-    {"OUTDELAY=ON",         HANDLE_SIGNAL,    OPERAND_NONE,          30},
-    {"OUTPUT_FORM",         HANDLE_PARAMETER, VALUE_FORMS},
-    {"PARAM_FILE",          HANDLE_PARAMETER, VALUE_FILE,             0, SETTING_NONE,          0,   8},
-    {"PART",                HANDLE_PART},
-    {"PIN_FILE",            HANDLE_PARAMETER, VALUE_FILE,             0, SETTING_NONE,          0,  11},
-    {"POWER",               HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,   6},
-    {"POWER_DOWN",          HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,  10},
-    {"PRESERVE",            HANDLE_SIGNAL,    OPERAND_NONE,          36},
-    {"PROTECT",             HANDLE_SIGNAL,    OPERAND_NONE,          37},
-    {"PTSABYPASS",          HANDLE_SIGNAL,    OPERAND_PATHS,         45}, // shares ECP's code
-    {"PULL",                HANDLE_EITHER,    OPERAND_NONE,           4, SETTING_UP_OFF_HOLD,  27,   4},
-    {"PULL=HOLD",           HANDLE_SIGNAL,    OPERAND_NONE,          29},
-    {"PULL=OFF",            HANDLE_SIGNAL,    OPERAND_NONE,          28},
-    {"PULL=UP",             HANDLE_SIGNAL,    OPERAND_NONE,          27},
-    {"PULLUP",              HANDLE_EITHER,    OPERAND_NONE,           3, SETTING_ON_OFF,       25,   3},
-    {"PULLUP=OFF",          HANDLE_SIGNAL,    OPERAND_NONE,          26},
-    {"PULLUP=ON",           HANDLE_SIGNAL,    OPERAND_NONE,          25},
-    {"PULL_UP",             HANDLE_EITHER,    OPERAND_NONE,           3, SETTING_ON_OFF,       25,   3, "PULLUP"},
-    {"REDUCE_LEVEL",        HANDLE_PARAMETER, VALUE_ON_OFF,           0, SETTING_NONE,          0,  14},
-    {"REGTYPE",             HANDLE_SIGNAL,    OPERAND_VALUE,         38},
-    {"RESERVE_PIN",         HANDLE_SIGNAL,    OPERAND_NONE,          53},
-    {"ROUTING_PIN_FILE",    HANDLE_PARAMETER, VALUE_FILE,             0, SETTING_NONE,          0,   4},
-    {"SAP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         41},
-    {"SCP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         40},
-    {"SECURITY",            HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,   0},
-    {"SLEWRATE",            HANDLE_EITHER,    OPERAND_NONE,           2, SETTING_NONE,          0,   2},
-    {"SLEWRATE=OFF",        HANDLE_SIGNAL,    OPERAND_NONE,          24},
-    {"SLEWRATE=ON",         HANDLE_SIGNAL,    OPERAND_NONE,          23},
-    {"SLOWSLEW",            HANDLE_EITHER,    OPERAND_NONE,           2, SETTING_ON_OFF,       23,   2},
-    {"SLOWSLEW=OFF",        HANDLE_SIGNAL,    OPERAND_NONE,          24},
-    {"SLOWSLEW=ON",         HANDLE_SIGNAL,    OPERAND_NONE,          23},
-    {"SLP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         42},
-    {"SNP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         44},
-    {"STP",                 HANDLE_SIGNAL,    OPERAND_PATHS,         43},
-    {"STRATEGY",            HANDLE_PARAMETER, VALUE_STRATEGY,         0, SETTING_NONE,          0,   9},
-    {"TIMING_ANALYZER",     HANDLE_PARAMETER, VALUE_ON_OFF_VERBOSE,   0, SETTING_NONE,          0,  15},
-    {"TIMING_FILE",         HANDLE_PARAMETER, VALUE_FILE,             0, SETTING_NONE,          0,  10},
-    {"TOE_AS_IO",           HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,  12},
-    {"USE_GLOBAL_RESET",    HANDLE_PARAMETER, VALUE_ON_OFF,           0, SETTING_NONE,          0,  12},
-    {"VOLTAGE",             HANDLE_VOLTAGE,   OPERAND_NONE,          20},
-    {"VOLTAGE=VCC",         HANDLE_SIGNAL,    OPERAND_NONE,          33},
-    {"VOLTAGE=VVCIO",       HANDLE_SIGNAL,    OPERAND_NONE,          32},
-    {"Y1_AS_RESET",         HANDLE_SWITCH,    OPERAND_NONE,           0, SETTING_NONE,          0,  11},
-    {"ZDOT",                HANDLE_SIGNAL,    OPERAND_NONE,          52},
-}};
+constexpr auto kKeywords = std::to_array<KeywordRow>({
+    attribute("BI_Z", CODE_RESERVE_PIN),
+    parameter("CARRY_PIN_DIRECTION", 0, VALUE_ON_OFF),
+    parameter("CASE_SENSITIVE", 13, VALUE_ON_OFF),
+    attribute("CLK", CODE_CLK, OPERAND_CLOCK),
+    attribute("CRIT", CODE_CRIT),
+    attribute("EAP", CODE_EAP, OPERAND_PATHS),
+    attribute("ECP", CODE_ECP, OPERAND_PATHS),
+    parameter("EFFORT", 1, VALUE_EFFORT),
+    attribute("ELP", CODE_ELP, OPERAND_PATHS),
+    attribute("ENP", CODE_ENP, OPERAND_PATHS),
+    attribute("ETP", CODE_ETP, OPERAND_PATHS),
+    parameter("EXTENDED_ROUTE", 7, VALUE_ON_OFF),
+    parameter("FIX_TO_ASSIGNED_PIN", 3, VALUE_ON_OFF),
+    attribute("GROUP", CODE_GROUP, OPERAND_VALUE),
+    parameter("IGNORE_FIXED_PIN", 2, VALUE_ON_OFF),
+    device_switch("ISP", 13),
+    device_switch("ISP_EXCEPT_Y2", 14),
+    attribute("LOC", CODE_LOCK, OPERAND_VALUE),
+    attribute("LOCK", CODE_LOCK, OPERAND_VALUE),
+    device_switch("LOWPOWER", 6, "POWER"),
+    attribute("LXOR2", CODE_LXOR2),
+    parameter("MAX_GLB_IN", 5, VALUE_FAN_IN),
+    parameter("MAX_GLB_OUT", 6, VALUE_FAN_OUT),
+    either("OPENDRAIN", 1, CODE_OPENDRAIN, SETTING_ON_OFF),
+    attribute("OPENDRAIN=OFF", CODE_OPENDRAIN_OFF),
+    attribute("OPENDRAIN=ON", CODE_OPENDRAIN_ON),
+    attribute("OSMBYPASS", CODE_CRIT), // shares CRIT's code
+    either("OUTDELAY", 5, CODE_OUTDELAY, SETTING_ON_OFF),
+    attribute("OUTDELAY=OFF", CODE_OUTDELAY_OFF),
+    attribute("OUTDELAY=ON", CODE_OUTDELAY_ON),
+    parameter("OUTPUT_FORM", 0, VALUE_FORMS),
+    parameter("PARAM_FILE", 8, VALUE_FILE),
+    part("PART"),
+    parameter("PIN_FILE", 11, VALUE_FILE),
+    device_switch("POWER", 6),
+    device_switch("POWER_DOWN", 10),
+    attribute("PRESERVE", CODE_PRESERVE),
+    attribute("PROTECT", CODE_PROTECT),
+    attribute("PTSABYPASS", CODE_ECP, OPERAND_PATHS), // shares ECP's code
+    either("PULL", 4, CODE_PULL, SETTING_UP_OFF_HOLD),
+    attribute("PULL=HOLD", CODE_PULL_HOLD),
+    attribute("PULL=OFF", CODE_PULL_OFF),
+    attribute("PULL=UP", CODE_PULL_UP),
+    either("PULLUP", 3, CODE_PULLUP, SETTING_ON_OFF),
+    attribute("PULLUP=OFF", CODE_PULLUP_OFF),
+    attribute("PULLUP=ON", CODE_PULLUP_ON),
+    either("PULL_UP", 3, CODE_PULLUP, SETTING_ON_OFF, "PULLUP"),
+    parameter("REDUCE_LEVEL", 14, VALUE_ON_OFF),
+    attribute("REGTYPE", CODE_REGTYPE, OPERAND_VALUE),
+    attribute("RESERVE_PIN", CODE_RESERVE_PIN),
+    parameter("ROUTING_PIN_FILE", 4, VALUE_FILE),
+    attribute("SAP", CODE_SAP, OPERAND_PATHS),
+    attribute("SCP", CODE_SCP, OPERAND_PATHS),
+    device_switch("SECURITY", 0),
+    either("SLEWRATE", 2, CODE_SLOWSLEW, SETTING_NONE),
+    attribute("SLEWRATE=OFF", CODE_SLEW_FAST),
+    attribute("SLEWRATE=ON", CODE_SLEW_SLOW),
+    either("SLOWSLEW", 2, CODE_SLOWSLEW, SETTING_ON_OFF),
+    attribute("SLOWSLEW=OFF", CODE_SLEW_FAST),
+    attribute("SLOWSLEW=ON", CODE_SLEW_SLOW),
+    attribute("SLP", CODE_SLP, OPERAND_PATHS),
+    attribute("SNP", CODE_SNP, OPERAND_PATHS),
+    attribute("STP", CODE_STP, OPERAND_PATHS),
+    parameter("STRATEGY", 9, VALUE_STRATEGY),
+    parameter("TIMING_ANALYZER", 15, VALUE_ON_OFF_VERBOSE),
+    parameter("TIMING_FILE", 10, VALUE_FILE),
+    device_switch("TOE_AS_IO", 12),
+    parameter("USE_GLOBAL_RESET", 12, VALUE_ON_OFF),
+    voltage("VOLTAGE"),
+    attribute("VOLTAGE=VCC", CODE_VOLTAGE_VCC),
+    attribute("VOLTAGE=VVCIO", CODE_VOLTAGE_VVCIO),
+    device_switch("Y1_AS_RESET", 11),
+    attribute("ZDOT", CODE_ZDOT),
+});
 // clang-format on
 
 constexpr bool is_before(const KeywordRow &a, const KeywordRow &b) { return a.keyword < b.keyword; }
@@ -113,35 +135,6 @@ std::span<const std::string_view> setting_values(KeywordSetting setting) {
   case SETTING_UP_OFF_HOLD: return kUpOffHold;
   default: return {};
   }
-}
-
-void warn_of_extra_words(const PropertyStatement &statement, std::string_view text) {
-  if (text.empty()) return;
-  report_warning(31530, "Attribute specification '%s' has too many parameters; extra parameter(s) '%s' is ignored",
-                 statement.text.c_str(), shown(text).c_str());
-}
-
-void warn_of_missing_signal(const PropertyStatement &statement) {
-  report_warning(31531, "Pin/node is not specified in attribute specification '%s'; attribute '%s' is ignored",
-                 statement.text.c_str(), statement.keyword.c_str());
-}
-
-void warn_of_bad_value(const PropertyStatement &statement, std::string_view value) {
-  report_warning(31526, "Attribute value '%s' is invalid in attribute '%s'; attribute '%s' is ignored",
-                 shown(value).c_str(), statement.keyword.c_str(), statement.keyword.c_str());
-}
-
-void warn_of_no_on_off(const PropertyStatement &statement, std::string_view value) {
-  report_warning(
-      31533,
-      "Attribute value '%s' is not recognized in attribute specification '%s', valid value is either 'ON' or "
-      "'OFF'; attribute specification '%s' is ignored",
-      shown(value).c_str(), statement.text.c_str(), statement.text.c_str());
-}
-
-void warn_of_repetition(const PropertyStatement &statement) {
-  report_warning(31655, "Attribute '%s' is re-declared; repeated attribute specification '%s' is ignored",
-                 statement.keyword.c_str(), statement.text.c_str());
 }
 
 } // namespace cubenet

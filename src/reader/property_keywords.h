@@ -1,12 +1,12 @@
-// The attribute keywords, a row each, and the handlers that the rows choose from.
+// The attribute keywords, a row each.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 
-#include "reader/reader_state.h"
+#include "model/attributes.h"
 
 namespace cubenet {
 
@@ -42,45 +42,16 @@ struct KeywordRow {
   std::string_view keyword; // upper case
   KeywordHandler handler;
   KeywordOperand operand = OPERAND_NONE;
-  int code = 0; // attribute code, without a setting
+  AttributeCode code = CODE_NONE; // of an attribute without a setting
   KeywordSetting setting = SETTING_NONE;
-  int setting_code = 0;         // code of the first setting; the others follow it
-  int slot = 0;                 // index into option or par
-  std::string_view stored_as{}; // spelling in the option text where that is another one
+  std::size_t slot = 0;        // of a switch: into DesignHeader::option; of a parameter: into Design::par
+  std::string_view spelling{}; // of a switch or parameter: in that text
 };
 
 std::span<const KeywordRow> keyword_rows();
 const KeywordRow *find_keyword(std::string_view keyword); // in any case; nullptr: not known
 
-// The settings of that kind, in the order of their codes.
+// The settings of that kind.
 std::span<const std::string_view> setting_values(KeywordSetting setting);
-
-// One statement, for the handlers and for messages.
-struct PropertyStatement {
-  const KeywordRow &row;
-  std::string keyword;   // as written
-  std::string text;      // the whole statement, cut to kTextLimit
-  std::string_view rest; // behind the keyword
-};
-
-void read_signal_attribute(ReaderState &state, const PropertyStatement &statement);
-void read_voltage(ReaderState &state, const PropertyStatement &statement);
-void read_switch(ReaderState &state, const PropertyStatement &statement);
-void read_parameter(ReaderState &state, const PropertyStatement &statement);
-
-// True when the value is all that a HANDLE_EITHER keyword needs to be a switch.
-bool is_switch_value(const KeywordRow &row, std::string_view value);
-
-// The signal of an attribute: taken off the front of `text` with its first checks, then split into name and extension
-// with the others. Both report what is wrong.
-[[nodiscard]] bool take_signal(const PropertyStatement &statement, std::string_view &text, std::string_view &word);
-[[nodiscard]] bool split_signal(const PropertyStatement &statement, std::string_view word, Property &property);
-
-// Warnings that several handlers share.
-void warn_of_extra_words(const PropertyStatement &statement, std::string_view text);
-void warn_of_missing_signal(const PropertyStatement &statement);
-void warn_of_bad_value(const PropertyStatement &statement, std::string_view value);
-void warn_of_no_on_off(const PropertyStatement &statement, std::string_view value);
-void warn_of_repetition(const PropertyStatement &statement);
 
 } // namespace cubenet

@@ -5,11 +5,12 @@
 
 #include "model/run_settings.h"
 #include "reader/cube_parser.h"
+#include "reader/header_lines.h"
 #include "reader/line_reader.h"
-#include "reader/line_readers.h"
 #include "reader/macros.h"
 #include "reader/part_selection.h"
 #include "reader/reader.h"
+#include "reader/statements.h"
 #include "reader/tokens.h"
 #include "report/console.h"
 #include "report/messages.h"

@@ -1,11 +1,9 @@
 // Attributes of one signal: "keyword [=setting] signal[.extension] operands". Whatever is wrong drops the statement,
 // but its record is taken all the same, empty: the numbers of the others don't depend on it.
-#include <algorithm>
+#include "reader/signal_attributes.h"
 
-#include "model/attribute_codes.h"
 #include "model/clock_types.h"
 #include "model/names.h"
-#include "reader/property_keywords.h"
 #include "reader/tokens.h"
 #include "report/messages.h"
 
@@ -13,12 +11,11 @@ namespace cubenet {
 
 namespace {
 
-// The settings' codes follow each other in the order of their list.
 bool choose_setting(const PropertyStatement &statement, std::string_view value, int &code) {
-  code = statement.row.setting_code;
-  for (const std::string_view each : setting_values(statement.row.setting)) {
-    if (equal_ignoring_case(each, value)) return true;
-    code++;
+  const Attribute *const chosen = find_attribute(statement.row.spelling, upper_case(value));
+  if (chosen != nullptr && !chosen->setting.empty()) {
+    code = chosen->code;
+    return true;
   }
   if (statement.row.setting == SETTING_UP_OFF_HOLD)
     report_warning(31533,
@@ -139,7 +136,10 @@ bool check_single_value(const PropertyStatement &statement, const Token &single)
 
 bool parse_signal_attribute(const PropertyStatement &statement, Property &property) {
   std::string_view text = statement.rest;
-  if (text.empty()) return warn_of_missing_signal(statement), false;
+  if (text.empty()) {
+    warn_of_missing_signal(statement);
+    return false;
+  }
   if (!take_setting(statement, text, property.attr_name)) return false;
   std::string_view signal;
   if (!take_signal(statement, text, signal)) return false;
@@ -152,44 +152,6 @@ bool parse_signal_attribute(const PropertyStatement &statement, Property &proper
 }
 
 } // namespace
-
-bool take_signal(const PropertyStatement &statement, std::string_view &text, std::string_view &word) {
-  Token token;
-  if (!next_token(text, token)) return warn_of_missing_signal(statement), false;
-  word = token.text;
-  const std::string signal = shown(word);
-  if (word.size() >= kShownLimit)
-    report_warning(31536, "Signal '%s' is too long; attribute '%s' is ignored", signal.c_str(),
-                   statement.keyword.c_str());
-  else if (token.illegal[0] != 0)
-    report_warning(31532,
-                   "Signal '%s' contains illegal character '%s', signal '%s' is invalid; attribute '%s' is ignored",
-                   signal.c_str(), token.illegal.data(), signal.c_str(), statement.keyword.c_str());
-  else
-    return true;
-  return false;
-}
-
-bool split_signal(const PropertyStatement &statement, std::string_view word, Property &property) {
-  const std::size_t sign = word.find_first_of("+-:");
-  const std::string name(word.substr(0, sign));
-  if (sign != std::string_view::npos && word[sign] == ':') {
-    const std::string whole(word);
-    report_warning(31532,
-                   "Signal '%s' contains illegal character ':', signal '%s' is invalid; attribute '%s' is ignored",
-                   whole.c_str(), whole.c_str(), statement.keyword.c_str());
-    return false;
-  }
-  if (sign != std::string_view::npos)
-    report_warning(31540,
-                   "Signal '%s' is followed by '+' or '-' sign in attribute '%s'; '+' or '-' sign with signal '%s' is "
-                   "ignored",
-                   name.c_str(), statement.keyword.c_str(), name.c_str());
-  const std::size_t dot = std::min(name.find('.'), name.size());
-  property.pin_node_name = name.substr(0, dot);
-  property.pi_node_ext = upper_case(std::string_view(name).substr(std::min(dot + 1, name.size())));
-  return true;
-}
 
 void read_signal_attribute(ReaderState &state, const PropertyStatement &statement) {
   Property property;

@@ -1,9 +1,10 @@
 // Attribute statements: pin and node lists, macros, device, module name, title and properties.
+#include "reader/statements.h"
+
 #include <algorithm>
 #include <array>
 
 #include "model/names.h"
-#include "reader/line_readers.h"
 #include "reader/lists.h"
 #include "reader/macros.h"
 #include "reader/properties.h"

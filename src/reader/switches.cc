@@ -1,11 +1,11 @@
 // Device-wide switches, fitter parameters and voltages. A slot that is set keeps its first value.
+#include "reader/switches.h"
+
 #include <algorithm>
 #include <array>
 #include <climits>
 
-#include "model/attribute_codes.h"
 #include "model/names.h"
-#include "reader/property_keywords.h"
 #include "reader/tokens.h"
 #include "report/messages.h"
 
@@ -40,8 +40,8 @@ constexpr std::array<SlotWord, 8> kOutputForms{{{"EDIF", 16},
 
 // The code of a level; CODE_NONE when it is none.
 int voltage_code(std::string_view level) {
-  if (equal_ignoring_case(level, "VCC")) return CODE_VOLTAGE_VCC;
-  return equal_ignoring_case(level, "VVCIO") ? CODE_VOLTAGE_VVCIO : CODE_NONE;
+  const Attribute *const row = level.empty() ? nullptr : find_attribute("VOLTAGE", upper_case(level));
+  return row != nullptr ? row->code : CODE_NONE;
 }
 
 // A whole word of digits that is a number in the range.
@@ -103,7 +103,10 @@ bool parse_signal_voltage(const PropertyStatement &statement, Property &property
   if (!take_signal(statement, text, signal)) return false;
   Token level;
   property.attr_name = next_token(text, level) ? voltage_code(level.text) : CODE_VOLTAGE;
-  if (property.attr_name == CODE_NONE) return warn_of_bad_value(statement, level.text), false;
+  if (property.attr_name == CODE_NONE) {
+    warn_of_bad_value(statement, level.text);
+    return false;
+  }
   warn_of_extra_words(statement, text);
   return split_signal(statement, signal, property);
 }
@@ -116,21 +119,20 @@ bool is_switch_value(const KeywordRow &row, std::string_view value) {
 }
 
 void read_switch(ReaderState &state, const PropertyStatement &statement) {
-  std::string &option = state.design.header.option[static_cast<std::size_t>(statement.row.slot)];
+  std::string &option = state.design.header.option[statement.row.slot];
   if (!option.empty()) return warn_of_repetition(statement);
   std::string_view text = statement.rest;
   Token value;
   if (!next_token(text, value)) return refuse_missing_value(statement);
   if (!is_pull(statement.row) && !is_one_of(value.text, "ON", "OFF")) return warn_of_no_on_off(statement, value.text);
-  const std::string_view keyword = statement.row.stored_as.empty() ? statement.row.keyword : statement.row.stored_as;
-  option = std::string(keyword).append(" ").append(value.text);
+  option = std::string(statement.row.spelling).append(" ").append(value.text);
   warn_of_extra_words(statement, text);
 }
 
 void read_parameter(ReaderState &state, const PropertyStatement &statement) {
   const KeywordRow &row = statement.row;
   const bool has_forms = row.operand == VALUE_FORMS;
-  std::string &par = state.design.par[static_cast<std::size_t>(row.slot)];
+  std::string &par = state.design.par[row.slot];
   if (!has_forms && !par.empty()) return warn_of_repetition(statement);
   std::string_view text = statement.rest;
   Token value;
@@ -140,7 +142,7 @@ void read_parameter(ReaderState &state, const PropertyStatement &statement) {
   if (has_forms) return read_output_forms(state, statement);
   if (!next_token(text, value) || !is_valid_value(row.operand, value.text))
     return warn_of_bad_value(statement, value.text);
-  par = std::string(row.keyword).append(" ");
+  par = std::string(row.spelling).append(" ");
   par += row.operand == VALUE_FILE ? std::string(value.text) : upper_case(value.text);
   warn_of_extra_words(statement, text);
 }

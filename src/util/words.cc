@@ -10,7 +10,7 @@ char *scan = nullptr; // where the next token starts; none when the text is used
 
 } // namespace
 
-char *next_token(char *text) {
+char *next_word(char *text) {
   if (text != nullptr) scan = text;
   char *const token = scan;
   if (token == nullptr) return nullptr;
@@ -24,7 +24,7 @@ std::size_t split_words(char *text, std::vector<char *> &words) {
   constexpr std::size_t kFirstRoom = 10; // doubles when full
   words.clear();
   words.reserve(kFirstRoom);
-  for (char *word = next_token(text); word != nullptr; word = next_token(nullptr)) words.push_back(word);
+  for (char *word = next_word(text); word != nullptr; word = next_word(nullptr)) words.push_back(word);
   return words.size();
 }
 

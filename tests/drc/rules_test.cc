@@ -4,7 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "drc/cases.h"
-#include "drc/check_design.h"
+#include "drc/list_rules.h"
+#include "drc/signal_rules.h"
 #include "model/names.h"
 #include "model/run_settings.h"
 #include "support/capture.h"

@@ -10,6 +10,7 @@
 #include "drc/check_design.h"
 #include "model/names.h"
 #include "reader/property_keywords.h"
+#include "reader/switches.h"
 #include "reader/reading.h"
 #include "support/capture.h"
 #include "support/temp_dir.h"

@@ -30,10 +30,10 @@ TEST(Words, EverySingleSpaceSeparatesTwoWords) {
 
 TEST(Words, ANewTextStartsANewScan) {
   std::string first = "a b", second = "c";
-  EXPECT_STREQ(next_token(first.data()), "a");
-  EXPECT_STREQ(next_token(second.data()), "c");
-  EXPECT_EQ(next_token(nullptr), nullptr);
-  EXPECT_EQ(next_token(nullptr), nullptr);
+  EXPECT_STREQ(next_word(first.data()), "a");
+  EXPECT_STREQ(next_word(second.data()), "c");
+  EXPECT_EQ(next_word(nullptr), nullptr);
+  EXPECT_EQ(next_word(nullptr), nullptr);
 }
 
 TEST(GrowingString, GrowsToTwiceTheJoinedLengthAndTwo) {

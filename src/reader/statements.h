@@ -1,4 +1,4 @@
-// The readers of single lines: attribute statements ("#$ KEYWORD ...") and header lines (".keyword ...").
+// Attribute statements: comment lines of the form "#$ KEYWORD ...".
 #pragma once
 
 #include <string_view>
@@ -10,8 +10,5 @@ namespace cubenet {
 // A comment line. It is a statement when the second character of its first word is '$'; any other is skipped, as is an
 // unknown keyword.
 void read_comment_line(ReaderState &state, std::string_view line);
-
-// A line that begins with '.'. Unknown keywords are skipped.
-void read_header_line(ReaderState &state, std::string_view line);
 
 } // namespace cubenet
