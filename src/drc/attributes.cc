@@ -147,11 +147,16 @@ int check_attributes(Design &design) {
       continue;
     }
     const std::string &name = signal_name(design, signal);
-    AttributeCase given{design, outputs,
-                        inputs, property,
-                        *row,   attribute_name(*row),
-                        signal, extension_code(property.pi_node_ext),
-                        name,   display_name(name, property.pi_node_ext)};
+    AttributeCase given{.design = design,
+                        .outputs = outputs,
+                        .inputs = inputs,
+                        .property = property,
+                        .attribute = *row,
+                        .attribute_name = attribute_name(*row),
+                        .signal = signal,
+                        .extension = extension_code(property.pi_node_ext),
+                        .name = name,
+                        .shown = display_name(name, property.pi_node_ext)};
     judge_attribute(given);
     if (given.failed) failed = 1;
   }

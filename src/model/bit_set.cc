@@ -10,12 +10,4 @@ BitSet make_empty_set(std::size_t bits) {
   return set;
 }
 
-BitSet make_full_set(std::size_t bits) {
-  BitSet set = make_empty_set(bits);
-  for (std::size_t word = 1; word < set.words.size(); word++) set.words[word] = ~0U;
-  if (bits == 0) set.words.back() = 0;
-  if (bits % 32 != 0) set.words.back() >>= 32 - bits % 32;
-  return set;
-}
-
 } // namespace cubenet

@@ -16,7 +16,6 @@ struct BitSet {
 };
 
 BitSet make_empty_set(std::size_t bits);
-BitSet make_full_set(std::size_t bits); // the unused positions of the last word are 0
 
 // A bit beyond the end of the set is not in it.
 inline bool test_bit(const BitSet &set, std::size_t bit) {
@@ -25,7 +24,6 @@ inline bool test_bit(const BitSet &set, std::size_t bit) {
 }
 // The set must be long enough for the bit.
 inline void set_bit(BitSet &set, std::size_t bit) { set.words[1 + bit / 32] |= 1U << (bit % 32); }
-inline void clear_bit(BitSet &set, std::size_t bit) { set.words[1 + bit / 32] &= ~(1U << (bit % 32)); }
 inline void flip_bit(BitSet &set, std::size_t bit) { set.words[1 + bit / 32] ^= 1U << (bit % 32); }
 
 } // namespace cubenet

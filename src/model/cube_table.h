@@ -56,11 +56,6 @@ inline Literal literal_at(const std::uint32_t *row, std::size_t input) {
   return static_cast<Literal>(row[1 + input / 16] >> (2 * (input % 16)) & 3U);
 }
 
-inline bool drives_output(const CubeTable &table, const std::uint32_t *row, std::size_t output) {
-  const std::size_t bit = 2 * table.inputs + output;
-  return (row[1 + bit / 32] >> (bit % 32) & 1U) != 0;
-}
-
 // The literals of 16 inputs as a mask: bit 2k is set when input k of the word has exactly one of its two bits set. The
 // last input word may hold output bits; `mask` (from input_word_mask) cuts them off.
 inline std::uint32_t literal_mask(std::uint32_t word, std::uint32_t mask) { return (word ^ (word >> 1)) & mask; }

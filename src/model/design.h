@@ -163,9 +163,6 @@ inline SignalIndex signal_count(const Design &design) {
   return static_cast<SignalIndex>(design.pin_names.size() + design.node_names.size());
 }
 inline bool is_pin(const Design &design, SignalIndex signal) { return signal < pin_count(design); }
-inline SignalIndex node_signal(const Design &design, std::size_t node) {
-  return static_cast<SignalIndex>(design.pin_names.size() + node);
-}
 inline const std::string &signal_name(const Design &design, SignalIndex signal) {
   const auto at = static_cast<std::size_t>(signal);
   return is_pin(design, signal) ? design.pin_names[at] : design.node_names[at - design.pin_names.size()];

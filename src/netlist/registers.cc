@@ -19,7 +19,7 @@ struct Storage {
   NetIndex reset;  // kNone: none
   NetIndex preset; // kNone: none
   bool clock_enable;
-  bool toggle_primitive;
+  bool toggle_primitive = false;
   NetIndex data = kNone; // what the storage element takes over
 };
 
@@ -51,14 +51,13 @@ std::string_view q_suffix(const SignalMapper &mapper) {
 Storage make_storage(SignalMapper &mapper) {
   const int series = mapper.design.device_series;
   const bool toggle = has(mapper, EXT_T) || has(mapper, EXT_TX1);
-  Storage storage{mapper,
-                  series < 2,
-                  is_inverted(mapper),
-                  net_of(mapper, q_suffix(mapper)),
-                  either_net(mapper, EXT_AR, "_AR", EXT_RE, "_RE"),
-                  either_net(mapper, EXT_AP, "_AP", EXT_PR, "_PR"),
-                  has(mapper, EXT_CE),
-                  false};
+  Storage storage{.mapper = mapper,
+                  .low_series = series < 2,
+                  .inverted = is_inverted(mapper),
+                  .q = net_of(mapper, q_suffix(mapper)),
+                  .reset = either_net(mapper, EXT_AR, "_AR", EXT_RE, "_RE"),
+                  .preset = either_net(mapper, EXT_AP, "_AP", EXT_PR, "_PR"),
+                  .clock_enable = has(mapper, EXT_CE)};
   const bool asynchronous = storage.reset != kNone || storage.preset != kNone;
   storage.toggle_primitive = toggle && series == 5 && asynchronous && !storage.clock_enable;
   return storage;

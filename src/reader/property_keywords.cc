@@ -127,14 +127,4 @@ const KeywordRow *find_keyword(std::string_view keyword) {
   return row != kKeywords.end() && row->keyword == upper ? row : nullptr;
 }
 
-std::span<const std::string_view> setting_values(KeywordSetting setting) {
-  static constexpr std::array<std::string_view, 2> kOnOff{"ON", "OFF"};
-  static constexpr std::array<std::string_view, 3> kUpOffHold{"UP", "OFF", "HOLD"};
-  switch (setting) {
-  case SETTING_ON_OFF: return kOnOff;
-  case SETTING_UP_OFF_HOLD: return kUpOffHold;
-  default: return {};
-  }
-}
-
 } // namespace cubenet

@@ -51,7 +51,4 @@ struct KeywordRow {
 std::span<const KeywordRow> keyword_rows();
 const KeywordRow *find_keyword(std::string_view keyword); // in any case; nullptr: not known
 
-// The settings of that kind.
-std::span<const std::string_view> setting_values(KeywordSetting setting);
-
 } // namespace cubenet

@@ -55,8 +55,8 @@ void print(const std::string &line) {
   log_text += line;
 }
 
-bool is_withheld(const GrowingString &wrapped) {
-  return withheld != nullptr && hash_lookup(withheld, {.text = wrapped.text}, nullptr);
+bool is_withheld(const std::string &wrapped) {
+  return withheld != nullptr && hash_lookup(withheld, {.text = wrapped.c_str()}, nullptr);
 }
 
 // Runs of tabs and line ends become one space.
@@ -131,12 +131,9 @@ void report(const Reporter &reporter, int number, const char *format, std::va_li
     __attribute__((format(printf, 3, 0)));
 void report(const Reporter &reporter, int number, const char *format, std::va_list values) {
   if (suppressed || !format_message(format, values)) return;
-  Layout wrapped{.room = kWidth - std::strlen(reporter.room)};
-  lay_out(wrapped, message_text);
-  if (is_withheld(wrapped.text)) return;
-  std::string line = std::to_string(number);
-  line.append(" ").append(reporter.label).append(": ").append(view(wrapped.text)).append("\n");
-  print(line);
+  const std::string wrapped = wrap_message(message_text, reporter.room);
+  if (is_withheld(wrapped)) return;
+  print(std::to_string(number) + " " + reporter.label + ": " + wrapped + "\n");
 }
 
 void start(const std::string &program, OpenFor use, bool with_table) {
@@ -181,11 +178,10 @@ void print_line(const char *format, ...) {
   const bool formatted = format_message(format, values);
   va_end(values);
   if (!formatted) return;
-  Layout wrapped{.room = kWidth};
-  lay_out(wrapped, message_text);
+  const std::string wrapped = wrap_message(message_text, "");
   // The blank line, two spaces once wrapped, is never withheld.
-  if (view(wrapped.text) != "  " && is_withheld(wrapped.text)) return;
-  print(std::string(view(wrapped.text)) + "\n");
+  if (wrapped != "  " && is_withheld(wrapped)) return;
+  print(wrapped + "\n");
   if (log_descriptor >= 0) write_log(); // plain lines tell the progress: whoever watches the log sees it
 }
 

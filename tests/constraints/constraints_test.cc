@@ -77,7 +77,12 @@ TEST(Constraints, OddFormsAreKept) {
       {[](Design &d) { d.xpins[1].outdelay = 31; }, "[OUTDELAY]\nOff=b;\n\n"},
       {[](Design &d) { d.ilb_attributes[1].ETP = "p"; }, "[Power]\nHigh = b;\n"},
       {[](Design &d) { d.xpins[0].opendrain = 22, d.xpins[1].voltage = 33; }, ""},
-      {[](Design &d) { d.node_glb = d.node_ioc = make_full_set(1); }, "[symbol/MODULE attribute]\nn=OFF,GLB;\n\n"},
+      {[](Design &d) {
+         d.node_ioc = make_empty_set(1);
+         set_bit(d.node_ioc, 0);
+         d.node_glb = d.node_ioc;
+       },
+       "[symbol/MODULE attribute]\nn=OFF,GLB;\n\n"},
   };
   for (const Row &row : rows) {
     Design design = make_design();

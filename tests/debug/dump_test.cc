@@ -26,7 +26,9 @@ TEST(Dump, EveryFieldIsListedUnderItsLabel) {
   d.ilb_attributes = {{1,  2,     3,     4,     5,     6,     7,     8,     9,     10,    11,    12,
                        13, "scp", "sap", "snp", "slp", "stp", "ecp", "eap", "enp", "elp", "etp", "grp"}};
   d.olb_attributes.resize(1), d.olb_attributes[0].ZDOT = 1;
-  d.pin_glb = d.node_ioc = make_full_set(1);
+  d.pin_glb = d.node_ioc = make_empty_set(1);
+  set_bit(d.pin_glb, 0);
+  set_bit(d.node_ioc, 0);
   d.paths = {{"path", {"a.PIN", 40}, {"n", 45}}};
   const std::uint32_t all_roles = (F_PR << 1) - 1;
   const std::uint32_t all_uses = F_IN | F_DIN | F_TIN | F_RIN | F_IO | F_NOD | F_FF | F_ILB | F_OB | F_NS | F_NR;

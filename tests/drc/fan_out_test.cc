@@ -50,7 +50,11 @@ struct PlainFanOut {
   PlainFanOut(const Design &design, const CubeTable &cubes, const std::vector<bool> &tristate_input,
               const std::vector<bool> &tristate_output) {
     const std::size_t inputs = design.ILB.size(), outputs = design.OLB.size(), terms = cubes.NUM_CUBES;
-    const auto drives = [&](std::size_t i, std::size_t j) { return drives_output(cubes, cube(cubes, i), j); };
+    const auto drives = [&](std::size_t i, std::size_t j) {
+      bool found = false;
+      for_each_output(cubes, cube(cubes, i), [&](std::size_t output) { found = found || output == j; });
+      return found;
+    };
     const auto has = [&](std::size_t i, std::size_t k) {
       const Literal literal = literal_at(cube(cubes, i), k);
       return literal == LITERAL_TRUE || literal == LITERAL_COMPLEMENT;

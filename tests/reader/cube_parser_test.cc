@@ -18,7 +18,8 @@ std::string show_row(const CubeTable &table, const std::uint32_t *row) {
   std::string text;
   for (std::size_t k = 0; k < table.inputs; k++) text += "?01-"[literal_at(row, k)];
   text += ' ';
-  for (std::size_t j = 0; j < table.outputs; j++) text += drives_output(table, row, j) ? '1' : '0';
+  text += std::string(table.outputs, '0');
+  for_each_output(table, row, [&](std::size_t j) { text[text.size() - table.outputs + j] = '1'; });
   return text;
 }
 
