@@ -1,5 +1,5 @@
 // Everything meant for the console goes through the host console: the standard streams here, the host's own console
-// library where the program runs inside one.
+// library where the program runs inside one. A run doesn't use the operations on streams.
 #pragma once
 
 #include <cstdio>

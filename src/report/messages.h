@@ -1,5 +1,6 @@
 // Numbered messages and plain lines: wrapped to 72 columns, written to the console and to the log. Every stage reports
-// through these functions; a message's number and text stand together at the call.
+// through these functions; a message's number and text stand together at the call. The starts with an empty log, the
+// switches and the table of withheld texts are for hosts: a run uses none of them.
 #pragma once
 
 #include <string>

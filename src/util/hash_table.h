@@ -1,5 +1,6 @@
 // A chained hash table from one-word keys (texts, integers or pointers) to one-word values. The table neither owns nor
-// copies keys and values.
+// copies keys and values. A run only looks texts up; the rest is for hosts that withhold
+// messages.
 #pragma once
 
 #include <cstdint>
