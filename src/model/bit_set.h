@@ -8,8 +8,11 @@
 
 namespace cubenet {
 
-// Words that a set of `bits` bits takes, the count word included; a set of no bits still has one data word.
-constexpr std::size_t bit_set_words(std::size_t bits) { return bits > 0 ? (bits - 1) / 32 + 2 : 2; }
+// Words that a set of `bits` bits takes, the count word included; a set of no bits still has one data word. A row of
+// the cube table may be announced with more bits than 32 bits count.
+constexpr std::size_t bit_set_words(std::uint64_t bits) {
+  return bits > 0 ? static_cast<std::size_t>((bits - 1) / 32 + 2) : 2;
+}
 
 struct BitSet {
   std::vector<std::uint32_t> words; // empty: the set was never made, and holds nothing

@@ -19,8 +19,7 @@ CubeTable::~CubeTable() { release_cubes(*this); }
 void set_cube_layout(CubeTable &table, std::size_t inputs, std::size_t outputs) {
   table.inputs = inputs;
   table.outputs = outputs;
-  table.bits_per_row = 2 * inputs + outputs;
-  table.words_per_row = bit_set_words(table.bits_per_row);
+  table.words_per_row = bit_set_words(std::uint64_t{2} * inputs + outputs);
 }
 
 void grow_cubes(CubeTable &table) {

@@ -16,8 +16,7 @@ enum Literal : std::uint32_t { LITERAL_EMPTY = 0, LITERAL_COMPLEMENT = 1, LITERA
 
 struct CubeTable {
   std::size_t inputs = 0;        // NI
-  std::size_t outputs = 0;       // NO
-  std::size_t bits_per_row = 0;  // 2*NI + NO; 0: the layout is not known yet
+  std::size_t outputs = 0;       // NO; 0: the layout is not known yet
   std::size_t words_per_row = 0; // count word included
   std::size_t capacity = 0;      // rows; starts at 10, grows to capacity + capacity/2 + 1
   std::size_t NUM_CUBES = 0;     // rows in use
@@ -31,6 +30,8 @@ struct CubeTable {
 
 // Gives the table its layout; takes no memory for rows. The table must hold no rows.
 void set_cube_layout(CubeTable &table, std::size_t inputs, std::size_t outputs);
+
+[[nodiscard]] inline bool has_layout(const CubeTable &table) { return table.outputs > 0; }
 
 void grow_cubes(CubeTable &table);
 

@@ -88,7 +88,7 @@ bool check_phase(const ReaderState &state, std::string_view text, std::string_vi
 
 bool read_phase_text(ReaderState &state, std::string_view text) {
   Token token;
-  if (state.cubes.bits_per_row == 0) {
+  if (!has_layout(state.cubes)) {
     report_error(31406, "PLA size must be declared before '.phase'");
   } else if (state.has_phase) {
     report_error(31407, "Line '.phase' is repeated in file '%s'", state.file_name);

@@ -58,7 +58,7 @@ bool read_cube(ReaderState &state, std::string_view line) {
 
 // A term that drives nothing is dropped without a message.
 void read_product_term(ReaderState &state, std::string_view line) {
-  if (state.cubes.bits_per_row == 0) {
+  if (!has_layout(state.cubes)) {
     report_error(31410, "PLA size must be declared before product term in file '%s'", state.file_name);
     state.failed = true;
   } else {
@@ -71,7 +71,7 @@ void read_product_term(ReaderState &state, std::string_view line) {
 // The usual spelling of a term, read at speed. False: the line is anything else.
 bool read_packed_term(ReaderState &state, std::string_view line) {
   CubeTable &cubes = state.cubes;
-  if (cubes.bits_per_row == 0 || line.size() < cubes.inputs + cubes.outputs) return false;
+  if (!has_layout(cubes) || line.size() < cubes.inputs + cubes.outputs) return false;
   bool drives = false;
   if (!parse_packed_term(line, cubes.inputs, cubes.outputs, next_raw_cube(cubes), drives)) return false;
   if (drives) cubes.NUM_CUBES++;

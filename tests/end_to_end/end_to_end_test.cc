@@ -7,7 +7,7 @@
 //   cubenet ARGS   runs the program; arguments are separated by single spaces
 // expected/ holds `console` (of all runs in a row), `log`, `status` (one exit status a line) and the other files that
 // the runs left. With CUBENET_RENEW=1 in the environment expected/ is rewritten instead (scripts/renew_cases does it
-// for all cases).
+// for all cases); CUBENET_PROGRAM there names another program to run (scripts/check_32_bits does).
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -31,6 +31,11 @@ namespace fs = std::filesystem;
 using cubenet::read_file;
 
 using Files = std::map<std::string, std::string>; // name, content
+
+const char *program() {
+  const char *const other = std::getenv("CUBENET_PROGRAM");
+  return other != nullptr ? other : CUBENET_PROGRAM;
+}
 
 const fs::path kCases = fs::path(PROJECT_DIR) / "tests/end_to_end/cases";
 
@@ -58,7 +63,7 @@ int run_program(std::vector<std::string> words, const fs::path &directory, const
   if (child == 0) {
     const int stream = open(console.c_str(), O_WRONLY | O_CREAT | O_APPEND, 0666);
     if (chdir(directory.c_str()) != 0 || dup2(stream, 1) < 0 || dup2(stream, 2) < 0) _exit(126);
-    execv(CUBENET_PROGRAM, arguments.data());
+    execv(program(), arguments.data());
     _exit(127);
   }
   int status = 0;
