@@ -56,13 +56,13 @@ inline std::string example_path(const std::string &name) {
   return PROJECT_DIR "/examples/" + name + "/" + name + ".tt2";
 }
 
-// Leaves the files in the directory. False when the design can't be translated so: parts of the other series have no
-// tristate buffer for node_oe.
+// Leaves the files in the directory. False when the design can't be translated so: the part that the mode asks for may
+// have no tristate buffer for node_oe.
 inline bool translate_example(const TempDir &dir, const std::string &name, const std::string &mode) {
   const Outcome translation =
       run("cd " + dir.path.string() + " && " CUBENET_PROGRAM " -i " + example_path(name) + " " + mode + " " + name);
   if (translation.status == 0) return true;
-  EXPECT_EQ(name, "node_oe") << mode << "\n" << translation.text;
+  EXPECT_TRUE(name == "node_oe" && mode.find("-p Tarvex5") != std::string::npos) << mode << "\n" << translation.text;
   return false;
 }
 
