@@ -82,7 +82,7 @@ std::string describe_attributes(const Design &design) {
 
 void check_cases(std::string_view script, std::string (*wrap)(std::string_view input)) {
   std::string input, messages, stored;
-  for (std::size_t at = 0, end = 0; at < script.size(); at = end + 1) {
+  for (std::size_t at = 0, end = 0; at <= script.size(); at = end + 1) {
     end = std::min(script.find('\n', at), script.size());
     const std::string line(script.substr(at, end - at));
     if (line.starts_with("! ")) messages += line.substr(2) + "\n";
