@@ -45,8 +45,9 @@ TEST(Constraints, EverySectionStandsInItsPlaceWithItsSeparators) {
   d.xpins[1] = {"", "", 0, 28, 30, 32, 24, 22};
   d.xpins[2] = {"", "", 34, 29, 31, 33, 23, 21};
   d.xpins[3] = {"", "", 0, 54, 0, 32, 0, 21};
-  d.name_values = {{"SLEW", "SLOW=u,v;w"},    {"PULL", "DOWN=q"}, {"slew", "SLOW=no"},         {"SLEW", "SLOW"},
-                   {"SLEW", "FAST extra=x;"}, {"PULL", "HOLD=h"}, {"IO_TYPES", "t=LVTTL,PIN"}, {"LOC", "t=pin,9,-,-;"}};
+  d.name_values = {
+      {"SLEW", "SLOW"},          {"SLEW", "SLOW=u,v;w"}, {"PULL", "DOWN=q"},          {"slew", "SLOW=no"},
+      {"SLEW", "FAST extra=x;"}, {"PULL", "HOLD=h"},     {"IO_TYPES", "t=LVTTL,PIN"}, {"LOC", "t=pin,9,-,-;"}};
   d.properties = {{53, "z", "", "", -1, -1},
                   {51, "a", "", "A1", -1, -1},
                   {0, "b", "", "2", -1, -1},

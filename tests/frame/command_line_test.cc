@@ -13,15 +13,15 @@
 namespace cubenet {
 namespace {
 
-// "usage", or everything that the line sets, in one text.
+// "usage" with what its title shows, or everything that the line sets, in one text.
 std::string outcome(const std::string &line) {
   Arguments arguments("cubenet " + line);
   const CommandLine command = parse_command_line(arguments.count(), arguments.pointers.data());
-  if (command.usage_error) return "usage";
   const FileNames names = make_file_names(command);
-  std::string text = names.input + " " + names.nxf;
+  std::string text = command.usage_error ? "usage" : names.input + " " + names.nxf;
   if (command.version) text += " version";
   if (command.brief) text += " brief";
+  if (command.usage_error) return text;
   if (run_settings.part_name) text += " " + *run_settings.part_name + ":" + std::to_string(run_settings.part_flag);
   if (run_settings.expand) text += " gates";
   text += " " + std::to_string(run_settings.and_width) + "/" + std::to_string(run_settings.or_width);
@@ -50,8 +50,9 @@ TEST(CommandLine, SetsWhatEachOptionSays) {
       {"-i x.tt2", "usage"},
       {"-i", "usage"},
       {"-i x.tt2 d", "x.tt2 d.nxf 12/12"},
-      {"-i -v d", "usage"},
-      {"-p -b d", "usage"},
+      {"-i -v d", "usage version"},
+      {"-p -b d", "usage brief"},
+      {"-and -v", "usage version"},
       {"-fext out d", "d.tt2 d.out 12/12"},
       {"-fext a -fext b -i 1 -i 2 d", "2 d.b 12/12"},
       {"-p Tarvex7710K-100XQ64 d", "d.tt2 d.nxf Tarvex7710K-100XQ64:1 12/12"},

@@ -148,6 +148,9 @@ TEST(XorAttribute, TakesTwoInputFunctionsAndReportsOthersOncePerWriter) {
     EXPECT_GT(result.messages.find(warning, ddf + 1), result.messages.find("(ddf)..."));
     EXPECT_LT(result.messages.find(warning, ddf + 1), result.messages.find("(nxf)..."));
   }
+  const std::string refused_then_taken = "#$ PINS 4 a b y z\n#$ PROPERTY corvane LXOR2 y\n#$ PROPERTY corvane LXOR2 z\n"
+                                         ".i 2\n.o 2\n.ilb a b\n.ob y z\n11 10\n10 01\n01 01\n.e\n";
+  EXPECT_THAT(symbol_lines(translate(refused_then_taken).nxf), Contains("LXOR2 z A0=a A1=b Z0=z_PIN"));
 }
 
 // Every name is an output of its own but the first, which they all read.

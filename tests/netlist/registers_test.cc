@@ -113,6 +113,7 @@ const Row kRows[] = {
      {"FD11 q D0=q_D CLK=q_C Q0=q_FB", "BUF q_Q A0=q_FB Z0=q_Q", "XBIDI1 q_Z A0=q_FB OE=q_OE XB0=q Z0=q_PIN"}},
     {"X8", "node", {"D", "C", "OE"}, {""}, {"FD11 q D0=q_D CLK=q_C Q0=q_Q", "IT11 q_Z A0=q_Q OE=q_OE O0=q_Z"}},
     {"X1", "node", {"D", "C"}, {".Q", ".FB", ""}, {"FD11 q D0=q_D CLK=q_C Q0=q_Q", "BUF q_FB A0=q_Q Z0=q_FB"}},
+    {"X1", "node", {"D", "C"}, {".FB"}, {"FD11 q D0=q_D CLK=q_C Q0=q_FB"}},
     // Latches.
     {"X1", "pin", {"D", "LH"}, {}, {"XDL1 q G=q_LH D0=q_D Q0=q_PIN"}},
     {"X5", "pin", {"D.X1", "D.X2", "LE", "AR", "AP"}, {},
