@@ -5,9 +5,10 @@
 //   input PATH     copies a file of the project (from its root) into the directory of the run
 //   mkdir NAME     makes a directory, where a file of that name is to be impossible
 //   cubenet ARGS   runs the program; arguments are separated by single spaces
-// expected/ holds `console` (of all runs in a row), `log`, `status` (one exit status a line) and the other files that
-// the runs left. With CUBENET_RENEW=1 in the environment expected/ is rewritten instead (scripts/renew_cases does it
-// for all cases); CUBENET_PROGRAM there names another program to run (scripts/check_32_bits does).
+// expected/ holds `console` (of all runs in a row) and `log`, or `console_and_log` where both are the same, `status`
+// (one exit status a line) and the other files that the runs left. With CUBENET_RENEW=1 in the environment expected/ is
+// rewritten instead (scripts/renew_cases does it for all cases); CUBENET_PROGRAM there names another program to run
+// (scripts/check_32_bits does).
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -95,11 +96,13 @@ Files run_case(const fs::path &source, const fs::path &scratch) {
   }
   Files result = read_files(directory);
   for (const std::string &name : inputs) result.erase(name);
+  result["console"] = read_file(console);
   if (auto log = result.extract("cubenet.log")) {
-    log.key() = "log"; // *.log is what version control leaves out
+    const bool is_same = log.mapped() == result["console"];
+    if (is_same) result.erase("console");
+    log.key() = is_same ? "console_and_log" : "log"; // *.log is what version control leaves out
     result.insert(std::move(log));
   }
-  result["console"] = read_file(console);
   result["status"] = statuses;
   return result;
 }
