@@ -72,12 +72,15 @@ void add_register(Packer &packer, const SignalKind &kind, const Controls &contro
   DesignText &design = packer.design;
   const std::string name = "r" + std::to_string(packer.registers);
   (place.pin ? design.pins : design.nodes).push_back(name + (place.inverted ? "-" : ""));
-  add_register_outputs(design, name, kind, controls);
+  // Where there is a choice, registers take turns.
+  Controls spelled = controls;
+  if (!controls.reset.empty() && packer.registers / 2 % 2 == 1) spelled.reset = "RE";
+  if (!controls.preset.empty() && packer.registers / 4 % 2 == 1) spelled.preset = "PR";
+  add_register_outputs(design, name, kind, spelled);
   if (place.enabled) design.outputs.push_back({name, "OE"});
   const auto add_column = [&](bool is_read, std::string_view extension) {
     if (is_read) design.columns.push_back({name, std::string(extension)});
   };
-  // Where there is a choice, registers take turns.
   const bool second = packer.registers % 2 == 1;
   add_column(reads.q, "Q");
   add_column(reads.fb, "FB");
@@ -90,8 +93,8 @@ template <typename Visit> void for_each_controls(const SignalKind &kind, int ser
   for (const std::string_view clock : {"C", "LE", "LH"}) {
     if (clock != "C" && !kind.may_latch) continue;
     for (unsigned synchronous = 0; synchronous < (clock == "C" ? 8U : 1U); synchronous++)
-      for (const std::string_view reset : {"", "AR", "RE"})
-        for (const std::string_view preset : {"", "AP", "PR"})
+      for (const std::string_view reset : {"", "AR"})
+        for (const std::string_view preset : {"", "AP"})
           if (series >= 2 || reset.empty() || preset.empty())
             visit(
                 Controls{clock, (synchronous & 1) != 0, (synchronous & 2) != 0, (synchronous & 4) != 0, reset, preset});

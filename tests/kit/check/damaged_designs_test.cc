@@ -65,7 +65,7 @@ struct DamagedDesigns : testing::Test {
   }
 };
 
-const std::string_view kIntruders[] = {"\f", {"\0", 1}, "\r", "\x80\xff", "\xef\xbb\xbf", "%s%n%d", ".", ":", "-", "."};
+const std::string_view kIntruders[] = {"\f", {"\0", 1}, "\r", "\x80\xff", "\xef\xbb\xbf", "%s%n%d", ".", ":", "-"};
 const std::string_view kLies[] = {
     "0", "1", "-1", "2147483647", "2147483648", "9223372036854775808", "99999999999999999999"};
 
@@ -93,10 +93,11 @@ TEST_F(DamagedDesigns, OfWords) {
       const std::string was = text.substr(word.begin, word.end - word.begin);
       try_text(replaced(text, {word.begin, word.end + 1}, ""), "dropped " + was);
       try_text(replaced(text, word, ""), "emptied " + was);
-      const std::string_view intruder = kIntruders[turn++ % std::size(kIntruders)];
-      try_text(replaced(text, {word.begin, word.begin}, intruder), "before " + was);
-      try_text(replaced(text, {word.end, word.end}, intruder), "behind " + was);
-      if (was.find_first_not_of("0123456789") != std::string::npos) continue;
+      const std::size_t at = turn % 2 == 0 ? word.begin : word.end;
+      try_text(replaced(text, {at, at}, kIntruders[turn++ % std::size(kIntruders)]), "intruder at " + was);
+      const char line = text[text.rfind('\n', word.begin) + 1];
+      const bool is_term = line != '#' && line != '.';
+      if (is_term || was.find_first_not_of("0123456789") != std::string::npos) continue;
       for (const std::string_view lie : kLies) try_text(replaced(text, word, lie), std::string(lie) + " for " + was);
     }
   });
@@ -105,7 +106,7 @@ TEST_F(DamagedDesigns, OfWords) {
 TEST_F(DamagedDesigns, OfBytes) {
   std::mt19937 random(11);
   for_each_example([&](const std::string &text) {
-    for (std::size_t n = 0; n < text.size(); n++) {
+    for (std::size_t n = text.find("#$"); n < text.size(); n++) { // after the comment on top
       try_text(text.substr(0, n), "cut");
       if (n % 4 != 0) continue;
       std::string noisy = text;
@@ -118,8 +119,7 @@ TEST_F(DamagedDesigns, OfBytes) {
 // Long and strange names, the same wherever the name stands: around the limits of the buffers.
 TEST_F(DamagedDesigns, OfNames) {
   std::vector<std::string> suffixes{"%s%n", "_PIN", "_D", "_Q", "_PLA0", "'", "$"};
-  for (const std::size_t length : {48, 49, 50, 253, 254, 255, 256, 1021, 1022, 1023, 1024, 2060, 2061, 2062, 10'000})
-    suffixes.emplace_back(length, 'x');
+  for (const std::size_t length : {48, 49, 50, 254, 255, 256, 1023, 1024, 10'000}) suffixes.emplace_back(length, 'x');
   for_each_example([&](const std::string &text) {
     std::set<std::string> names;
     const std::string_view separators = " \t\n.:+-,;='|";
@@ -142,7 +142,7 @@ TEST_F(DamagedDesigns, OfNames) {
 
 // One AND of that many inputs, and one OR of that many terms.
 TEST_F(DamagedDesigns, OfWidths) {
-  for (const int width : {1, 2, 11, 12, 13, 24, 100, 101, 144, 145, 10'000}) {
+  for (const int width : {1, 2, 11, 12, 13, 24, 100, 101, 144, 145, 2'000}) {
     std::string ands = "#$ PINS " + std::to_string(width + 1) + " y", ilb = ".ilb";
     for (int i = 0; i < width; i++) ilb += " i" + std::to_string(i);
     ands += ilb.substr(4) + "\n.i " + std::to_string(width) + "\n.o 1\n" + ilb + "\n.ob y\n";
