@@ -348,6 +348,12 @@ constexpr SectionStep kSteps[] = {
     {"group assignemnts\n", write_groups},
 };
 
+// A netlist is worth having without its constraints, but those of an earlier run would pass for them.
+void remove_former(const std::string &file_name) {
+  FileStatus status;
+  if (find_file(file_name, status) && status.is_regular) remove_file(file_name);
+}
+
 } // namespace
 
 int write_constraints(const std::string &file_name, const Design &design) {
@@ -357,7 +363,7 @@ int write_constraints(const std::string &file_name, const Design &design) {
     if (show_constraints_progress && step.progress != nullptr) console_put_text(step.progress);
     if (step.write != nullptr) step.write(file, design);
   }
-  (void)close_output(file); // the fitter finds out; a netlist is worth having without its constraints
+  if (!close_output(file)) remove_former(file_name);
   return 0;
 }
 

@@ -22,6 +22,7 @@
 namespace cubenet {
 namespace {
 
+constexpr const char *kProgram = "cubenet";
 constexpr int kSuccess = 0;
 constexpr int kFailure = 2;
 
@@ -33,12 +34,22 @@ constexpr int kFailure = 2;
   std::exit(kFailure);
 }
 
-// A directory can be opened, but not read.
+// What a run still needs is never written as an output, whatever the names say: here, what its messages go to.
+void protect_messages() {
+  for (std::FILE *const stream : {stdout, stderr})
+    if (FileStatus status; file_status(descriptor_of(stream), status)) protect_from_output(status);
+  protect_from_output(std::string(kProgram) + ".log");
+}
+
+// A directory can be opened, but not read; a file that grows by the messages of the run has no end.
 std::FILE *open_input(const std::string &name) {
   std::FILE *const input = std::fopen(name.c_str(), "rb");
   if (input == nullptr) return nullptr;
   FileStatus status;
-  if (file_status(descriptor_of(input), status) && !status.is_directory) return input;
+  if (file_status(descriptor_of(input), status) && !status.is_directory && !is_protected_from_output(status)) {
+    protect_from_output(status);
+    return input;
+  }
   std::fclose(input);
   return nullptr;
 }
@@ -63,7 +74,8 @@ bool translate(std::FILE *input, const FileNames &names) {
 
 int run_design(const CommandLine &command) {
   const FileNames names = make_file_names(command);
-  start_messages("cubenet");
+  start_messages(kProgram);
+  protect_messages();
   print_banner(command.version, command.brief, command.design_name);
 
   std::FILE *const input = open_input(names.input);
@@ -72,10 +84,7 @@ int run_design(const CommandLine &command) {
     stop_messages();
     return kFailure;
   }
-  // No output may be written over the input, whatever the names say.
-  protect_from_output(descriptor_of(input));
   const bool translated = translate(input, names);
-  unprotect_from_output(descriptor_of(input));
   std::fclose(input);
 
   print_line(" ");
@@ -89,9 +98,11 @@ int run_design(const CommandLine &command) {
 
 int run_program(int argc, char **argv) {
   const OutOfMemoryHook hook_before = set_out_of_memory_hook(end_without_memory);
+  end_protection(); // of an earlier run's files
   const CommandLine command = parse_command_line(argc, argv);
   if (command.usage_error) print_usage(command.version, command.brief);
   const int status = command.usage_error ? kFailure : run_design(command);
+  end_protection();
   set_out_of_memory_hook(hook_before);
   return status;
 }

@@ -12,7 +12,6 @@
 
 #include "report/console.h"
 #include "util/growing_string.h"
-#include "util/output_file.h"
 #include "util/system.h"
 #include "util/words.h"
 
@@ -144,8 +143,6 @@ void start(const std::string &program, OpenFor use, bool with_table) {
   log_descriptor = open_file(log_name, use);
   if (log_descriptor < 0)
     console_printf("%d SYSTEM ERROR: Message file '%s' cannot be opened\n", 33130, log_name.c_str());
-  else
-    protect_from_output(log_descriptor);
   if (with_table) withheld = hash_create(string_compare, string_hash);
 }
 
@@ -160,7 +157,6 @@ void start_messages_truncating_without_table(const std::string &program) { start
 void stop_messages() {
   if (log_descriptor >= 0) {
     write_log();
-    unprotect_from_output(log_descriptor);
     static_cast<void>(close_file(log_descriptor)); // costs lines, never the run
     log_descriptor = -1;
   }

@@ -1,13 +1,15 @@
 // Output files on plain descriptors: a block that is written whenever it is full, and a failure that sticks until the
-// close, which is where disk-full errors of small files show. A file that could not be written whole is emptied and
-// removed, so that no later tool takes a part for the whole; devices and pipes are only closed.
+// close, which is where disk-full errors of small files show. The text goes into a temporary file that takes the place
+// of the named one in the end; devices, pipes, and files in a folder that takes no other are written as they are.
 #include "util/output_file.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <vector>
 
 #include "util/memory.h"
-#include "util/system.h"
+#include "util/temporary_file.h"
 
 namespace cubenet {
 namespace {
@@ -20,16 +22,8 @@ constexpr std::array<std::array<char, 2>, 100> make_digit_pairs() {
 }
 constexpr std::array<std::array<char, 2>, 100> kDigitPairs = make_digit_pairs();
 
-std::array<FileIdentity, 4> protected_files; // the first `protected_count` count
-std::size_t protected_count = 0;
+std::vector<FileIdentity> protected_files;
 OutputFile *open_files = nullptr;
-
-// The place of the file among the protected ones; their number when it is none of them.
-std::size_t find_protected(const FileStatus &status) {
-  std::size_t i = 0;
-  while (i < protected_count && !(protected_files[i] == status.identity)) i++;
-  return i;
-}
 
 void unlist(const OutputFile &file) {
   for (OutputFile **link = &open_files; *link != nullptr; link = &(*link)->next)
@@ -39,25 +33,47 @@ void unlist(const OutputFile &file) {
     }
 }
 
+// Whether `name` is that of a file that can be put aside: not one of a device, or of a file that has no name any more.
+bool is_replaceable(const FileStatus &former, const std::string &name) {
+  FileStatus named;
+  return former.is_regular && find_file(name, named) && named.identity == former.identity;
+}
+
+// Nobody else's, on any machine that shares the folder.
+std::string make_temporary_name() {
+  static std::uint64_t number = 0;
+  if (number == 0) static_cast<void>(fill_with_random_bytes(&number, sizeof number)); // the making finds out
+  return ".cubenet-" + std::to_string(number++);
+}
+
+// Makes a temporary file for the text where that is possible; `former` is nullptr when the path names no file. The
+// descriptor; -1 where the file is to be written in place.
+int open_beside(OutputFile &file, const FileStatus *former) {
+  file.target = follow_links(file.path);
+  if (file.target.empty() || (former != nullptr && !is_replaceable(*former, file.target))) return -1;
+  file.temporary = make_temporary_name();
+  const int beside = make_temporary(file.target, former, file.temporary);
+  if (beside < 0) file.temporary.clear();
+  return beside;
+}
+
+int open_in_place(const OutputFile &file, int there, const FileStatus &former) {
+  if (there < 0) return open_file(file.path, OpenFor::OVERWRITING);
+  return !former.is_regular || cut_file(there, 0) ? there : -1;
+}
+
 // Truncating first takes the part away from every name of the file; the name that was opened may be a link.
 void remove_part(const OutputFile &file) {
   FileStatus status;
-  if (!file_status(file.descriptor, status) || !status.is_regular) return;
+  if (file.path.empty() || !file_status(file.descriptor, status) || !status.is_regular) return;
   [[maybe_unused]] const bool emptied = cut_file(file.descriptor, 0); // the name goes whether this succeeds or not
   remove_file(file.path);
 }
 
-// Takes the old contents away, all but one byte, which the first write replaces: after emptying a file some file
-// systems wait for the disk when it is closed, for milliseconds.
-bool drop_contents(int descriptor, const FileStatus &status) {
-  return !status.is_regular || status.size <= 1 || cut_file(descriptor, 1);
-}
-
-// For a file that nothing was written to.
-bool drop_last_byte(int descriptor) {
-  if (!is_at_start(descriptor)) return true;
-  FileStatus status;
-  return file_status(descriptor, status) && (!status.is_regular || status.size == 0 || cut_file(descriptor, 0));
+// Ends a file that is written as it is, whole or not.
+bool close_in_place(const OutputFile &file) {
+  if (file.failed) remove_part(file);
+  return close_file(file.descriptor) && !file.failed;
 }
 
 void release(OutputFile &file) {
@@ -66,41 +82,40 @@ void release(OutputFile &file) {
   file.block = nullptr;
   file.used = file.capacity = 0;
   file.descriptor = -1;
+  file.temporary.clear();
 }
 
 } // namespace
 
-OutputFile::~OutputFile() {
-  if (!close_output(*this)) release(*this);
+OutputFile::~OutputFile() { discard_output(*this); }
+
+void protect_from_output(const FileStatus &status) {
+  if (status.is_regular) protected_files.push_back(status.identity);
 }
 
-void protect_from_output(int descriptor) {
-  FileStatus status;
-  if (!file_status(descriptor, status) || !status.is_regular || protected_count == protected_files.size()) return;
-  protected_files[protected_count++] = status.identity;
+void protect_from_output(const std::string &path) {
+  if (FileStatus status; find_file(path, status)) protect_from_output(status);
 }
 
-void unprotect_from_output(int descriptor) {
-  FileStatus status;
-  if (!file_status(descriptor, status)) return;
-  const std::size_t place = find_protected(status);
-  if (place < protected_count) protected_files[place] = protected_files[--protected_count];
+void end_protection() { protected_files.clear(); }
+
+bool is_protected_from_output(const FileStatus &status) {
+  return std::find(protected_files.begin(), protected_files.end(), status.identity) != protected_files.end();
 }
 
 bool open_output(OutputFile &file, const std::string &path) {
-  // Emptied only once it is known to be no file that is still needed.
-  const int descriptor = open_file(path, OpenFor::OVERWRITING);
-  if (descriptor < 0) return false;
-  FileStatus status;
-  if (!file_status(descriptor, status) || find_protected(status) < protected_count ||
-      !drop_contents(descriptor, status)) {
-    static_cast<void>(close_file(descriptor));
-    return false;
-  }
+  // Opened even where it is only replaced: what may not be written is not replaced either.
+  const int there = open_file(path, OpenFor::REPLACING);
+  FileStatus former;
+  const bool is_refused =
+      there < 0 ? find_file(path, former) : !file_status(there, former) || is_protected_from_output(former);
   file.path = path;
-  file.descriptor = descriptor;
   file.failed = false;
   file.used = 0;
+  file.descriptor = is_refused ? -1 : open_beside(file, there >= 0 ? &former : nullptr);
+  if (!is_refused && file.descriptor < 0) file.descriptor = open_in_place(file, there, former);
+  if (there >= 0 && file.descriptor != there) static_cast<void>(close_file(there));
+  if (file.descriptor < 0) return false;
   file.next = open_files;
   open_files = &file;
   return true;
@@ -109,12 +124,13 @@ bool open_output(OutputFile &file, const std::string &path) {
 bool close_output(OutputFile &file) {
   if (file.descriptor < 0) return false;
   flush_output(file);
-  bool whole = !file.failed && drop_last_byte(file.descriptor);
-  if (!whole) remove_part(file);
-  if (!close_file(file.descriptor) && whole) {
-    whole = false;
-    remove_file(file.path);
-  }
+  bool whole = false;
+  if (file.temporary.empty())
+    whole = close_in_place(file);
+  else if (!file.failed)
+    whole = keep_temporary(file.descriptor, file.temporary, file.target);
+  else
+    drop_temporary(file.descriptor, file.temporary);
   release(file);
   return whole;
 }
@@ -124,12 +140,13 @@ void flush_output(OutputFile &file) {
   file.used = 0;
 }
 
+void discard_output(OutputFile &file) {
+  file.failed = true;
+  static_cast<void>(close_output(file));
+}
+
 void discard_open_outputs() {
-  while (open_files != nullptr) {
-    OutputFile &file = *open_files;
-    file.failed = true;
-    static_cast<void>(close_output(file));
-  }
+  while (open_files != nullptr) discard_output(*open_files);
 }
 
 char *grow_output(OutputFile &file, std::size_t bytes) {

@@ -1,5 +1,6 @@
 // The one way in which output files are written: text gathers in a block of 256 KiB, every write and the close are
-// checked, and what could not be written whole is removed. Formatting code appends to an OutputFile and knows no file.
+// checked, and a file gets its name, and takes the place of the one that had it, only once it is whole. Formatting code
+// appends to an OutputFile and knows no file.
 #pragma once
 
 #include <cstddef>
@@ -8,12 +9,16 @@
 #include <string>
 #include <string_view>
 
+#include "util/system.h"
+
 namespace cubenet {
 
 struct OutputFile {
   static constexpr std::size_t kBlock = std::size_t{256} << 10;
 
-  std::string path;
+  std::string path;      // as asked for
+  std::string target;    // the file itself, where that is a link
+  std::string temporary; // what becomes the target; empty: the file is written in place
   int descriptor = -1;
   bool failed = false;   // a write failed: later text is dropped
   char *block = nullptr; // owned
@@ -24,22 +29,27 @@ struct OutputFile {
   OutputFile() = default;
   OutputFile(const OutputFile &) = delete;
   OutputFile &operator=(const OutputFile &) = delete;
-  ~OutputFile(); // closes and tells nobody; a file that matters is closed with close_output
+  ~OutputFile(); // discards what was not closed
 };
 
-// Until unprotected, the file behind `descriptor` is never opened for writing, by whatever name: the run still needs
-// what is in it. Devices and pipes are not protected. At most 4 files.
-void protect_from_output(int descriptor);
-void unprotect_from_output(int descriptor);
+// From then on the file is never opened as an output, by whatever name: it is still needed. Devices and pipes are not
+// protected.
+void protect_from_output(const FileStatus &status);
+void protect_from_output(const std::string &path);
+[[nodiscard]] bool is_protected_from_output(const FileStatus &status);
+void end_protection(); // of all files
 
-// Opens `path` for writing and truncates it. False when it can't be opened or is protected.
+// Opens `path` for writing from its start. False when it can't be opened or is protected; a file that is there stays.
 [[nodiscard]] bool open_output(OutputFile &file, const std::string &path);
-// Writes what is left and closes. False when anything since open_output could not be written; the file is then removed.
+// Writes what is left, closes, and gives the file its name. False when anything since open_output could not be done: a
+// file that was there stays then, but one that had to be written in place is removed.
 [[nodiscard]] bool close_output(OutputFile &file);
 
 void flush_output(OutputFile &file);
 
-// Closes and removes every file that is open: the end of a run that can't go on.
+// Closes the file and leaves no part of it.
+void discard_output(OutputFile &file);
+// The same for every file that is open: the end of a run that can't go on.
 void discard_open_outputs();
 
 // Returns room for `bytes` characters; the caller fills it from the front and hands the end to commit().

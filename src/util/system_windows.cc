@@ -16,6 +16,22 @@ namespace {
 
 HANDLE handle_of(int descriptor) { return reinterpret_cast<HANDLE>(_get_osfhandle(descriptor)); }
 
+constexpr std::uint64_t join(DWORD high, DWORD low) { return std::uint64_t{high} << 32 | low; }
+
+bool handle_status(HANDLE handle, FileStatus &status) {
+  if (handle == INVALID_HANDLE_VALUE) return false;
+  status = {};
+  BY_HANDLE_FILE_INFORMATION found;
+  if (GetFileType(handle) != FILE_TYPE_DISK) return true;
+  if (GetFileInformationByHandle(handle, &found) == 0) return false;
+  status.is_directory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  status.is_regular = !status.is_directory;
+  status.identity = {found.dwVolumeSerialNumber, join(found.nFileIndexHigh, found.nFileIndexLow)};
+  status.size = join(found.nFileSizeHigh, found.nFileSizeLow);
+  status.changed = join(found.ftLastWriteTime.dwHighDateTime, found.ftLastWriteTime.dwLowDateTime);
+  return true;
+}
+
 // Holds other writers of the file off while a text goes into it: not every system that runs Windows programs appends in
 // one step. The locked byte lies where no file has any.
 struct WriteLock {
@@ -37,7 +53,9 @@ struct WriteLock {
 } // namespace
 
 int open_file(const std::string &path, OpenFor use) {
-  const DWORD access = use == OpenFor::OVERWRITING ? GENERIC_WRITE : FILE_APPEND_DATA | FILE_READ_DATA | SYNCHRONIZE;
+  const bool appends = use == OpenFor::APPENDING || use == OpenFor::EMPTYING;
+  const DWORD access = appends ? FILE_APPEND_DATA | FILE_READ_DATA | SYNCHRONIZE : GENERIC_WRITE;
+  const DWORD creation = use == OpenFor::REPLACING ? OPEN_EXISTING : OPEN_ALWAYS;
   const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   if (use == OpenFor::EMPTYING) {
     const int emptied = open_file(path, OpenFor::OVERWRITING);
@@ -45,25 +63,22 @@ int open_file(const std::string &path, OpenFor use) {
     const bool is_empty = cut_file(emptied, 0);
     if (!close_file(emptied) || !is_empty) return -1;
   }
-  const HANDLE handle = CreateFileA(path.c_str(), access, share, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+  const HANDLE handle = CreateFileA(path.c_str(), access, share, nullptr, creation, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE) return -1;
   const int descriptor = _open_osfhandle(reinterpret_cast<std::intptr_t>(handle), _O_BINARY | _O_NOINHERIT);
   if (descriptor < 0) CloseHandle(handle);
   return descriptor;
 }
 
-bool file_status(int descriptor, FileStatus &status) {
-  const HANDLE handle = handle_of(descriptor);
-  if (handle == INVALID_HANDLE_VALUE) return false;
-  status = {};
-  BY_HANDLE_FILE_INFORMATION found;
-  if (GetFileType(handle) != FILE_TYPE_DISK) return true;
-  if (GetFileInformationByHandle(handle, &found) == 0) return false;
-  status.is_directory = (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-  status.is_regular = !status.is_directory;
-  status.identity = {found.dwVolumeSerialNumber, std::uint64_t{found.nFileIndexHigh} << 32 | found.nFileIndexLow};
-  status.size = std::uint64_t{found.nFileSizeHigh} << 32 | found.nFileSizeLow;
-  return true;
+bool file_status(int descriptor, FileStatus &status) { return handle_status(handle_of(descriptor), status); }
+
+bool find_file(const std::string &path, FileStatus &status) {
+  constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const DWORD flags = FILE_FLAG_BACKUP_SEMANTICS; // folders too
+  const HANDLE handle = CreateFileA(path.c_str(), FILE_READ_ATTRIBUTES, kShare, nullptr, OPEN_EXISTING, flags, nullptr);
+  const bool is_found = handle_status(handle, status);
+  if (handle != INVALID_HANDLE_VALUE) CloseHandle(handle);
+  return is_found;
 }
 
 bool write_all(int descriptor, const char *text, std::size_t length) {
@@ -85,13 +100,13 @@ bool cut_file(int descriptor, std::uint64_t size) {
   return SetFileInformationByHandle(handle, FileEndOfFileInfo, &end, sizeof end) != 0;
 }
 
-bool is_at_start(int descriptor) { return _lseeki64(descriptor, 0, SEEK_CUR) == 0; }
-
 bool close_file(int descriptor) { return _close(descriptor) == 0; }
 
 void remove_file(const std::string &path) { DeleteFileA(path.c_str()); }
 
 int descriptor_of(std::FILE *stream) { return _fileno(stream); }
+
+bool is_terminal(int descriptor) { return _isatty(descriptor) != 0; }
 
 bool fill_with_random_bytes(void *bytes, std::size_t size) {
   std::string filled;

@@ -90,6 +90,16 @@ TEST(Run, NeverWritesOverItsInputOrItsLog) {
   EXPECT_EQ(read_file("d.tt2"), kDesign);
   EXPECT_EQ(read_file("e.ddf"), kDesign);
   EXPECT_EQ(read_file("cubenet.log").substr(0, 3), "PLA");
+
+  // A log to which messages are added is no design, whatever is in it.
+  write_file("cubenet.log", kDesign);
+  std::filesystem::create_symlink("cubenet.log", "log.tt2");
+  for (const std::string line : {"cubenet -i cubenet.log x", "cubenet log"}) {
+    CapturedConsole console;
+    EXPECT_EQ(run_line(line), 2) << line;
+    EXPECT_NE(console.text().find("31102 SYSTEM ERROR: Unable to open file '"), std::string::npos) << console.text();
+    EXPECT_TRUE(read_file("cubenet.log").starts_with(kDesign) && !std::filesystem::exists("x.nxf"));
+  }
 }
 
 // Runs in a process of its own, in which the n-th request for memory from now on fails.

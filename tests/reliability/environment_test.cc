@@ -1,8 +1,11 @@
 // What is around a run: other runs in the same folder, a run that was killed, the environment, the argument count.
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <map>
+#include <random>
+#include <set>
 #include <vector>
 
 #include <fcntl.h>
@@ -18,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 // Outputs of some hundred KiB and `warnings` messages, all of which name the design.
-std::string large_design(const std::string &name, int warnings) {
+std::string large_design(const std::string &name, int warnings, int terms = 20'000) {
   std::string text = "#$ PINS 17 y";
   for (int i = 0; i < 16; i++) text += " " + name + std::to_string(i);
   text += "\n";
@@ -27,7 +30,7 @@ std::string large_design(const std::string &name, int warnings) {
   text += ".i 16\n.o 1\n.ilb";
   for (int i = 0; i < 16; i++) text += " " + name + std::to_string(i);
   text += "\n.ob y\n";
-  for (int i = 0; i < 20'000; i++) {
+  for (int i = 0; i < terms; i++) {
     for (int bit = 0; bit < 16; bit++) text += (i * 3 >> bit & 1) != 0 ? '1' : '0';
     text += " 1\n";
   }
@@ -74,18 +77,76 @@ TEST(Environment, TwoRunsInOneFolderMixNoMessages) {
   }
 }
 
-TEST(Environment, AKilledRunIsMadeGoodByTheNext) {
+std::set<std::string> files() {
+  std::set<std::string> names;
+  for (const auto &entry : fs::directory_iterator(".")) names.insert(entry.path().filename());
+  return names;
+}
+
+constexpr int kTrials = 10; // of each kind; --gtest_repeat makes more
+constexpr int kTerms = 500; // some 10 ms in gates
+
+// Every file under a final name is the one of a whole run, this one or an earlier one, and a run that is asked to end
+// leaves no other file.
+TEST(Environment, ARunThatIsEndedLeavesWholeFiles) {
   const WorkingDir dir;
-  write_file("d.tt2", large_design("in", 10));
-  ASSERT_EQ(Spawned("cubenet d").wait(), 0);
+  write_file("d.tt2", large_design("in", 10, kTerms));
+  ASSERT_EQ(Spawned("cubenet -pla d").wait(), 0);
+  const auto former = outputs("d");
+  const auto start = std::chrono::steady_clock::now();
+  ASSERT_EQ(Spawned("cubenet -and 2 d").wait(), 0);
+  const std::chrono::duration<double, std::micro> run_time = std::chrono::steady_clock::now() - start;
   const auto whole = outputs("d");
-  for (useconds_t delay = 500; delay < 40'000; delay += delay / 2) {
-    Spawned killed("cubenet d");
-    usleep(delay);
-    kill(killed.process, SIGKILL);
-    killed.wait();
-    ASSERT_EQ(Spawned("cubenet d").wait(), 0);
-    ASSERT_TRUE(outputs("d") == whole) << delay;
+  const std::set<std::string> names = files();
+  std::mt19937 random(std::random_device{}());
+  std::uniform_real_distribution<double> delay(0, run_time.count());
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGKILL})
+    for (int trial = 0; trial < kTrials; trial++) {
+      const bool is_first = trial % 2 == 0; // there is no file yet
+      for (const auto &[extension, text] : former)
+        is_first ? void(fs::remove("d" + extension)) : write_file("d" + extension, text);
+      Spawned run("cubenet -and 2 d", [signal] { std::signal(signal, SIG_DFL); });
+      usleep(static_cast<useconds_t>(delay(random)));
+      kill(run.process, signal);
+      const int status = run.wait();
+      EXPECT_TRUE(status == 0 || status == 128 + signal) << status;
+      for (const auto &[extension, text] : former) {
+        if (is_first && !fs::exists("d" + extension)) continue;
+        const std::string left = read_file("d" + extension);
+        EXPECT_TRUE((left == text && !is_first) || left == whole.at(extension)) << extension << " by " << signal;
+      }
+      for (const std::string &name : files())
+        EXPECT_TRUE(names.contains(name) || (signal == SIGKILL && fs::remove(name))) << name << " by " << signal;
+    }
+  // A run in the background, which such signals are not for, goes on.
+  std::signal(SIGINT, SIG_IGN);
+  Spawned run("cubenet -and 2 d");
+  kill(run.process, SIGINT);
+  EXPECT_EQ(run.wait(), 0);
+  std::signal(SIGINT, SIG_DFL);
+}
+
+TEST(Environment, UnlikeRunsAtOnceLeaveTheFilesOfOneEach) {
+  const WorkingDir dir;
+  write_file("d.tt2", large_design("in", 10, kTerms));
+  std::map<std::string, std::string> alone[2];
+  const std::string lines[] = {"cubenet -pla d", "cubenet -and 2 d"};
+  for (const std::size_t i : {0, 1}) {
+    ASSERT_EQ(Spawned(lines[i]).wait(), 0);
+    alone[i] = outputs("d");
+  }
+  ASSERT_NE(alone[0], alone[1]);
+  const std::set<std::string> names = files();
+  std::mt19937 random(std::random_device{}());
+  for (int trial = 0; trial < kTrials; trial++) {
+    Spawned first(lines[trial % 2]);
+    usleep(static_cast<useconds_t>(random() % 20'000));
+    Spawned second(lines[1 - trial % 2]);
+    EXPECT_EQ(first.wait(), 0);
+    EXPECT_EQ(second.wait(), 0);
+    for (const auto &[extension, text] : outputs("d"))
+      EXPECT_TRUE(text == alone[0][extension] || text == alone[1][extension]) << extension;
+    EXPECT_EQ(files(), names);
   }
 }
 

@@ -1,5 +1,5 @@
 // Outputs that can't be opened or don't take all their bytes, through whole runs: the first one that fails ends the run
-// with its message and status 2, leaves no part of itself, and the constraints alone fail in silence.
+// with its message and status 2, leaves what was there before, and the constraints alone fail in silence.
 #include <csignal>
 #include <filesystem>
 #include <vector>
@@ -10,6 +10,7 @@
 #include <unistd.h>
 
 #include "frame/run.h"
+#include "reliability/spawn.h"
 #include "support/arguments.h"
 #include "support/capture.h"
 #include "support/temp_dir.h"
@@ -78,12 +79,21 @@ TEST_F(Outputs, MayFailAtAnyByte) {
   for (const std::string &text : whole) largest = std::max(largest, text.size());
   for (std::size_t n = 0; n <= largest && !HasFailure(); n++) {
     SCOPED_TRACE(n);
+    const bool is_again = n % 2 == 1; // over the files of an earlier run
+    for (std::size_t i = 0; is_again && i < kOrder.size(); i++) write_file("d." + kOrder[i], "former");
     const rlimit limit{n, before.rlim_max};
     setrlimit(RLIMIT_FSIZE, &limit);
     const int status = run();
     setrlimit(RLIMIT_FSIZE, &before);
     std::size_t failing = 0;
     while (failing < whole.size() && (failing == 1 || whole[failing].size() <= n)) failing++;
+    for (std::size_t i = 0; is_again && i < kOrder.size(); i++) {
+      const std::string name = "d." + kOrder[i];
+      const bool is_former = fs::exists(name) && read_file(name) == "former";
+      // Constraints of another run would pass for this one's.
+      EXPECT_EQ(is_former, i == 1 ? failing == 0 : i >= failing) << name;
+      if (is_former) fs::remove(name);
+    }
     const bool has_constraints = failing > 0 && whole[1].size() <= n;
     EXPECT_EQ(fs::exists("d.tvx"), has_constraints);
     if (failing > 1 && !has_constraints) write_file("d.tvx", whole[1]); // the rest is as if they had been written
@@ -121,6 +131,20 @@ TEST_F(Outputs, MayBeAnythingButAFile) {
       EXPECT_EQ(read_file("d.tt2"), input);
       EXPECT_TRUE(read_file("cubenet.log").starts_with("PLA Reading and Translation Software"));
       close(ends[1]);
+      remove_all();
+    }
+}
+
+// What the run prints would stand in the netlist, or over it.
+TEST_F(Outputs, MayNotBeTheConsole) {
+  for (const int stream : {1, 2})
+    for (std::size_t failing : {0, 2, 3}) {
+      const std::string name = "d." + kOrder[failing];
+      Spawned run("cubenet d", [&] { dup2(open(name.c_str(), O_WRONLY | O_CREAT, 0666), stream); });
+      EXPECT_EQ(run.wait(), 2);
+      console = stream == 1 ? read_file(name) : run.text();
+      check(2, failing, "open");
+      EXPECT_EQ(stream == 1 ? console : read_file(name), stream == 1 ? read_file("cubenet.log") : "");
       remove_all();
     }
 }

@@ -1,8 +1,10 @@
 // What can only be seen from inside a program on Windows. Without an argument it sets the installation directory as the
 // running program, and prints what came of it: the result, the variable as the C runtime and as the system have it.
-// With the name of a file it writes a part of an output, gives up, and prints how far it came.
+// With the name of a file it writes an output, prints whether the name is there meanwhile, and keeps the output, also
+// while somebody reads the file that is there, discards it, or ends by force, as the second argument says.
 #include <cstdio>
 #include <cstdlib>
+#include <string_view>
 
 #include <windows.h>
 
@@ -19,22 +21,25 @@ void print_installation() {
   std::printf("%d %s %s", result, root != nullptr ? root : "unset", system_root);
 }
 
-void print_part(const char *name) {
+void write_output(const char *name, std::string_view end) {
   cubenet::OutputFile file;
   if (!cubenet::open_output(file, name)) return;
-  std::printf("opened");
-  cubenet::put(file, "a part");
+  cubenet::put(file, "text");
   cubenet::flush_output(file);
-  if (!file.failed && GetFileAttributesA(name) != INVALID_FILE_ATTRIBUTES) std::printf(" written");
-  file.failed = true;
-  std::printf(cubenet::close_output(file) ? " whole" : " not whole");
+  std::printf("%s %s", file.failed ? "failed" : "written",
+              GetFileAttributesA(name) != INVALID_FILE_ATTRIBUTES ? "over" : "new");
+  std::fflush(stdout);
+  if (end == "ended") TerminateProcess(GetCurrentProcess(), 3);
+  if (end == "read")
+    CreateFileA(name, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+  if (end != "discarded") std::printf(cubenet::close_output(file) ? " whole" : " lost");
 }
 
 } // namespace
 
 int main(int argc, char **argv) {
-  if (argc > 1)
-    print_part(argv[1]);
+  if (argc > 2)
+    write_output(argv[1], argv[2]);
   else
     print_installation();
   return 0;

@@ -90,16 +90,36 @@ TEST(Windows, ReportsFilesThatTakeNoMore) {
   EXPECT_NE(full.text.find("31103 ERROR: Unable to write file 'counter.nxf'"), std::string::npos) << full.text;
 }
 
-TEST(Windows, RemovesAFileThatIsOpen) {
+TEST(Windows, GivesAnOutputItsNameOnceItIsWhole) {
   const TempDir folder;
-  const Outcome outcome =
-      run_shell("cd " + quoted(folder.path) + " && WINEDEBUG=-all \"$CUBENET_WINE\" " +
-                quoted(environment("CUBENET_WINDOWS") + "/tests/windows/windows_probe.exe") + " part");
-  EXPECT_EQ(outcome.text, "opened written not whole");
-  EXPECT_TRUE(std::filesystem::is_empty(folder.path));
+  const auto write_output = [&](const std::string &arguments) {
+    const std::string probe = environment("CUBENET_WINDOWS") + "/tests/windows/windows_probe.exe";
+    return run_shell("cd " + quoted(folder.path) + " && WINEDEBUG=-all \"$CUBENET_WINE\" " + quoted(probe) + " " +
+                     arguments)
+        .text;
+  };
+  for (const std::string former : {"", "former"}) {
+    const std::string written = former.empty() ? "written new" : "written over";
+    if (!former.empty()) write_file(folder.file("out"), former);
+    for (const std::string end : {"discarded", "ended"}) {
+      EXPECT_EQ(write_output("out " + end), written);
+      EXPECT_EQ(std::filesystem::exists(folder.file("out")) ? read_file(folder.file("out")) : "", former);
+    }
+    EXPECT_EQ(write_output("out kept"), written + " whole");
+    EXPECT_EQ(read_file(folder.file("out")), "text");
+  }
+  std::filesystem::create_symlink("out", folder.file("link"));
+  for (const std::string arguments : {"link kept", "out read"}) {
+    write_file(folder.file("out"), "a longer former text");
+    EXPECT_EQ(write_output(arguments), "written over whole");
+    EXPECT_EQ(read_file(folder.file("out")), "text");
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(folder.file("link")));
+  const std::filesystem::directory_iterator files(folder.path);
+  EXPECT_EQ(std::distance(begin(files), end(files)), 2);
 }
 
-TEST(Windows, NeverOverwritesTheInputOrTheLog) {
+TEST(Windows, NeverOverwritesTheInputTheLogOrTheConsole) {
   const std::string counter = read_file(kCounter);
   for (const char *arguments : {"-fext tt2 counter", "-fext TT2 counter", "-fext log -i counter.tt2 cubenet"}) {
     const WindowsRun run(arguments);
@@ -108,6 +128,13 @@ TEST(Windows, NeverOverwritesTheInputOrTheLog) {
     EXPECT_EQ(read_file(run.folder.path / "counter.tt2"), counter);
     EXPECT_EQ(read_file(run.folder.path / "cubenet.log"), run.outcome.text);
   }
+  // Opened by a program of Windows: of other streams Wine tells nothing.
+  const TempDir folder;
+  const std::string line = "Z:" + environment("CUBENET_WINDOWS") + "/cubenet.exe counter >counter.nxf";
+  const Outcome console = run_shell("cd " + quoted(folder.path) + " && cp " + quoted(kCounter) +
+                                    " . && WINEDEBUG=-all \"$CUBENET_WINE\" cmd /c " + quoted(line));
+  EXPECT_EQ(console.status, 2) << console.text;
+  EXPECT_EQ(read_file(folder.file("counter.nxf")), read_file(folder.file("cubenet.log")));
 }
 
 // Files are bytes on Windows as elsewhere: carriage returns end no name, and the byte that once ended texts ends
