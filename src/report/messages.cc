@@ -35,7 +35,7 @@ constexpr Reporter kInternalError = {"12345 INTERNAL ERROR", "INTERNAL ERROR"}; 
 constexpr std::size_t kLogBlock = std::size_t{64} << 10;
 
 int log_descriptor = -1;       // the open log; none when it is off
-std::string log_text;          // whole messages that are not in the log yet
+std::string log_text;          // whole messages that are not in the log yet; takes no memory while the log is open
 bool console_off = false;      // nothing goes to the console
 bool suppressed = false;       // the reporters do nothing
 HashTable *withheld = nullptr; // wrapped texts that are not printed
@@ -139,6 +139,7 @@ void start(const std::string &program, OpenFor use, bool with_table) {
   stop_messages();
   console_off = false;
   suppressed = console_off;
+  log_text.reserve(kLogBlock);
   const std::string log_name = program + ".log";
   log_descriptor = open_file(log_name, use);
   if (log_descriptor < 0)
