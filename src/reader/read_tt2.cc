@@ -14,6 +14,7 @@
 #include "reader/tokens.h"
 #include "report/console.h"
 #include "report/messages.h"
+#include "util/system.h"
 
 namespace cubenet {
 
@@ -89,13 +90,22 @@ void read_any_line(ReaderState &state, std::string_view line) {
   }
 }
 
+// Whether the contents of a file are not those of that state any more; what is no file of a size has none.
+bool has_changed(std::FILE *file, const FileStatus &before) {
+  FileStatus now;
+  return before.is_regular && file_status(descriptor_of(file), now) &&
+         (now.size != before.size || now.changed != before.changed);
+}
+
 void read_lines(ReaderState &state, std::FILE *file) {
+  FileStatus before;
+  if (!file_status(descriptor_of(file), before)) before = {};
   LineReader reader(file);
   for (std::string_view line; !state.is_ended && read_line(reader, line);) {
     if (state.line_number < INT_MAX) state.line_number++;
     if (!read_packed_term(state, line)) read_any_line(state, cut_line(line));
   }
-  if (!reader.failed) return;
+  if (!reader.failed && !has_changed(file, before)) return;
   report_system_error(31102, "Unable to open file '%s' for reading", state.file_name);
   state.failed = true;
 }

@@ -1,15 +1,20 @@
 // Inputs that are no ordinary files, and inputs of uncommon size.
 #include <filesystem>
+#include <fstream>
+#include <functional>
 #include <random>
 #include <set>
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include "frame/run.h"
 #include "reliability/spawn.h"
+#include "report/console.h"
 #include "support/temp_dir.h"
 
 namespace cubenet {
@@ -97,6 +102,46 @@ TEST(Inputs, MayComeThroughAPipe) {
   EXPECT_EQ(run.wait(), 0) << run.text();
   for (const std::string extension : {".nxf", ".ddf", ".tvx"})
     EXPECT_EQ(read_file("piped" + extension).size(), read_file("file" + extension).size());
+}
+
+// Changes the input when the reader first warns.
+struct MeddlingConsole final : HostConsole {
+  std::function<void()> meddle;
+  std::string text;
+  void print(std::string_view more) override {
+    text += more;
+    if (more.find(" WARNING: ") != std::string_view::npos) std::exchange(meddle, [] {})();
+  }
+};
+
+TEST(Inputs, ThatChangeWhileTheyAreReadAreRefused) {
+  const WorkingDir dir;
+  const std::string head = "#$ PINS 3 a b y\n#$ PROPERTY corvane NOSUCH a\n.i 2\n.o 1\n.ilb a b\n.ob y\n";
+  const std::string design = head + std::string(1'000'000, '\n') + "11 1\n.e\n";
+  const struct {
+    std::function<void()> change;
+    int status;
+  } rows[] = {
+      {[] {}, 0},
+      {[&] { fs::resize_file("d.tt2", head.size() + 500'000); }, 2},
+      {[] { std::fstream("d.tt2", std::ios::in | std::ios::out) << '#'; }, 2},
+      {[] { std::fstream("d.tt2", std::ios::app) << "11 1\n"; }, 2}, // behind what is read
+      {[] { fs::create_hard_link("d.tt2", "other"), fs::rename("d.tt2", "moved"); }, 0},
+  };
+  for (const auto &row : rows) {
+    write_file("d.tt2", design);
+    fs::last_write_time("d.tt2", fs::last_write_time("d.tt2") - std::chrono::hours(1));
+    MeddlingConsole console;
+    console.meddle = row.change;
+    HostConsole *const before = set_host_console(&console);
+    Arguments arguments("cubenet d");
+    const int status = run_program(arguments.count(), arguments.pointers.data());
+    set_host_console(before);
+    EXPECT_EQ(status, row.status) << &row - rows;
+    const std::string refusal = "31102 SYSTEM ERROR: Unable to open file 'd.tt2' for reading";
+    EXPECT_EQ(console.text.find(refusal) == std::string::npos, row.status == 0) << &row - rows << console.text;
+    EXPECT_EQ(fs::remove("d.nxf"), row.status == 0) << &row - rows;
+  }
 }
 
 // Nothing here depends on the time; a step that is not linear makes the suite's own limit the judge.
