@@ -2,13 +2,39 @@
 // standard error goes to the host; other streams are written as they are.
 #include "report/console.h"
 
+#include <algorithm>
 #include <cstdarg>
+
+#include "util/system.h"
 
 namespace cubenet {
 namespace {
 
+// In a terminal these would do something. The bytes 0x80 to 0x9f are such controls too, unless they go on a character
+// of UTF-8; as characters of their own, they follow the byte 0xc2.
+bool is_control(char c) {
+  const auto byte = static_cast<unsigned char>(c);
+  return (byte < 0x20 && c != '\n' && c != '\t') || (byte >= 0x7f && byte < 0xa0);
+}
+
+// The number of bytes behind the one at the front that belong to its character of UTF-8.
+std::size_t count_following(std::string_view text) {
+  const auto byte = static_cast<unsigned char>(text.front());
+  const std::size_t count = byte >= 0xf0 && byte < 0xf5   ? 3
+                            : byte >= 0xe0 && byte < 0xf0 ? 2
+                                                          : byte >= 0xc3 && byte < 0xe0;
+  const auto follows = [](char c) { return (static_cast<unsigned char>(c) & 0xc0) == 0x80; };
+  const std::string_view following = text.substr(1, count);
+  return following.size() == count && std::all_of(following.begin(), following.end(), follows) ? count : 0;
+}
+
 struct StandardConsole final : HostConsole {
-  void print(std::string_view text) override { std::fwrite(text.data(), 1, text.size(), stdout); }
+  void print(std::string_view text) override {
+    static const bool is_shown = is_terminal(descriptor_of(stdout));
+    const std::string visible = is_shown ? visible_text(text) : std::string();
+    if (is_shown) text = visible;
+    std::fwrite(text.data(), 1, text.size(), stdout);
+  }
 };
 
 StandardConsole standard_console;
@@ -24,6 +50,13 @@ int format_console_text(const char *format, std::va_list values) {
 bool is_console(const std::FILE *stream) { return stream == stdout || stream == stderr; }
 
 } // namespace
+
+std::string visible_text(std::string_view text) {
+  std::string visible(text);
+  for (std::size_t at = 0; at < text.size(); at += 1 + count_following(text.substr(at)))
+    if (is_control(text[at])) visible[at] = '?';
+  return visible;
+}
 
 HostConsole *set_host_console(HostConsole *console) {
   HostConsole *const before = host;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdio>
+#include <string>
 #include <string_view>
 
 namespace cubenet {
@@ -15,6 +16,9 @@ struct HostConsole {
 // The console that all output goes to; standard output unless set. Returns the one set before; nullptr restores
 // standard output.
 HostConsole *set_host_console(HostConsole *console);
+
+// The text with a '?' for each byte that would control a terminal. Standard output gets it where it is one.
+std::string visible_text(std::string_view text);
 
 // Formats into a buffer of 2062 characters (longer texts are cut at 2,061). Negative on a formatting error.
 int console_printf(const char *format, ...) __attribute__((format(printf, 1, 2)));

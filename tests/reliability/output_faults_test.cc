@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pty.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -147,6 +148,26 @@ TEST_F(Outputs, MayNotBeTheConsole) {
       EXPECT_EQ(stream == 1 ? console : read_file(name), stream == 1 ? read_file("cubenet.log") : "");
       remove_all();
     }
+}
+
+// A terminal is not to do what a name in the input says; a file gets the bytes as they are.
+TEST_F(Outputs, OnATerminalShowNoControls) {
+  const std::string odd = "\x1b[2J\x07\x7f\x9b"
+                          "0m\xc3\xa9\xc2\x9b\xe2\x82\xac\xf0\x9f\x98\x80\xe2\x82";
+  write_file("d.tt2", "#$ PROPERTY corvane NOSUCH " + odd + "\n.e\n");
+  Spawned plain("cubenet d");
+  EXPECT_EQ(plain.wait(), 2);
+  EXPECT_NE(plain.text().find(odd), std::string::npos) << plain.text();
+  int terminal = -1, other_end = -1;
+  ASSERT_EQ(openpty(&terminal, &other_end, nullptr, nullptr, nullptr), 0);
+  Spawned shown("cubenet d", [&] { dup2(other_end, 1); });
+  EXPECT_EQ(shown.wait(), 2);
+  close(other_end);
+  std::string text;
+  char bytes[4096];
+  for (ssize_t got; (got = read(terminal, bytes, sizeof bytes)) > 0;) text.append(bytes, static_cast<std::size_t>(got));
+  close(terminal);
+  EXPECT_NE(text.find("?[2J???0m\xc3\xa9\xc2?\xe2\x82\xac\xf0\x9f\x98\x80\xe2?'"), std::string::npos) << text;
 }
 
 TEST_F(Outputs, AreTheSameThroughLinksAndOverOlderFiles) {
