@@ -21,6 +21,9 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   std::array<char *, kMostArguments> arguments{};
   HostSplitCommandLine(GetCommandLineA(), &count, arguments.data());
   count = std::clamp(count, 0, kMostArguments); // of more arguments the host had no place to put
+  char empty[] = "";
+  for (char *&argument : arguments)
+    if (argument == nullptr) argument = empty;
   HostRegisterInstance(instance);
   HostStart(count, arguments.data());
 

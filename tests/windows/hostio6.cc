@@ -1,7 +1,8 @@
 // A host's console library for tests: prints to the standard output and, when the environment names a file in
 // HOSTIO6_RECORD, appends a line to it for every call. Splits a command line as most programs do: blanks separate
 // arguments, double quotes keep blanks, and a backslash before a quote makes it part of the argument. Of more arguments
-// than there are pointers it tells the number, which a program must not believe.
+// than there are pointers it tells the number, which a program must not believe. The argument that the environment
+// names in HOSTIO6_NULL gets a null pointer.
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
@@ -42,7 +43,9 @@ void HostSplitCommandLine(const char *command_line, int *count, char **arguments
   static std::vector<std::string> texts;
   texts = split(command_line);
   *count = static_cast<int>(texts.size());
-  for (std::size_t i = 0; i < texts.size() && i < kMostArguments; i++) arguments[i] = texts[i].data();
+  const char *const null = std::getenv("HOSTIO6_NULL");
+  for (std::size_t i = 0; i < texts.size() && i < kMostArguments; i++)
+    arguments[i] = null != nullptr && texts[i] == null ? nullptr : texts[i].data();
   record("8");
 }
 

@@ -119,6 +119,14 @@ TEST(Windows, GivesAnOutputItsNameOnceItIsWhole) {
   EXPECT_EQ(std::distance(begin(files), end(files)), 2);
 }
 
+TEST(Windows, TakesANullArgumentForAnEmptyOne) {
+  const TempDir folder;
+  const Outcome outcome =
+      run_shell("cd " + quoted(folder.path) + " && HOSTIO6_NULL=counter " + quoted(CUBENET_PROGRAM) + " -b counter");
+  EXPECT_EQ(outcome.status, 2);
+  EXPECT_NE(outcome.text.find("Unable to open file '.tt2' for reading"), std::string::npos) << outcome.text;
+}
+
 TEST(Windows, NeverOverwritesTheInputTheLogOrTheConsole) {
   const std::string counter = read_file(kCounter);
   for (const char *arguments : {"-fext tt2 counter", "-fext TT2 counter", "-fext log -i counter.tt2 cubenet"}) {
