@@ -9,7 +9,7 @@
 
 #include "kit/util/file_text.h"
 #include "util/memory.h"
-#include "util/system.h"
+#include "util/output_file.h"
 
 namespace cubekit {
 
@@ -39,8 +39,15 @@ int print_help(const std::vector<Registered> &registered, const CLI::App &app, c
 // Streams may take memory themselves.
 [[noreturn]] void end_without_memory(long) {
   constexpr std::string_view kText = "cubekit: there is not enough memory\n";
+  cubenet::discard_open_outputs();
   static_cast<void>(cubenet::write_all(2, kText.data(), kText.size())); // standard error
   std::_Exit(kMisuse);
+}
+
+// An output that is the file to which the command prints would spoil both.
+void protect_streams() {
+  for (const int stream : {1, 2})
+    if (cubenet::FileStatus status; cubenet::file_status(stream, status)) cubenet::protect_from_output(status);
 }
 
 // The status of an action, unless a file changed meanwhile or the output was lost.
@@ -59,6 +66,7 @@ int finish(const std::function<int()> &action) {
 
 int run_command_line(std::span<const Command> commands, int argc, const char *const *argv) {
   cubenet::set_out_of_memory_hook(end_without_memory);
+  protect_streams();
   CLI::App app{"Reads the netlists of cubenet back, proves them and shows them.", "cubekit"};
   app.require_subcommand(1);
   app.set_version_flag("--version", std::string(kVersion));

@@ -5,10 +5,16 @@
 #include <iosfwd>
 #include <string>
 
+namespace cubenet {
+struct OutputFile;
+}
+
 namespace cubekit {
 
 // Lets `write` write to the file, or to standard output when the path is empty. Returns kYes, or kMisuse with the
-// reason on standard error when not all of it could be written; what was written of a file is then removed.
+// reason on standard error when the command still needs the file, or not all of it could be written: what was there
+// stays then.
+[[nodiscard]] int write_output(const std::string &path, const std::function<void(cubenet::OutputFile &)> &write);
 [[nodiscard]] int write_output(const std::string &path, const std::function<void(std::ostream &)> &write);
 
 } // namespace cubekit

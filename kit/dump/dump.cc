@@ -1,9 +1,5 @@
 // `cubekit dump`: the debug listing of a design as the translator holds it once the design is checked. The
 // translator's checker works too: the listing shows what it found.
-#include <fcntl.h>
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
@@ -24,21 +20,6 @@ struct Arguments {
   bool case_sensitive = false;
 };
 
-// The listing is written by name, so what goes to standard output passes through a file in memory.
-int print_listing(const cubenet::Design &design, const cubenet::CubeTable &cubes) {
-  const int memory = ::memfd_create("listing", MFD_CLOEXEC);
-  bool listed = memory >= 0 && cubenet::dump_design("/proc/self/fd/" + std::to_string(memory), design, cubes) == 0;
-  const int status = !listed ? kMisuse : write_output("", [&](std::ostream &stream) {
-    std::vector<char> block(std::size_t{64} << 10);
-    ssize_t got = 0;
-    while ((got = ::read(memory, block.data(), block.size())) > 0) stream.write(block.data(), got);
-    listed = got == 0;
-  });
-  if (memory >= 0) ::close(memory);
-  if (!listed) std::cerr << "cubekit: the listing could not be made\n";
-  return listed ? status : kMisuse;
-}
-
 int run_dump(const Arguments &arguments) {
   cubenet::CubeTable cubes;
   std::string messages;
@@ -56,11 +37,10 @@ int run_dump(const Arguments &arguments) {
     std::cerr << messages;
     return kNo;
   }
-  if (arguments.output.empty()) return print_listing(*design, cubes);
-  const auto list = [&] { return cubenet::dump_design(arguments.output, *design, cubes); };
-  if (during("writing", list) == 0) return kYes;
-  std::cerr << arguments.output << ": can't be written\n";
-  return kMisuse;
+  return write_output(arguments.output, [&](cubenet::OutputFile &file) {
+    const Stage stage("writing", 0, arguments.output.empty() ? Printing::YES : Printing::NO);
+    put_listing(file, *design, cubes);
+  });
 }
 
 } // namespace

@@ -13,6 +13,7 @@
 #include "kit/sim/vcd.h"
 #include "kit/sim/vectors.h"
 #include "kit/util/progress.h"
+#include "util/output_file.h"
 
 namespace cubekit {
 
@@ -86,6 +87,7 @@ int run_sim(const Arguments &arguments) {
   Netlist netlist;
   if (!load_design(arguments.design, netlist, std::cerr)) return kMisuse;
   std::ifstream vectors(arguments.vectors, std::ios::binary);
+  cubenet::protect_from_output(arguments.vectors);
   VectorReader reader{netlist, vectors};
   if (!vectors) reader.error.text = "can't be read";
   if (!vectors || !read_columns(reader)) {
@@ -93,15 +95,12 @@ int run_sim(const Arguments &arguments) {
     return kMisuse;
   }
   Simulator simulator = make_simulator(netlist, power_up_value(arguments.power_up));
-  int status = kYes, written = kYes;
-  if (arguments.waves.empty())
-    status = run_rows(arguments, reader, simulator, nullptr);
-  else
-    written = write_output(arguments.waves, [&](std::ostream &stream) {
-      WaveWriter waves{stream, simulator};
-      status = run_rows(arguments, reader, simulator, &waves);
-    });
-  if (written == kYes) written = write_output("", [](std::ostream &) {});
+  if (arguments.waves.empty()) return run_rows(arguments, reader, simulator, nullptr);
+  int status = kYes;
+  const int written = write_output(arguments.waves, [&](std::ostream &stream) {
+    WaveWriter waves{stream, simulator};
+    status = run_rows(arguments, reader, simulator, &waves);
+  });
   return written == kYes ? status : written;
 }
 

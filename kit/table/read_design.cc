@@ -10,6 +10,7 @@
 #include "reader/reader.h"
 #include "report/console.h"
 #include "report/messages.h"
+#include "util/output_file.h"
 
 namespace cubekit {
 
@@ -41,6 +42,7 @@ std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_
     messages = path + ": " + std::strerror(errno) + '\n';
     return nullptr;
   }
+  cubenet::protect_from_output(path);
   cubenet::run_settings.case_sensitive = case_sensitive;
   messages.clear();
   const CaughtConsole console(messages);

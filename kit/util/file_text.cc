@@ -14,6 +14,8 @@
 #include <utility>
 
 #include "util/memory.h"
+#include "util/output_file.h"
+#include "util/temporary_file.h"
 
 namespace cubekit {
 
@@ -29,6 +31,7 @@ bool changed_text = false;
 void end_for_lost_bytes(int) {
   constexpr std::string_view kText = "cubekit: a file was cut short while it was read, or can't be read any more\n";
   [[maybe_unused]] const ssize_t written = ::write(STDERR_FILENO, kText.data(), kText.size());
+  cubenet::remove_temporaries();
   ::_exit(2);
 }
 
@@ -103,6 +106,7 @@ bool read_file(const std::string &path, FileText &text, Finding &error) {
     if (descriptor >= 0) ::close(descriptor);
     return false;
   }
+  cubenet::protect_from_output(path);
   const auto size = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
   if (size >= kLarge) {
     text = FileText::map(descriptor, state_of(status));

@@ -1,6 +1,7 @@
 // A thread of its own paints the line, so that it moves on while the program waits or is deep in one step.
 #include "kit/util/progress.h"
 
+#include <signal.h>
 #include <unistd.h>
 
 #include <atomic>
@@ -28,6 +29,9 @@ struct Painter {
   Painter() : thread([this](const std::stop_token &stop) { run(stop); }) {}
 
   void run(const std::stop_token &stop) {
+    sigset_t all;
+    ::sigfillset(&all);
+    ::pthread_sigmask(SIG_BLOCK, &all, nullptr); // they are for the thread that writes files
     std::unique_lock lock(mutex);
     const auto stopped = [&] { return stop.stop_requested(); };
     for (auto wait = kQuiet; !never.wait_for(lock, stop, wait, stopped); wait = kBetween) {

@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "model/run_settings.h"
-#include "util/output_file.h"
 
 namespace cubenet {
 
@@ -213,9 +212,7 @@ void dump_flags(OutputFile &file, std::string_view label, const std::vector<std:
 
 } // namespace
 
-int dump_design(const std::string &file_name, const Design &design, const CubeTable &cubes) {
-  OutputFile file;
-  if (!open_output(file, file_name)) return 2;
+void put_listing(OutputFile &file, const Design &design, const CubeTable &cubes) {
   dump_header(file, design);
   dump_properties(file, design);
   dump_pins(file, design);
@@ -228,6 +225,12 @@ int dump_design(const std::string &file_name, const Design &design, const CubeTa
   put(file, "=========================\n"); // two shorter than the others
   dump_flags(file, "\nPIN = ", design.pin_names, design.pin_flags);
   dump_flags(file, "NODE = ", design.node_names, design.node_flags);
+}
+
+int dump_design(const std::string &file_name, const Design &design, const CubeTable &cubes) {
+  OutputFile file;
+  if (!open_output(file, file_name)) return 2;
+  put_listing(file, design, cubes);
   return close_output(file) ? 0 : 2;
 }
 

@@ -5,10 +5,13 @@
 
 #include "model/cube_table.h"
 #include "model/design.h"
+#include "util/output_file.h"
 
 namespace cubenet {
 
-// Writes the listing into the named file (truncating). 0, or 2 when the file can't be written whole.
+void put_listing(OutputFile &file, const Design &design, const CubeTable &cubes);
+
+// Writes the listing into the named file, in place of what is there. 0, or 2 when the file can't be written whole.
 [[nodiscard]] int dump_design(const std::string &file_name, const Design &design, const CubeTable &cubes);
 
 } // namespace cubenet

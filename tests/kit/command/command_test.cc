@@ -1,4 +1,5 @@
 // The companion as a command: exit statuses, and which stream speaks.
+#include <csignal>
 #include <cstdlib>
 #include <string>
 
@@ -88,6 +89,57 @@ TEST(Command, NeverCallsLostOutputOrAFileThatDoesNotFitASuccess) {
   EXPECT_EQ(status_of("prove c --nxf /dev/stdin <c.nxf >out"), 0);
   ASSERT_EQ(std::system("mkfifo pipe && { cat c.nxf >pipe & }"), 0);
   EXPECT_EQ(status_of("prove c --nxf pipe >out"), 0);
+}
+
+TEST(Command, NeverWritesOverWhatItReadsOrPrintsTo) {
+  const cubenet::WorkingDir directory;
+  const std::string tt2 = cubenet::read_file(PROJECT_DIR "/examples/counter/counter.tt2");
+  cubenet::write_file("c.tt2", tt2);
+  cubenet::write_file("v", "clk\n0\n");
+  ASSERT_EQ(std::system(CUBENET_PROGRAM " -b c >/dev/null && ln -s c.nxf link && ln c.nxf hard && ln -s c.tt2 table"),
+            0);
+  const std::string nxf = cubenet::read_file("c.nxf");
+  struct Refusal {
+    const char *arguments, *file;
+  };
+  const Refusal refusals[] = {
+      {"dump -o c.tt2 c", "c.tt2"},           {"dump -o c.tt2 -i table x", "c.tt2"},
+      {"page -o table c", "table"},           {"page -o link c", "link"},
+      {"graph -o c.nxf c", "c.nxf"},          {"graph -o ./hard c", "./hard"},
+      {"export json -o link c", "link"},      {"sim c --vectors v --vcd c.nxf", "c.nxf"},
+      {"sim c --vectors v --vcd v", "v"},     {"export blif -o out c", "out"},
+      {"sim c --vectors v --vcd err", "err"},
+  };
+  for (const auto &[arguments, file] : refusals) {
+    const int status = std::system((std::string(CUBEKIT_PROGRAM) + ' ' + arguments + " >out 2>err").c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 2) << arguments;
+    EXPECT_EQ(cubenet::read_file("err"), std::string(file) + ": is in use by this command; not overwritten\n");
+    EXPECT_EQ(cubenet::read_file("out"), "") << arguments;
+    EXPECT_EQ(cubenet::read_file("c.nxf"), nxf) << arguments;
+  }
+  EXPECT_EQ(cubenet::read_file("c.tt2"), tt2);
+  EXPECT_EQ(cubenet::read_file("v"), "clk\n0\n");
+}
+
+// A file that takes no more, and a user who has waited enough, while the waveform is open.
+TEST(Command, LeavesNoPartOfAnOutput) {
+  const cubenet::WorkingDir directory;
+  cubenet::write_file("c.tt2", cubenet::read_file(PROJECT_DIR "/examples/counter/counter.tt2"));
+  ASSERT_EQ(std::system(CUBENET_PROGRAM " -b c >/dev/null && mkfifo v && echo former >w && ls -A >before"), 0);
+  for (const char *command : {"export verilog c -o w", "dump c -o w", "graph c -o w", "page c -o w"}) {
+    const std::string line = std::string("ulimit -f 1; " CUBEKIT_PROGRAM " ") + command + " 2>err";
+    EXPECT_EQ(WEXITSTATUS(std::system(line.c_str())), 2) << command;
+    EXPECT_EQ(cubenet::read_file("err"), "w: can't be written: File too large\n");
+  }
+  EXPECT_EQ(WEXITSTATUS(std::system("ulimit -f 1; " CUBEKIT_PROGRAM " export verilog c >out 2>err")), 2);
+  EXPECT_EQ(cubenet::read_file("err"), "standard output: can't be written: File too large\n");
+  const char *const kEnded =
+      CUBEKIT_PROGRAM " sim c --vectors v --vcd w >out 2>err & exec 2>/dev/null 3>v; echo clk >&3; "
+                      "for i in $(seq 500); do ls -A | grep -q cubenet- && break; sleep 0.01; "
+                      "done; kill $!; wait $!";
+  EXPECT_EQ(WEXITSTATUS(std::system(kEnded)), 128 + SIGTERM);
+  EXPECT_EQ(cubenet::read_file("w"), "former\n");
+  EXPECT_EQ(std::system("rm err out; ls -A | diff before -"), 0);
 }
 
 // The netlist is written over when it is mapped already, and the constraints are waited for.
