@@ -9,8 +9,8 @@ namespace {
 
 // clang-format off
 constexpr auto kRows = std::to_array<Explanation>({
-    {31102, "A file could not be opened or read.", "The truth table, or the file given with -i, is not there or is no readable file.", "Check the name (without -i it is the design's name and .tt2), the directory and the permissions."},
-    {31103, "An output file could not be written.", "The directory is missing or write-protected, the disk is full, or the file would replace the input.", "Make room or choose another place; a file that could not be written whole has been removed."},
+    {31102, "A file could not be opened or read.", "The truth table, or the file given with -i, is not there, is no readable file, changed while it was read, or is the log.", "Check the name (without -i it is the design's name and .tt2), the directory and the permissions."},
+    {31103, "An output file could not be written.", "The directory is missing or write-protected, the disk is full, or the file is the input, the log or where the console goes.", "Make room or choose another place; what was there before has stayed."},
     {31104, "Memory ran out.", "The design needs more memory than the system grants.", "Give the process more memory, or split the design."},
     {31204, "The truth table holds no product term.", "The file ends, or .e stands, before any line of inputs and outputs.", "Add the product terms, in front of .e."},
     {31209, "No pins are declared.", "The file has no '#$ PINS' statement that could be read.", "Add '#$ PINS <count> <name> ...' with all pins of the device."},
