@@ -1,0 +1,94 @@
+// Sums of products in memory: a cover holds the cubes (product terms) of several outputs over the same inputs.
+//
+// A cube is `words` words of 64 bits. Input k owns bits 2k ("may be 0") and 2k+1 ("may be 1") of the first
+// `input_words` words; both set: no literal; never none. Bits of inputs that don't exist are set. Output j owns bit j
+// of the words behind them: the cube drives it. A cover of 0 outputs is one function, whose cubes have inputs alone.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "model/cube_table.h"
+
+namespace cubekit {
+
+using CubeWord = std::uint64_t;
+using Cube = const CubeWord *; // valid until the cover grows
+
+inline constexpr CubeWord kLowBits = 0x5555555555555555U; // the "may be 0" bits of a word
+
+struct Cover {
+  std::size_t inputs = 0, outputs = 0;
+  std::size_t input_words = 0, words = 0; // of a cube; at least one input word
+  std::vector<CubeWord> bits;             // cube after cube
+
+  Cover(std::size_t input_count, std::size_t output_count);
+  std::size_t size() const { return bits.size() / words; }
+  Cube operator[](std::size_t at) const { return bits.data() + at * words; }
+  CubeWord *operator[](std::size_t at) { return bits.data() + at * words; }
+};
+
+// Adds a cube without literals that drives nothing.
+CubeWord *add_cube(Cover &cover);
+// Adds a copy of a cube of a cover of the same shape.
+void add_cube(Cover &cover, Cube cube);
+
+inline void set_literal(CubeWord *cube, std::size_t input, cubenet::Literal literal) {
+  const std::size_t shift = 2 * (input % 32);
+  cube[input / 32] = (cube[input / 32] & ~(CubeWord{3} << shift)) | CubeWord{literal} << shift;
+}
+inline cubenet::Literal literal_at(Cube cube, std::size_t input) {
+  return static_cast<cubenet::Literal>(cube[input / 32] >> (2 * (input % 32)) & 3U);
+}
+inline void set_output(const Cover &cover, CubeWord *cube, std::size_t output) {
+  cube[cover.input_words + output / 64] |= CubeWord{1} << (output % 64);
+}
+inline bool drives_output(const Cover &cover, Cube cube, std::size_t output) {
+  return (cube[cover.input_words + output / 64] >> (output % 64) & 1U) != 0;
+}
+
+// One bit, at 2k, for each input k of the word with a literal.
+inline CubeWord literals_of(CubeWord word) { return (word ^ word >> 1) & kLowBits; }
+// One bit, at 2k, for each input k that the intersection of two cubes leaves no value.
+inline CubeWord conflicts_of(CubeWord common) { return ~(common | common >> 1) & kLowBits; }
+
+inline bool is_contained(std::span<const CubeWord> inner, Cube outer) {
+  for (const CubeWord word : inner)
+    if ((word & ~*outer++) != 0) return false;
+  return true;
+}
+
+// ---- whole covers
+
+// For each output the points that none of its cubes covers; a cube of several outputs stands once. What is given when
+// `stop` becomes true meanwhile is of no use.
+[[nodiscard]] Cover complement(const Cover &cover, const std::atomic<bool> *stop = nullptr);
+
+// Whether every output is 1 everywhere.
+[[nodiscard]] bool is_tautology(const Cover &cover);
+
+// Whether each output that the cube drives is 1 wherever the cube is. The cube is of a cover of the same shape.
+[[nodiscard]] bool covers(const Cover &cover, Cube cube);
+
+// ---- single functions (covers of 0 outputs)
+
+// The cubes of an output that meet the cube, without the cube's literals: the output seen from within the cube.
+[[nodiscard]] Cover cofactor(const Cover &cover, std::size_t output, Cube cube);
+
+// The function where an input has that value.
+[[nodiscard]] Cover cofactor(const Cover &function, std::size_t input, bool value);
+
+[[nodiscard]] bool is_one(Cover function);
+
+// The smallest cube around all points where the function is 0; no words when there are none.
+[[nodiscard]] std::vector<CubeWord> bound_zeros(const Cover &function);
+
+// The input that most cubes have a literal of, among those with literals of both kinds; `inputs` when there is none.
+[[nodiscard]] std::size_t find_binate_input(const Cover &function);
+
+[[nodiscard]] bool has_full_cube(const Cover &function);
+
+} // namespace cubekit
