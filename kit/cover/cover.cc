@@ -23,6 +23,10 @@ CubeWord *add_cube(Cover &cover) {
 
 void add_cube(Cover &cover, Cube cube) { cover.bits.insert(cover.bits.end(), cube, cube + cover.words); }
 
+void add_cubes(Cover &cover, const Cover &more) {
+  cover.bits.insert(cover.bits.end(), more.bits.begin(), more.bits.end());
+}
+
 namespace {
 
 // Where literals of each kind stand, one bit at 2k for input k.
@@ -97,8 +101,7 @@ bool may_fill(const Cover &function) {
 
 bool has_full_cube(const Cover &function) {
   for (std::size_t c = 0; c < function.size(); c++)
-    if (std::all_of(function[c], function[c] + function.words, [](CubeWord word) { return word == ~CubeWord{0}; }))
-      return true;
+    if (is_full({function[c], function.words})) return true;
   return false;
 }
 
@@ -118,20 +121,33 @@ Cover cofactor(const Cover &function, std::size_t input, bool value) {
   return result;
 }
 
-Cover cofactor(const Cover &cover, std::size_t output, Cube cube) {
-  Cover result(cover.inputs, 0);
-  for (std::size_t c = 0; c < cover.size(); c++) {
-    const Cube other = cover[c];
-    if (!drives_output(cover, other, output)) continue;
-    CubeWord conflicts = 0;
-    for (std::size_t w = 0; w < cover.input_words; w++) conflicts |= conflicts_of(other[w] & cube[w]);
-    if (conflicts != 0) continue;
-    for (std::size_t w = 0; w < cover.input_words; w++) {
-      const CubeWord literals = literals_of(cube[w]);
-      result.bits.push_back(other[w] | literals | literals << 1);
-    }
+namespace {
+bool meet(Cube a, Cube b, std::size_t input_words) {
+  CubeWord conflicts = 0;
+  for (std::size_t w = 0; w < input_words; w++) conflicts |= conflicts_of(a[w] & b[w]);
+  return conflicts == 0;
+}
+} // namespace
+
+Cover find_meeting(const Cover &cover, Cube cube) {
+  Cover found(cover.inputs, cover.outputs);
+  for (std::size_t c = 0; c < cover.size(); c++)
+    if (meet(cover[c], cube, cover.input_words)) add_cube(found, cover[c]);
+  return found;
+}
+
+void add_cofactor(const Cover &cover, Cube other, std::size_t output, Cube cube, Cover &function) {
+  if (!drives_output(cover, other, output) || !meet(other, cube, cover.input_words)) return;
+  for (std::size_t w = 0; w < cover.input_words; w++) {
+    const CubeWord literals = literals_of(cube[w]);
+    function.bits.push_back(other[w] | literals | literals << 1);
   }
-  return result;
+}
+
+Cover cofactor(const Cover &cover, std::size_t output, Cube cube) {
+  Cover function(cover.inputs, 0);
+  for (std::size_t c = 0; c < cover.size(); c++) add_cofactor(cover, cover[c], output, cube, function);
+  return function;
 }
 
 bool is_one(Cover function) {
@@ -145,8 +161,9 @@ bool is_one(Cover function) {
 }
 
 bool covers(const Cover &cover, Cube cube) {
+  const Cover near = find_meeting(cover, cube);
   for (std::size_t j = 0; j < cover.outputs; j++)
-    if (drives_output(cover, cube, j) && !is_one(cofactor(cover, j, cube))) return false;
+    if (drives_output(cover, cube, j) && !is_one(cofactor(near, j, cube))) return false;
   return true;
 }
 
@@ -234,9 +251,17 @@ Cover join(Cover &low, Cover &high, std::size_t input) {
   return result;
 }
 
-Cover complement_function(const Cover &function, const std::atomic<bool> *stop) {
+struct Limit {
+  std::size_t steps;
+  const std::atomic<bool> *stop;
+  bool is_reached() const { return steps == 0 || (stop != nullptr && stop->load(std::memory_order_relaxed)); }
+};
+
+// Rubbish once the limit is reached.
+Cover complement_function(const Cover &function, Limit &limit) {
   Cover result(function.inputs, 0);
-  if (stop != nullptr && stop->load(std::memory_order_relaxed)) return result;
+  if (limit.is_reached()) return result;
+  limit.steps--;
   if (function.size() == 0) add_cube(result);
   if (function.size() == 0 || has_full_cube(function)) return result;
   const std::vector<CubeWord> shared = bound_ones(function);
@@ -246,42 +271,54 @@ Cover complement_function(const Cover &function, const std::atomic<bool> *stop) 
     Cover rest = function;
     for (std::size_t c = 0; c < rest.size(); c++)
       for (std::size_t w = 0; w < rest.words; w++) rest[c][w] |= ~shared[w];
-    const Cover zeros = complement_function(rest, stop);
-    result.bits.insert(result.bits.end(), zeros.bits.begin(), zeros.bits.end());
+    add_cubes(result, complement_function(rest, limit));
     return result;
   }
   const Kinds kinds = find_kinds(function);
   std::size_t input = find_frequent_input(function, kinds, true);
   if (input == function.inputs) input = find_frequent_input(function, kinds, false);
-  Cover low = complement_function(cofactor(function, input, false), stop);
-  Cover high = complement_function(cofactor(function, input, true), stop);
+  Cover low = complement_function(cofactor(function, input, false), limit);
+  Cover high = complement_function(cofactor(function, input, true), limit);
   return join(low, high, input);
+}
+
+// Equal cubes become one that drives what each of them does.
+Cover join_outputs(Cover &cover) {
+  sort_cubes(cover);
+  Cover result(cover.inputs, cover.outputs);
+  for (std::size_t c = 0; c < cover.size(); c++) {
+    CubeWord *last = result.size() == 0 ? nullptr : result[result.size() - 1];
+    if (last == nullptr || !std::equal(last, last + cover.input_words, cover[c]))
+      add_cube(result, cover[c]);
+    else
+      for (std::size_t w = cover.input_words; w < cover.words; w++) last[w] |= cover[c][w];
+  }
+  return result;
 }
 
 } // namespace
 
-Cover complement(const Cover &cover, const std::atomic<bool> *stop) {
+Cover complement_within(std::size_t steps, const Cover &cover, std::vector<bool> &is_left_out,
+                        const std::atomic<bool> *stop) {
   Cover all(cover.inputs, cover.outputs);
-  const Cover whole(cover.inputs, 0);
+  is_left_out.resize(cover.outputs);
   const std::vector<CubeWord> everywhere(cover.input_words, ~CubeWord{0});
   for (std::size_t j = 0; j < cover.outputs; j++) {
-    const Cover zeros = complement_function(cofactor(cover, j, everywhere.data()), stop);
-    for (std::size_t c = 0; c < zeros.size(); c++) {
+    Limit limit{steps, stop};
+    const Cover zeros = complement_function(cofactor(cover, j, everywhere.data()), limit);
+    if (limit.is_reached()) is_left_out[j] = true;
+    for (std::size_t c = 0; !is_left_out[j] && c < zeros.size(); c++) {
       CubeWord *cube = add_cube(all);
       std::copy_n(zeros[c], zeros.words, cube);
       set_output(all, cube, j);
     }
   }
-  sort_cubes(all);
-  Cover result(cover.inputs, cover.outputs);
-  for (std::size_t c = 0; c < all.size(); c++) {
-    CubeWord *last = result.size() == 0 ? nullptr : result[result.size() - 1];
-    if (last == nullptr || !std::equal(last, last + all.input_words, all[c]))
-      add_cube(result, all[c]);
-    else
-      for (std::size_t w = all.input_words; w < all.words; w++) last[w] |= all[c][w];
-  }
-  return result;
+  return join_outputs(all);
+}
+
+Cover complement(const Cover &cover, const std::atomic<bool> *stop) {
+  std::vector<bool> is_left_out;
+  return complement_within(SIZE_MAX, cover, is_left_out, stop);
 }
 
 } // namespace cubekit

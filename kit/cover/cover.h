@@ -5,6 +5,7 @@
 // of the words behind them: the cube drives it. A cover of 0 outputs is one function, whose cubes have inputs alone.
 #pragma once
 
+#include <algorithm>
 #include <atomic>
 #include <cstddef>
 #include <cstdint>
@@ -33,8 +34,9 @@ struct Cover {
 
 // Adds a cube without literals that drives nothing.
 CubeWord *add_cube(Cover &cover);
-// Adds a copy of a cube of a cover of the same shape.
+// Adds a copy of a cube of a cover of the same shape, or of each cube of one.
 void add_cube(Cover &cover, Cube cube);
+void add_cubes(Cover &cover, const Cover &more);
 
 inline void set_literal(CubeWord *cube, std::size_t input, cubenet::Literal literal) {
   const std::size_t shift = 2 * (input % 32);
@@ -55,6 +57,11 @@ inline CubeWord literals_of(CubeWord word) { return (word ^ word >> 1) & kLowBit
 // One bit, at 2k, for each input k that the intersection of two cubes leaves no value.
 inline CubeWord conflicts_of(CubeWord common) { return ~(common | common >> 1) & kLowBits; }
 
+// Without literals, for the words of a cube's inputs.
+inline bool is_full(std::span<const CubeWord> inputs) {
+  return std::all_of(inputs.begin(), inputs.end(), [](CubeWord word) { return word == ~CubeWord{0}; });
+}
+
 inline bool is_contained(std::span<const CubeWord> inner, Cube outer) {
   for (const CubeWord word : inner)
     if ((word & ~*outer++) != 0) return false;
@@ -67,16 +74,25 @@ inline bool is_contained(std::span<const CubeWord> inner, Cube outer) {
 // `stop` becomes true meanwhile is of no use.
 [[nodiscard]] Cover complement(const Cover &cover, const std::atomic<bool> *stop = nullptr);
 
+// The same with a limit to the steps that an output takes. One that takes more is marked and left out.
+[[nodiscard]] Cover complement_within(std::size_t steps, const Cover &cover, std::vector<bool> &is_left_out,
+                                      const std::atomic<bool> *stop = nullptr);
+
 // Whether every output is 1 everywhere.
 [[nodiscard]] bool is_tautology(const Cover &cover);
 
 // Whether each output that the cube drives is 1 wherever the cube is. The cube is of a cover of the same shape.
 [[nodiscard]] bool covers(const Cover &cover, Cube cube);
 
+// The cubes whose inputs have points in common with those of the cube.
+[[nodiscard]] Cover find_meeting(const Cover &cover, Cube cube);
+
 // ---- single functions (covers of 0 outputs)
 
 // The cubes of an output that meet the cube, without the cube's literals: the output seen from within the cube.
 [[nodiscard]] Cover cofactor(const Cover &cover, std::size_t output, Cube cube);
+// Adds what there is of one of the cover's cubes to that.
+void add_cofactor(const Cover &cover, Cube other, std::size_t output, Cube cube, Cover &function);
 
 // The function where an input has that value.
 [[nodiscard]] Cover cofactor(const Cover &function, std::size_t input, bool value);

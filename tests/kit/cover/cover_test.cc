@@ -43,19 +43,19 @@ TEST(Cover, AnswersWhatItsTruthTableSays) {
     const Cover cover = random_cover(random, outputs, random() % 14), zeros = complement(cover);
     const Cover asked = random_cover(random, outputs, 1);
     std::vector<CubeWord> bound(cover.input_words); // around the zeros of output 0
-    bool is_full = true, is_covered = true;
+    bool is_all_on = true, is_covered = true;
     for (std::uint32_t point = 0; point < 1U << kUsed; point++) {
       for (std::size_t j = 0; j < cover.outputs; j++) {
         const bool is_on = value_at(cover, j, point);
         ASSERT_NE(is_on, value_at(zeros, j, point));
-        is_full = is_full && is_on;
+        is_all_on = is_all_on && is_on;
         is_covered = is_covered && (is_on || !value_at(asked, j, point));
         for (std::size_t k = kFirst; j == 0 && !is_on && k < kInputs; k++)
           bound[k / 32] |= CubeWord{1} << (2 * (k % 32) + (point >> (k - kFirst) & 1U));
       }
     }
-    ASSERT_EQ(is_tautology(cover), is_full);
-    tautologies += is_full;
+    ASSERT_EQ(is_tautology(cover), is_all_on);
+    tautologies += is_all_on;
     ASSERT_EQ(covers(cover, asked[0]), is_covered);
     covered += is_covered;
     const std::vector<CubeWord> everywhere(cover.input_words, ~CubeWord{0});

@@ -1,0 +1,135 @@
+// The iteration: expand, drop what is redundant, reduce, and again, for as long as cubes get fewer.
+#include "kit/minimize/minimize.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "kit/minimize/passes.h"
+
+namespace cubekit {
+
+namespace {
+
+// Of the zeros of an output; a table of 16 inputs takes 20,000 at most.
+constexpr std::size_t kMostSteps = 200'000;
+
+void clear_output(const Cover &cover, CubeWord *cube, std::size_t output) {
+  cube[cover.input_words + output / 64] &= ~(CubeWord{1} << (output % 64));
+}
+
+std::span<const CubeWord> outputs_of(const Cover &cover, Cube cube) {
+  return {cube + cover.input_words, cover.words - cover.input_words};
+}
+
+void drop_idle(Cover &cover) {
+  Cover kept(cover.inputs, cover.outputs);
+  for (std::size_t c = 0; c < cover.size(); c++)
+    if (count_marks(outputs_of(cover, cover[c])) != 0) add_cube(kept, cover[c]);
+  cover = std::move(kept);
+}
+
+void take_outputs(Cover &cover, const Marks &outputs) {
+  for (std::size_t c = 0; c < cover.size(); c++)
+    for_each_mark(outputs, [&](std::size_t j) { clear_output(cover, cover[c], j); });
+  drop_idle(cover);
+}
+
+// The outputs that some cube drives, or one without literals.
+Marks find_driven(const Cover &cover, bool everywhere) {
+  Marks driven(cover.words - cover.input_words);
+  for (std::size_t c = 0; c < cover.size(); c++)
+    for (std::size_t w = 0; w < driven.size(); w++)
+      if (!everywhere || is_full({cover[c], cover.input_words})) driven[w] |= cover[c][cover.input_words + w];
+  return driven;
+}
+
+// What a block of sorted cubes has in common lets most blocks be passed at once: expansion is 5 times faster for it.
+Cover bound_blocks(const Cover &cover) {
+  Cover bounds(cover.inputs, cover.outputs);
+  for (std::size_t c = 0; c < cover.size(); c++) {
+    if (c % Problem::kBlock == 0) add_cube(bounds, cover[c]);
+    CubeWord *bound = bounds[bounds.size() - 1];
+    for (std::size_t w = 0; w < cover.words; w++) bound[w] |= cover[c][w];
+  }
+  return bounds;
+}
+
+// Lists the zeros, and takes from the free points those that are on; an output that never is on has none.
+Problem pose(const Cover &on, Cover free, const std::atomic<bool> *stop) {
+  Marks idle = find_driven(on, false);
+  for (CubeWord &word : idle) word = ~word;
+  if (on.outputs % 64 != 0) idle.back() &= (CubeWord{1} << (on.outputs % 64)) - 1;
+  take_outputs(free, idle);
+  const Cover none(on.inputs, on.outputs);
+  Problem problem{none, none, none, {}, stop};
+  Cover known = on;
+  add_cubes(known, free);
+  problem.off = complement_within(kMostSteps, known, problem.is_left_out, stop);
+  problem.bounds = bound_blocks(problem.off);
+  if (free.size() == 0) return problem;
+  known = on;
+  add_cubes(known, problem.off);
+  problem.free = complement_within(kMostSteps, known, problem.is_left_out, stop);
+  Marks left_out(idle.size());
+  for (std::size_t j = 0; j < on.outputs; j++)
+    if (problem.is_left_out[j]) set_mark(left_out, j);
+  take_outputs(problem.free, left_out);
+  return problem;
+}
+
+// Goes on from a cover of the largest cubes for as long as they get fewer.
+void iterate(Cover &cover, const Problem &problem, Order by) {
+  for (Cover next = cover; !problem.is_stopped(); cover = next) {
+    const std::vector<bool> is_whole = reduce(next, problem, by);
+    expand(next, problem, Outputs::GROW, is_whole);
+    drop_redundant(next, problem);
+    if (next.size() >= cover.size()) return;
+  }
+}
+
+// Fewer outputs for each cube, and with those out of the way fewer literals.
+void make_sparse(Cover &cover, const Problem &problem) {
+  drop_redundant_outputs(cover, problem);
+  drop_idle(cover);
+  expand(cover, problem, Outputs::STAY);
+}
+
+// Another cover, from cubes that are reduced in that order.
+Cover go_round(Cover cover, const Problem &problem, Order by) {
+  reduce(cover, problem, by);
+  expand(cover, problem);
+  drop_redundant(cover, problem);
+  iterate(cover, problem, by);
+  add_shared_expansions(cover, problem);
+  drop_redundant(cover, problem);
+  make_sparse(cover, problem);
+  return cover;
+}
+
+} // namespace
+
+Cover minimize(const Cover &on, const Cover &free, const std::atomic<bool> *stop) {
+  const Marks constant = find_driven(on, true); // they keep their cube without literals
+  Cover cover = on;
+  take_outputs(cover, constant);
+  const Problem problem = pose(cover, free, stop);
+  if (problem.is_stopped()) return on;
+  expand(cover, problem);
+  drop_redundant(cover, problem);
+  make_sparse(cover, problem);
+  constexpr auto kOrders =
+      std::to_array<Order>({Order::NEAREST_FIRST, Order::LARGEST_FIRST, Order::SMALLEST_FIRST, Order::FARTHEST_FIRST});
+  for (std::size_t idle = 0; idle < kOrders.size();) {
+    Cover next = go_round(cover, problem, kOrders[idle]);
+    if (problem.is_stopped() && next.size() >= cover.size()) break;
+    idle = next.size() < cover.size() ? 0 : idle + 1;
+    if (next.size() <= cover.size()) cover = std::move(next);
+  }
+  if (count_marks(constant) == 0) return cover;
+  CubeWord *all = add_cube(cover);
+  std::copy(constant.begin(), constant.end(), all + cover.input_words);
+  return cover;
+}
+
+} // namespace cubekit

@@ -1,0 +1,21 @@
+// Two-level minimization of all outputs together.
+#pragma once
+
+#include <atomic>
+#include <functional>
+
+#include "kit/cover/cover.h"
+
+namespace CLI {
+class App;
+}
+
+namespace cubekit {
+
+// As few cubes as the passes find that are 1 where `on` is, and elsewhere only where `free` is. When `stop` becomes
+// true, what is found until then.
+[[nodiscard]] Cover minimize(const Cover &on, const Cover &free, const std::atomic<bool> *stop = nullptr);
+
+std::function<int()> setup_minimize(CLI::App &command);
+
+} // namespace cubekit
