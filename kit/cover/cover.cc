@@ -129,6 +129,17 @@ bool meet(Cube a, Cube b, std::size_t input_words) {
 }
 } // namespace
 
+Cover take_output(const Cover &cover, std::size_t output) {
+  Cover one(cover.inputs, 1);
+  for (std::size_t c = 0; c < cover.size(); c++) {
+    if (!drives_output(cover, cover[c], output)) continue;
+    CubeWord *cube = add_cube(one);
+    std::copy_n(cover[c], cover.input_words, cube);
+    set_output(one, cube, 0);
+  }
+  return one;
+}
+
 Cover find_meeting(const Cover &cover, Cube cube) {
   Cover found(cover.inputs, cover.outputs);
   for (std::size_t c = 0; c < cover.size(); c++)
@@ -234,6 +245,23 @@ void sort_cubes(Cover &cover) {
   cover = std::move(sorted);
 }
 
+} // namespace
+
+Cover join_outputs(Cover cover) {
+  sort_cubes(cover);
+  Cover result(cover.inputs, cover.outputs);
+  for (std::size_t c = 0; c < cover.size(); c++) {
+    CubeWord *last = result.size() == 0 ? nullptr : result[result.size() - 1];
+    if (last == nullptr || !std::equal(last, last + cover.input_words, cover[c]))
+      add_cube(result, cover[c]);
+    else
+      for (std::size_t w = cover.input_words; w < cover.words; w++) last[w] |= cover[c][w];
+  }
+  return result;
+}
+
+namespace {
+
 // The zeros on both sides of an input: a cube that stands on either side needs no literal of it.
 Cover join(Cover &low, Cover &high, std::size_t input) {
   sort_cubes(low);
@@ -251,17 +279,21 @@ Cover join(Cover &low, Cover &high, std::size_t input) {
   return result;
 }
 
-struct Limit {
-  std::size_t steps;
+struct Bounds {
   const std::atomic<bool> *stop;
-  bool is_reached() const { return steps == 0 || (stop != nullptr && stop->load(std::memory_order_relaxed)); }
+  std::size_t *budget;
 };
 
-// Rubbish once the limit is reached.
-Cover complement_function(const Cover &function, Limit &limit) {
+// False when the work is to be given up.
+bool spend(const Bounds &bounds, std::size_t words) {
+  if (bounds.budget != nullptr) *bounds.budget -= std::min(*bounds.budget, words);
+  return (bounds.stop == nullptr || !bounds.stop->load(std::memory_order_relaxed)) &&
+         (bounds.budget == nullptr || *bounds.budget != 0);
+}
+
+Cover complement_function(const Cover &function, const Bounds &bounds) {
   Cover result(function.inputs, 0);
-  if (limit.is_reached()) return result;
-  limit.steps--;
+  if (!spend(bounds, function.bits.size() + 1)) return result;
   if (function.size() == 0) add_cube(result);
   if (function.size() == 0 || has_full_cube(function)) return result;
   const std::vector<CubeWord> shared = bound_ones(function);
@@ -271,54 +303,32 @@ Cover complement_function(const Cover &function, Limit &limit) {
     Cover rest = function;
     for (std::size_t c = 0; c < rest.size(); c++)
       for (std::size_t w = 0; w < rest.words; w++) rest[c][w] |= ~shared[w];
-    add_cubes(result, complement_function(rest, limit));
+    add_cubes(result, complement_function(rest, bounds));
     return result;
   }
   const Kinds kinds = find_kinds(function);
   std::size_t input = find_frequent_input(function, kinds, true);
   if (input == function.inputs) input = find_frequent_input(function, kinds, false);
-  Cover low = complement_function(cofactor(function, input, false), limit);
-  Cover high = complement_function(cofactor(function, input, true), limit);
+  Cover low = complement_function(cofactor(function, input, false), bounds);
+  Cover high = complement_function(cofactor(function, input, true), bounds);
+  if (!spend(bounds, low.bits.size() + high.bits.size())) return result;
   return join(low, high, input);
-}
-
-// Equal cubes become one that drives what each of them does.
-Cover join_outputs(Cover &cover) {
-  sort_cubes(cover);
-  Cover result(cover.inputs, cover.outputs);
-  for (std::size_t c = 0; c < cover.size(); c++) {
-    CubeWord *last = result.size() == 0 ? nullptr : result[result.size() - 1];
-    if (last == nullptr || !std::equal(last, last + cover.input_words, cover[c]))
-      add_cube(result, cover[c]);
-    else
-      for (std::size_t w = cover.input_words; w < cover.words; w++) last[w] |= cover[c][w];
-  }
-  return result;
 }
 
 } // namespace
 
-Cover complement_within(std::size_t steps, const Cover &cover, std::vector<bool> &is_left_out,
-                        const std::atomic<bool> *stop) {
+Cover complement(const Cover &cover, const std::atomic<bool> *stop, std::size_t *budget) {
   Cover all(cover.inputs, cover.outputs);
-  is_left_out.resize(cover.outputs);
   const std::vector<CubeWord> everywhere(cover.input_words, ~CubeWord{0});
   for (std::size_t j = 0; j < cover.outputs; j++) {
-    Limit limit{steps, stop};
-    const Cover zeros = complement_function(cofactor(cover, j, everywhere.data()), limit);
-    if (limit.is_reached()) is_left_out[j] = true;
-    for (std::size_t c = 0; !is_left_out[j] && c < zeros.size(); c++) {
+    const Cover zeros = complement_function(cofactor(cover, j, everywhere.data()), {stop, budget});
+    for (std::size_t c = 0; c < zeros.size(); c++) {
       CubeWord *cube = add_cube(all);
       std::copy_n(zeros[c], zeros.words, cube);
       set_output(all, cube, j);
     }
   }
-  return join_outputs(all);
-}
-
-Cover complement(const Cover &cover, const std::atomic<bool> *stop) {
-  std::vector<bool> is_left_out;
-  return complement_within(SIZE_MAX, cover, is_left_out, stop);
+  return join_outputs(std::move(all));
 }
 
 } // namespace cubekit

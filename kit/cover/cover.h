@@ -48,6 +48,9 @@ inline cubenet::Literal literal_at(Cube cube, std::size_t input) {
 inline void set_output(const Cover &cover, CubeWord *cube, std::size_t output) {
   cube[cover.input_words + output / 64] |= CubeWord{1} << (output % 64);
 }
+inline void clear_output(const Cover &cover, CubeWord *cube, std::size_t output) {
+  cube[cover.input_words + output / 64] &= ~(CubeWord{1} << (output % 64));
+}
 inline bool drives_output(const Cover &cover, Cube cube, std::size_t output) {
   return (cube[cover.input_words + output / 64] >> (output % 64) & 1U) != 0;
 }
@@ -71,18 +74,22 @@ inline bool is_contained(std::span<const CubeWord> inner, Cube outer) {
 // ---- whole covers
 
 // For each output the points that none of its cubes covers; a cube of several outputs stands once. What is given when
-// `stop` becomes true meanwhile is of no use.
-[[nodiscard]] Cover complement(const Cover &cover, const std::atomic<bool> *stop = nullptr);
-
-// The same with a limit to the steps that an output takes. One that takes more is marked and left out.
-[[nodiscard]] Cover complement_within(std::size_t steps, const Cover &cover, std::vector<bool> &is_left_out,
-                                      const std::atomic<bool> *stop = nullptr);
+// `stop` becomes true meanwhile is of no use. A complement may be much larger than the cover: with a budget, which
+// counts the words of the cubes on the way, it is given up, and of no use either, when that reaches 0.
+[[nodiscard]] Cover complement(const Cover &cover, const std::atomic<bool> *stop = nullptr,
+                               std::size_t *budget = nullptr);
 
 // Whether every output is 1 everywhere.
 [[nodiscard]] bool is_tautology(const Cover &cover);
 
 // Whether each output that the cube drives is 1 wherever the cube is. The cube is of a cover of the same shape.
 [[nodiscard]] bool covers(const Cover &cover, Cube cube);
+
+// Sorted, with equal cubes of several outputs as one.
+[[nodiscard]] Cover join_outputs(Cover cover);
+
+// The cubes that drive an output, as a cover of that alone.
+[[nodiscard]] Cover take_output(const Cover &cover, std::size_t output);
 
 // The cubes whose inputs have points in common with those of the cube.
 [[nodiscard]] Cover find_meeting(const Cover &cover, Cube cube);

@@ -98,22 +98,10 @@ void drop_redundant(Cover &cover, const Problem &problem) {
 
 void drop_redundant_outputs(Cover &cover, const Problem &problem) {
   for (std::size_t j = 0; j < cover.outputs; j++) {
-    const auto take = [&](const Cover &from, std::vector<std::size_t> &numbers) {
-      Cover one(cover.inputs, 1);
-      for (std::size_t c = 0; c < from.size(); c++) {
-        if (!drives_output(from, from[c], j)) continue;
-        CubeWord *cube = add_cube(one);
-        std::copy_n(from[c], from.input_words, cube);
-        set_output(one, cube, 0);
-        numbers.push_back(c);
-      }
-      return one;
-    };
-    std::vector<std::size_t> numbers, ignored;
-    const Cover one = take(cover, numbers);
-    const std::vector<bool> is_needed = find_needed(one, take(problem.free, ignored), problem);
-    for (std::size_t c = 0; c < numbers.size(); c++)
-      if (!is_needed[c]) cover[numbers[c]][cover.input_words + j / 64] &= ~(CubeWord{1} << (j % 64));
+    const std::vector<bool> is_needed = find_needed(take_output(cover, j), take_output(problem.free, j), problem);
+    auto needed = is_needed.begin();
+    for (std::size_t c = 0; c < cover.size(); c++)
+      if (drives_output(cover, cover[c], j) && !*needed++) clear_output(cover, cover[c], j);
   }
 }
 

@@ -11,12 +11,8 @@ namespace cubekit {
 
 namespace {
 
-// Of the zeros of an output; a table of 16 inputs takes 20,000 at most.
-constexpr std::size_t kMostSteps = 200'000;
-
-void clear_output(const Cover &cover, CubeWord *cube, std::size_t output) {
-  cube[cover.input_words + output / 64] &= ~(CubeWord{1} << (output % 64));
-}
+// Words of cubes on the way to an output's zeros: a tenth of a second, or the rows of a truth table of 20 inputs.
+constexpr std::size_t kBudget = 20'000'000;
 
 std::span<const CubeWord> outputs_of(const Cover &cover, Cube cube) {
   return {cube + cover.input_words, cover.words - cover.input_words};
@@ -55,26 +51,35 @@ Cover bound_blocks(const Cover &cover) {
   return bounds;
 }
 
+// The points where no cube of either cover is. An output that has too many of them is left out.
+Cover find_others(const Cover &cover, const Cover &more, Problem &problem) {
+  Cover both = cover, others(cover.inputs, cover.outputs);
+  add_cubes(both, more);
+  for (std::size_t j = 0; j < cover.outputs; j++) {
+    std::size_t budget = kBudget;
+    const Cover zeros = complement(take_output(both, j), problem.stop, &budget);
+    if (budget == 0) problem.is_left_out[j] = true;
+    for (std::size_t c = 0; !problem.is_left_out[j] && c < zeros.size(); c++) {
+      CubeWord *cube = add_cube(others);
+      std::copy_n(zeros[c], zeros.input_words, cube);
+      set_output(others, cube, j);
+    }
+  }
+  return join_outputs(std::move(others));
+}
+
 // Lists the zeros, and takes from the free points those that are on; an output that never is on has none.
 Problem pose(const Cover &on, Cover free, const std::atomic<bool> *stop) {
-  Marks idle = find_driven(on, false);
-  for (CubeWord &word : idle) word = ~word;
-  if (on.outputs % 64 != 0) idle.back() &= (CubeWord{1} << (on.outputs % 64)) - 1;
-  take_outputs(free, idle);
   const Cover none(on.inputs, on.outputs);
-  Problem problem{none, none, none, {}, stop};
-  Cover known = on;
-  add_cubes(known, free);
-  problem.off = complement_within(kMostSteps, known, problem.is_left_out, stop);
-  problem.bounds = bound_blocks(problem.off);
-  if (free.size() == 0) return problem;
-  known = on;
-  add_cubes(known, problem.off);
-  problem.free = complement_within(kMostSteps, known, problem.is_left_out, stop);
-  Marks left_out(idle.size());
+  Problem problem{none, none, none, std::vector<bool>(on.outputs), stop};
+  Marks idle(on.words - on.input_words);
+  const Marks driven = find_driven(on, false);
   for (std::size_t j = 0; j < on.outputs; j++)
-    if (problem.is_left_out[j]) set_mark(left_out, j);
-  take_outputs(problem.free, left_out);
+    if (!has_mark(driven, j)) set_mark(idle, j);
+  take_outputs(free, idle);
+  problem.off = find_others(on, free, problem);
+  problem.bounds = bound_blocks(problem.off);
+  if (free.size() != 0) problem.free = find_others(on, problem.off, problem);
   return problem;
 }
 
