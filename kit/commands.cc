@@ -8,6 +8,7 @@
 #include "kit/dump/dump.h"
 #include "kit/explain/explain.h"
 #include "kit/export/export.h"
+#include "kit/minimize/minimize.h"
 #include "kit/page/page.h"
 #include "kit/prove/prove.h"
 #include "kit/random/random_design.h"
@@ -24,6 +25,7 @@ constexpr auto kCommands = std::to_array<Command>({
     {"prove",   "prove that DESIGN.nxf computes what the truth table DESIGN.tt2 says",       setup_prove},
     {"graph",   "draw DESIGN.nxf for Graphviz, or as SVG",                                   setup_graph},
     {"export",  "write DESIGN.nxf as BLIF, Verilog or JSON",                                 setup_export},
+    {"minimize", "write DESIGN.tt2 with fewer terms that say the same",                      setup_minimize},
     {"sim",     "step DESIGN.nxf over input vectors",                                        setup_sim},
     {"page",    "write a page about the design that a browser shows: DESIGN.html",           setup_page},
     {"stat",    "count what is in DESIGN.nxf",                                               setup_stat},

@@ -51,6 +51,15 @@ Cover bound_blocks(const Cover &cover) {
   return bounds;
 }
 
+// Adds cubes of a single output as such of that one.
+void add_output(Cover &cover, const Cover &one, std::size_t output) {
+  for (std::size_t c = 0; c < one.size(); c++) {
+    CubeWord *cube = add_cube(cover);
+    std::copy_n(one[c], one.input_words, cube);
+    set_output(cover, cube, output);
+  }
+}
+
 // The points where no cube of either cover is. An output that has too many of them is left out.
 Cover find_others(const Cover &cover, const Cover &more, Problem &problem) {
   Cover both = cover, others(cover.inputs, cover.outputs);
@@ -59,11 +68,7 @@ Cover find_others(const Cover &cover, const Cover &more, Problem &problem) {
     std::size_t budget = kBudget;
     const Cover zeros = complement(take_output(both, j), problem.stop, &budget);
     if (budget == 0) problem.is_left_out[j] = true;
-    for (std::size_t c = 0; !problem.is_left_out[j] && c < zeros.size(); c++) {
-      CubeWord *cube = add_cube(others);
-      std::copy_n(zeros[c], zeros.input_words, cube);
-      set_output(others, cube, j);
-    }
+    if (!problem.is_left_out[j]) add_output(others, zeros, j);
   }
   return join_outputs(std::move(others));
 }
@@ -93,11 +98,13 @@ void iterate(Cover &cover, const Problem &problem, Order by) {
   }
 }
 
-// Fewer outputs for each cube, and with those out of the way fewer literals.
+// Fewer outputs for each cube, with those out of the way fewer literals, and with those again fewer outputs.
 void make_sparse(Cover &cover, const Problem &problem) {
   drop_redundant_outputs(cover, problem);
   drop_idle(cover);
   expand(cover, problem, Outputs::STAY);
+  drop_redundant_outputs(cover, problem);
+  drop_idle(cover);
 }
 
 // Another cover, from cubes that are reduced in that order.
@@ -135,6 +142,13 @@ Cover minimize(const Cover &on, const Cover &free, const std::atomic<bool> *stop
   CubeWord *all = add_cube(cover);
   std::copy(constant.begin(), constant.end(), all + cover.input_words);
   return cover;
+}
+
+Cover minimize_each(const Cover &on, const Cover &free, const std::atomic<bool> *stop) {
+  Cover cover(on.inputs, on.outputs);
+  for (std::size_t j = 0; j < on.outputs; j++)
+    add_output(cover, minimize(take_output(on, j), take_output(free, j), stop), j);
+  return join_outputs(std::move(cover));
 }
 
 } // namespace cubekit

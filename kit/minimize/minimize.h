@@ -16,6 +16,9 @@ namespace cubekit {
 // true, what is found until then.
 [[nodiscard]] Cover minimize(const Cover &on, const Cover &free, const std::atomic<bool> *stop = nullptr);
 
+// The same of each output by itself; equal cubes of several outputs are one in the end.
+[[nodiscard]] Cover minimize_each(const Cover &on, const Cover &free, const std::atomic<bool> *stop = nullptr);
+
 std::function<int()> setup_minimize(CLI::App &command);
 
 } // namespace cubekit

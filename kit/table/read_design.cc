@@ -27,6 +27,20 @@ struct CaughtConsole : cubenet::HostConsole {
   void print(std::string_view more) override { text += more; }
 };
 
+std::unique_ptr<cubenet::Design> read_open(std::FILE *file, const std::string &name, bool case_sensitive,
+                                           cubenet::CubeTable &cubes, std::string &messages) {
+  if (file == nullptr) {
+    messages = name + ": " + std::strerror(errno) + '\n';
+    return nullptr;
+  }
+  cubenet::run_settings.case_sensitive = case_sensitive;
+  messages.clear();
+  const CaughtConsole console(messages);
+  std::unique_ptr<cubenet::Design> design = cubenet::read_tt2(file, name, cubes);
+  std::fclose(file);
+  return design;
+}
+
 } // namespace
 
 void choose_part(const std::string &part) {
@@ -37,18 +51,13 @@ void choose_part(const std::string &part) {
 
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
                                              std::string &messages) {
-  std::FILE *file = std::fopen(path.c_str(), "rb");
-  if (file == nullptr) {
-    messages = path + ": " + std::strerror(errno) + '\n';
-    return nullptr;
-  }
   cubenet::protect_from_output(path);
-  cubenet::run_settings.case_sensitive = case_sensitive;
-  messages.clear();
-  const CaughtConsole console(messages);
-  std::unique_ptr<cubenet::Design> design = cubenet::read_tt2(file, path, cubes);
-  std::fclose(file);
-  return design;
+  return read_open(std::fopen(path.c_str(), "rb"), path, case_sensitive, cubes, messages);
+}
+
+std::unique_ptr<cubenet::Design> read_design_text(std::string_view text, const std::string &name, bool case_sensitive,
+                                                  cubenet::CubeTable &cubes, std::string &messages) {
+  return read_open(fmemopen(const_cast<char *>(text.data()), text.size(), "rb"), name, case_sensitive, cubes, messages);
 }
 
 bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std::string &messages) {
