@@ -40,7 +40,7 @@ Marks find_driven(const Cover &cover, bool everywhere) {
   return driven;
 }
 
-// What a block of sorted cubes has in common lets most blocks be passed at once: expansion is 5 times faster for it.
+// What a block of sorted cubes has in common lets most blocks be passed at once: 1.4 times faster at 5,000 terms.
 Cover bound_blocks(const Cover &cover) {
   Cover bounds(cover.inputs, cover.outputs);
   for (std::size_t c = 0; c < cover.size(); c++) {

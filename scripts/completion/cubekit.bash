@@ -20,8 +20,9 @@ _cubekit() {
   elif [ "$command" = export ] && [ "$cword" -eq 2 ]; then
     mapfile -t COMPREPLY < <(compgen -W "blif verilog json" -- "$cur")
   else # a design, or a file of an option
-    local file
-    mapfile -t COMPREPLY < <(compgen -f -X '!*.nxf' -- "$cur" | sed 's/\.nxf$//')
+    local file kind=nxf
+    [ "$command" != minimize ] || kind=tt2
+    mapfile -t COMPREPLY < <(compgen -f -X "!*.$kind" -- "$cur" | sed "s/\.$kind\$//")
     while read -r file; do COMPREPLY+=("$file/"); done < <(compgen -d -- "$cur")
     [ "${#COMPREPLY[@]}" -gt 0 ] || mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     compopt -o nospace 2>/dev/null
