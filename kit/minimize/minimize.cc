@@ -11,8 +11,8 @@ namespace cubekit {
 
 namespace {
 
-// Words of cubes on the way to an output's zeros: a tenth of a second, or the rows of a truth table of 20 inputs.
-constexpr std::size_t kBudget = 20'000'000;
+// Words of cubes on the way to an output's zeros: enough for the rows of a truth table of 17 inputs.
+constexpr std::size_t kBudget = 5'000'000;
 
 std::span<const CubeWord> outputs_of(const Cover &cover, Cube cube) {
   return {cube + cover.input_words, cover.words - cover.input_words};
