@@ -115,6 +115,13 @@ void run_pass(Pass &pass) {
 
 } // namespace
 
+std::string_view generated_base(std::string_view name) {
+  const std::size_t cut = name.rfind('_');
+  if (cut == std::string_view::npos) return {};
+  const std::string_view suffix = name.substr(cut);
+  return contains(kReservedSuffixes, suffix) || contains(kUncertainSuffixes, suffix) ? name.substr(0, cut) : "";
+}
+
 std::vector<std::string> netlist_names(const Meaning &meaning, const Netlist &netlist, bool case_sensitive) {
   std::vector<std::string> declared(meaning.signals.size()), best;
   for (std::size_t i = 0; i < declared.size(); i++)

@@ -1,0 +1,67 @@
+// Designs from elsewhere as truth tables.
+#pragma once
+
+#include <functional>
+#include <iosfwd>
+#include <string>
+#include <string_view>
+
+#include "kit/import/draft.h"
+
+namespace CLI {
+class App;
+}
+
+namespace cubekit {
+
+// `cubekit import`.
+std::function<int()> setup_import(CLI::App &command);
+
+enum class SourceKind : std::uint8_t { PLA, BLIF, VERILOG, JSON };
+
+struct ImportOptions {
+  std::string path; // of the source
+  SourceKind kind = SourceKind::PLA;
+  std::string part;                         // of the device; empty: the table names none
+  std::string top;                          // the model or module; empty: the source decides
+  std::string clock;                        // BLIF: of latches that name none
+  std::size_t flatten = 0;                  // most terms of an equation that takes others in; 0: none does
+  std::size_t inputs = 10, terms = 20;      // Verilog: most of an equation
+  std::size_t limit = std::size_t{1} << 30; // bytes of the table
+  bool case_sensitive = false;              // the table is for a translation with -C
+};
+
+// The readers. False with the reason in `fault` when the text is not such a source, or not one that a table can hold.
+// The draft they make has files[0] set by the caller.
+[[nodiscard]] bool read_pla(std::string_view text, Draft &draft, Remark &fault);
+[[nodiscard]] bool read_blif(std::string_view text, const ImportOptions &options, Draft &draft, Remark &fault);
+
+// Reads the source's text, and makes the draft ready to be written: everything above, in order.
+[[nodiscard]] bool make_draft(std::string_view text, const ImportOptions &options, Draft &draft, Remark &fault);
+
+// Finds what the outputs need, and refuses loops of logic. An equation that is one signal's value takes that signal's
+// place when nothing else reads it; further signals that one equation reads go into it while it has at most
+// `flatten` terms.
+[[nodiscard]] bool fold_equations(Draft &draft, std::size_t flatten, Remark &fault);
+
+// Gives each signal a name that is legal in a table, unlike all others, and leaves those of the netlist alone. A remark
+// for each that isn't the source's.
+void choose_names(Draft &draft, bool case_sensitive);
+
+// The form in which terms read the signal.
+cubenet::ExtensionCode read_form(const Draft &draft, const DraftSignal &signal);
+
+// The draft as a table: what stands in which column and row.
+struct TableLayout {
+  std::vector<std::uint32_t> columns;   // signals
+  std::vector<std::uint32_t> equations; // in the order of the outputs
+  std::vector<std::uint32_t> rows;      // terms
+  std::uint64_t size = 0;               // bytes of the rows
+};
+TableLayout lay_out_table(const Draft &draft);
+void write_table(std::ostream &stream, const Draft &draft, const TableLayout &layout);
+
+// Two columns: the names of the source, and those of the table.
+void write_names(std::ostream &stream, const Draft &draft);
+
+} // namespace cubekit
