@@ -428,9 +428,11 @@ bool read_blif(std::string_view text, const ImportOptions &options, Draft &draft
   if (!add_inputs(blif, scope) || !add_outputs(blif, scope) || !place_model(blif, scope) || !find_undriven(blif))
     return false;
   if (blif.lost_values > 0)
-    draft.remarks.push_back({{0, blif.lost_line},
-                             "initial values of " + std::to_string(blif.lost_values) +
-                                 (blif.lost_values == 1 ? " latch is" : " latches are") + " lost: a table has none"});
+    draft.remarks.push_back(
+        {{0, blif.lost_line},
+         (blif.lost_values == 1 ? "the initial value of 1 latch is"
+                                : "the initial values of " + std::to_string(blif.lost_values) + " latches are") +
+             std::string(" lost: a table has none")});
   return true;
 }
 

@@ -20,11 +20,11 @@ std::function<int()> setup_import(CLI::App &command);
 enum class SourceKind : std::uint8_t { PLA, BLIF, VERILOG, JSON };
 
 struct ImportOptions {
-  std::string path; // of the source
+  std::string path{}; // of the source
   SourceKind kind = SourceKind::PLA;
-  std::string part;                         // of the device; empty: the table names none
-  std::string top;                          // the model or module; empty: the source decides
-  std::string clock;                        // BLIF: of latches that name none
+  std::string part{};                       // of the device; empty: the table names none
+  std::string top{};                        // the model or module; empty: the source decides
+  std::string clock{};                      // BLIF: of latches that name none
   std::size_t flatten = 0;                  // most terms of an equation that takes others in; 0: none does
   std::size_t inputs = 10, terms = 20;      // Verilog: most of an equation
   std::size_t limit = std::size_t{1} << 30; // bytes of the table

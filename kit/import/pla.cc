@@ -7,6 +7,7 @@
 #include <optional>
 
 #include "kit/import/import.h"
+#include "kit/import/points.h"
 #include "kit/util/finding.h"
 
 namespace cubekit {
@@ -20,14 +21,12 @@ struct Reader {
   std::size_t at = 0, line = 1;
   std::size_t inputs = 0, outputs = 0;
   std::vector<std::string> input_names{}, output_names{};
-  std::size_t input_line = 0, output_line = 0;       // of the lists of names
-  std::string phase{}, type{};                       // empty: not said
-  bool is_on = true, is_off = false, is_free = true; // what is listed
+  std::size_t input_line = 0, output_line = 0; // of the lists of names
+  std::string phase{}, type{};                 // empty: not said
+  PlaType lists{};                             // of points
   bool has_terms = false, is_done = false;
-  struct Lists {
-    std::vector<std::uint32_t> on{}, off{}, free{};
-  };
-  std::vector<Lists> lists{}; // of the outputs: terms
+  std::vector<PointLists> points{};      // of the outputs
+  std::vector<std::size_t> term_lines{}; // the first of each
 };
 
 bool fail(Reader &reader, std::size_t line, std::string text) {
@@ -93,9 +92,9 @@ bool read_type(Reader &reader, const std::vector<std::string> &words) {
   reader.type = words.size() == 2 ? words[1] : "";
   if (std::ranges::find(kTypes, reader.type) == kTypes.end())
     return fail(reader, "the type is none of f, r, fd, fr, dr and fdr");
-  reader.is_on = reader.type.find('f') != std::string::npos;
-  reader.is_off = reader.type.find('r') != std::string::npos;
-  reader.is_free = reader.type.find('d') != std::string::npos;
+  reader.lists.has_on = reader.type.find('f') != std::string::npos;
+  reader.lists.has_off = reader.type.find('r') != std::string::npos;
+  reader.lists.has_free = reader.type.find('d') != std::string::npos;
   return true;
 }
 
@@ -127,7 +126,7 @@ bool begin_terms(Reader &reader) {
   if (reader.has_terms) return true;
   if (reader.inputs == 0 || reader.outputs == 0) return fail(reader, "a term, and no '.i' and '.o' in front of it");
   if (reader.inputs + reader.outputs > reader.text.size()) return fail(reader, "a term is cut short");
-  reader.lists.resize(reader.outputs);
+  reader.points.resize(reader.outputs);
   return reader.has_terms = true;
 }
 
@@ -168,19 +167,20 @@ bool read_term(Reader &reader) {
       return fail(reader, shown(c) + " in the input part of a term, which has only 0, 1, - and 2");
   }
   const std::uint32_t term = add_term(reader.draft.terms, literals);
-  for (Reader::Lists &lists : reader.lists) {
+  if (term == reader.term_lines.size()) reader.term_lines.push_back(first_line);
+  for (PointLists &lists : reader.points) {
     if (!read_character(reader, first_line, c)) return false;
     switch (c) {
     case '1':
     case '4':
-      if (reader.is_on) lists.on.push_back(term);
+      if (reader.lists.has_on) lists.on.push_back(term);
       break;
     case '0':
-      if (reader.is_off) lists.off.push_back(term);
+      if (reader.lists.has_off) lists.off.push_back(term);
       break;
     case '-':
     case '2':
-      if (reader.is_free) lists.free.push_back(term);
+      if (reader.lists.has_free) lists.free.push_back(term);
       break;
     case '~':
     case '3': break;
@@ -208,9 +208,8 @@ void make_equations(Reader &reader) {
     const auto signal = static_cast<std::uint32_t>(reader.inputs + o);
     Equation &equation = add_equation(reader.draft, signal, cubenet::EXT_NONE, reader.draft.signals[signal].place);
     equation.inverted = !reader.phase.empty() && reader.phase[o] == '0';
-    if (reader.lists.empty()) continue;
-    equation.terms = std::move(reader.lists[o].on);
-    equation.free = std::move(reader.lists[o].free);
+    equation.terms = std::move(reader.points[o].on);
+    equation.free = std::move(reader.points[o].free);
   }
 }
 
@@ -235,6 +234,8 @@ bool read_pla(std::string_view text, Draft &draft, Remark &fault) {
     return fail(reader, 0, "'.phase' has not one digit for each output");
   if (!add_ports(reader, reader.input_names, reader.inputs, reader.input_line, PortKind::IN)) return false;
   if (!add_ports(reader, reader.output_names, reader.outputs, reader.output_line, PortKind::OUT)) return false;
+  reader.points.resize(reader.outputs);
+  if (!complete_points(draft, reader.inputs, reader.lists, reader.points, reader.term_lines, fault)) return false;
   make_equations(reader);
   return true;
 }

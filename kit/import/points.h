@@ -1,0 +1,24 @@
+// The points of a PLA that are on, off and free.
+#pragma once
+
+#include "kit/import/draft.h"
+
+namespace cubekit {
+
+struct PointLists {
+  std::vector<std::uint32_t> on{}, off{}, free{}; // terms of the pool
+};
+
+// Which lists a PLA gives.
+struct PlaType {
+  bool has_on = true, has_off = false, has_free = true;
+};
+
+// Makes the on and the free points of all outputs what the type means: what no list has is off when there is no off
+// list, on when there is no on list, and free when there are both. An off list of no further use is left. False when
+// two terms contradict each other, or the table gets too large; `lines` are those of the terms.
+[[nodiscard]] bool complete_points(Draft &draft, std::size_t inputs, const PlaType &type,
+                                   std::vector<PointLists> &outputs, const std::vector<std::size_t> &lines,
+                                   Remark &fault);
+
+} // namespace cubekit
