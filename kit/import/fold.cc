@@ -88,14 +88,16 @@ private:
 
   bool tell_loop(std::uint32_t signal) {
     constexpr std::size_t kShown = 8;
-    std::string text = "a loop of logic without a register:";
+    std::string text = "a loop of logic without a register";
+    fault_ = {};
     std::size_t shown = 0;
     const auto first = std::ranges::find(frames_, signal, &Frame::signal);
     for (auto frame = first; frame != frames_.end() && shown < kShown; ++frame)
       if (!draft_.signals[frame->signal].source.empty())
-        text += (shown++ == 0 ? " " : ", ") + quoted(draft_.signals[frame->signal].source);
-    const std::uint32_t equation = find_equation(draft_, draft_.signals[signal], EXT_NONE);
-    fault_ = {draft_.equations[equation].place, text};
+        text += (shown++ == 0 ? ": " : ", ") + quoted(draft_.signals[frame->signal].source);
+    for (auto frame = first; frame != frames_.end() && fault_.place.line == 0; ++frame)
+      fault_.place = draft_.signals[frame->signal].place;
+    fault_.text = text;
     return false;
   }
 
@@ -149,9 +151,11 @@ public:
       open.pop_back();
       if (!is_inner(signal)) continue;
       const Equation &inner = inner_equation(signal);
-      const bool is_constant = inner.terms.empty() || literals_of(draft_.terms, inner.terms[0]).empty();
-      const bool is_candidate = is_constant || (flatten_ > 0 && readers_[signal] == 1);
-      if (!is_candidate || !replace(index, signal, is_constant ? ~std::size_t{0} : flatten_)) continue;
+      // A constant, another signal or its complement: nothing grows.
+      const bool is_trivial = inner.terms.empty() || literals_of(draft_.terms, inner.terms[0]).empty() ||
+                              (inner.terms.size() == 1 && literals_of(draft_.terms, inner.terms[0]).size() == 1);
+      const bool is_candidate = is_trivial || (flatten_ > 0 && readers_[signal] == 1);
+      if (!is_candidate || !replace(index, signal, is_trivial ? ~std::size_t{0} : flatten_)) continue;
       const auto added = signals_of(find_equation(draft_, draft_.signals[signal], EXT_NONE));
       open.insert(open.end(), added.rbegin(), added.rend());
     }

@@ -36,6 +36,13 @@ struct ImportOptions {
 [[nodiscard]] bool read_pla(std::string_view text, Draft &draft, Remark &fault);
 [[nodiscard]] bool read_blif(std::string_view text, const ImportOptions &options, Draft &draft, Remark &fault);
 
+// The form that Yosys writes, of one module with sums of products, registers and tristate buffers.
+[[nodiscard]] bool read_yosys_json(std::string_view text, Draft &draft, Remark &fault);
+
+// Has Yosys read the source, and leave what read_yosys_json takes. `loop` becomes a place where logic may run in a
+// loop.
+[[nodiscard]] bool run_yosys(const ImportOptions &options, Draft &draft, std::string &json, Remark &fault, Place &loop);
+
 // Reads the source's text, and makes the draft ready to be written: everything above, in order.
 [[nodiscard]] bool make_draft(std::string_view text, const ImportOptions &options, Draft &draft, Remark &fault);
 
