@@ -9,9 +9,7 @@
 #include "kit/command/output.h"
 #include "kit/import/import.h"
 #include "kit/util/file_text.h"
-#include "kit/util/finding.h"
 #include "kit/util/progress.h"
-#include "model/run_settings.h"
 
 namespace cubekit {
 
@@ -21,9 +19,6 @@ struct Arguments {
   std::string from, output, names;
   ImportOptions options;
 };
-
-// Without any other.
-constexpr const char *kDefaultPart = "Tarvex7710K-100XQ64";
 
 struct Kind {
   std::string_view name;
@@ -101,51 +96,6 @@ int run_import(const Arguments &arguments) {
 }
 
 } // namespace
-
-namespace {
-
-// Verilog is read by Yosys, from the file.
-bool read_source(std::string_view text, const ImportOptions &options, Draft &draft, Remark &fault, Place &loop) {
-  if (options.kind == SourceKind::PLA) return during("reading", [&] { return read_pla(text, draft, fault); });
-  if (options.kind == SourceKind::BLIF)
-    return during("reading", [&] { return read_blif(text, options, draft, fault); });
-  std::string json;
-  const auto run = [&] { return run_yosys(options, draft, json, fault, loop); };
-  return during("running yosys", run) && during("reading", [&] { return read_yosys_json(json, draft, fault); });
-}
-
-// Devices of series 0 and 1 have no register with both.
-bool check_controls(const Draft &draft, Remark &fault) {
-  if (cubenet::part_series(draft.part.empty() ? kDefaultPart : draft.part) >= 2) return true;
-  for (const DraftSignal &signal : draft.signals) {
-    if (!signal.is_used || find_equation(draft, signal, cubenet::EXT_AR) == kNone) continue;
-    const std::uint32_t preset = find_equation(draft, signal, cubenet::EXT_AP);
-    if (preset == kNone) continue;
-    fault = {draft.equations[preset].place,
-             "register " + cubekit::quoted(signal.source) +
-                 " has both reset and preset: only parts of series 5 and 8 have that, see --part"};
-    return false;
-  }
-  return true;
-}
-
-} // namespace
-
-bool make_draft(std::string_view text, const ImportOptions &options, Draft &draft, Remark &fault) {
-  draft.files = {options.path};
-  draft.part = options.part;
-  Place loop;
-  if (!read_source(text, options, draft, fault, loop)) return false;
-  const auto fold = [&] { return fold_equations(draft, options.flatten, fault); };
-  if (!during("folding equations", fold)) {
-    if (fault.place.line == 0) fault.place = loop;
-    return false;
-  }
-  if (!check_controls(draft, fault)) return false;
-  if (draft.module.empty()) draft.module = std::filesystem::path(options.path).stem();
-  choose_names(draft, options.case_sensitive);
-  return true;
-}
 
 std::function<int()> setup_import(CLI::App &command) {
   auto arguments = std::make_shared<Arguments>();

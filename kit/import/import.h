@@ -43,7 +43,10 @@ struct ImportOptions {
 // loop.
 [[nodiscard]] bool run_yosys(const ImportOptions &options, Draft &draft, std::string &json, Remark &fault, Place &loop);
 
-// Reads the source's text, and makes the draft ready to be written: everything above, in order.
+// Takes the draft of a reader through the steps below.
+[[nodiscard]] bool finish_draft(const ImportOptions &options, Draft &draft, Remark &fault);
+
+// Reads the source's text, and finishes the draft.
 [[nodiscard]] bool make_draft(std::string_view text, const ImportOptions &options, Draft &draft, Remark &fault);
 
 // Finds what the outputs need, and refuses loops of logic. An equation that is one signal's value takes that signal's

@@ -196,7 +196,8 @@ private:
   }
 
   bool refuse(const ordered_json &cell, const std::string &type) {
-    return fail(source_place(draft_, cell), "a cell of type " + cubekit::quoted(type) + " has no counterpart in a table");
+    return fail(source_place(draft_, cell),
+                "a cell of type " + cubekit::quoted(type) + " has no counterpart in a table");
   }
 
   // TABLE holds two bits for each input of each product, from its end on: it must be 0, it must be 1.
@@ -289,7 +290,8 @@ private:
   }
 
   bool tell_undriven(const DraftSignal &signal) {
-    return fail(signal.place, (signal.source.empty() ? "a signal" : cubekit::quoted(signal.source)) + " is driven by nothing");
+    return fail(signal.place,
+                (signal.source.empty() ? "a signal" : cubekit::quoted(signal.source)) + " is driven by nothing");
   }
 
   bool check_drivers() {

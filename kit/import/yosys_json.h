@@ -21,4 +21,15 @@ Place parse_place(Draft &draft, std::string_view text);
 // The place of a cell or net in the source.
 Place source_place(Draft &draft, const nlohmann::ordered_json &item);
 
+// What Yosys made of a design halfway, and all that it said. False with the reason in `fault`:
+// - a line has a 'z' that became no tristate buffer of a port or a net with a name; Yosys takes it for a value of no
+//   interest
+[[nodiscard]] bool check_buffers(const nlohmann::ordered_json &module, const std::string &said, Draft &draft,
+                                 Remark &fault);
+// - a signal is driven twice, or never; `loop` becomes where logic may run in a loop
+[[nodiscard]] bool check_drivers(const nlohmann::ordered_json &module, const std::string &said, Draft &draft,
+                                 Remark &fault, Place &loop);
+// - a memory is too large for a table, which makes registers of it
+[[nodiscard]] bool check_memories(const nlohmann::ordered_json &module, Draft &draft, Remark &fault);
+
 } // namespace cubekit
