@@ -8,6 +8,7 @@
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/import/import.h"
+#include "kit/table/read_design.h"
 #include "kit/util/file_text.h"
 #include "kit/util/progress.h"
 
@@ -77,6 +78,10 @@ int run_import(const Arguments &arguments) {
     return kMisuse;
   }
   options.kind = *kind;
+  if (!options.part.empty() && !is_part(options.part)) {
+    std::cerr << "cubekit: '" << options.part << "' is no part that a table can name\n";
+    return kMisuse;
+  }
   FileText text;
   Finding error;
   if (!during("reading", [&] { return read_file(options.path, text, error); })) {

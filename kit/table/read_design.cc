@@ -49,6 +49,19 @@ void choose_part(const std::string &part) {
   cubenet::run_settings.part_flag = cubenet::part_series(part);
 }
 
+bool is_part(const std::string &name) {
+  if (name.find_first_of(" \t,\r\n") != std::string::npos) return false;
+  std::string text = "#$ PROPERTY corvane PART " + name + "\n#$ PINS 1 a\n.i 1\n.o 1\n.ilb a\n.ob a\n1 1\n.end\n",
+              messages;
+  const CaughtConsole console(messages);
+  std::FILE *file = ::fmemopen(text.data(), text.size(), "rb");
+  if (file == nullptr) return false;
+  cubenet::CubeTable cubes;
+  const bool is_read = cubenet::read_tt2(file, "part", cubes) != nullptr;
+  std::fclose(file);
+  return is_read;
+}
+
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
                                              std::string &messages) {
   cubenet::protect_from_output(path);

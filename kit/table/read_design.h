@@ -13,6 +13,9 @@ namespace cubekit {
 // Has tables read from then on for that part, whatever they name; an empty name changes nothing.
 void choose_part(const std::string &part);
 
+// Whether a table may name that part.
+[[nodiscard]] bool is_part(const std::string &name);
+
 // Reads a truth table. nullptr when that fails. `messages` becomes what the reader had to say.
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
                                              std::string &messages);

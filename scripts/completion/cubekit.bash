@@ -19,6 +19,11 @@ _cubekit() {
     mapfile -t COMPREPLY < <(compgen -W "$("$program" help "$command" 2>/dev/null | _cubekit_choices Options)" -- "$cur")
   elif [ "$command" = export ] && [ "$cword" -eq 2 ]; then
     mapfile -t COMPREPLY < <(compgen -W "blif verilog json" -- "$cur")
+  elif [[ $prev == --from ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "pla blif verilog json" -- "$cur")
+  elif [ "$command" = import ]; then
+    mapfile -t COMPREPLY < <(compgen -f -- "$cur")
+    compopt -o filenames 2>/dev/null
   else # a design, or a file of an option
     local file kind=nxf
     [ "$command" != minimize ] || kind=tt2

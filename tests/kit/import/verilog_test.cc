@@ -156,6 +156,21 @@ TEST(ImportVerilog, ShowsAtThePinsWhatTheModuleShows) {
   }
 }
 
+TEST(ImportExamples, AreWhatTheirSourcesGive) {
+  const cubenet::WorkingDir directory;
+  std::size_t count = 0;
+  for (const std::string &name : example_names())
+    for (const std::string extension : {".v", ".blif", ".pla"}) {
+      const std::string source = example_path(name).substr(0, example_path(name).size() - 4) + extension;
+      if (!std::filesystem::exists(source) || (extension == ".v" && !has_yosys())) continue;
+      const Outcome import = run_kit("import " + source);
+      EXPECT_EQ(import.text, read_file(example_path(name)));
+      EXPECT_EQ(translate_and_prove(import.text), "");
+      count++;
+    }
+  EXPECT_GE(count, has_yosys() ? 4U : 2U);
+}
+
 TEST(ImportVerilog, GivesEachKindOfRegisterItsExtensions) {
   if (!has_yosys()) GTEST_SKIP();
   const cubenet::WorkingDir directory;
