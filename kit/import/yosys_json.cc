@@ -74,23 +74,27 @@ private:
     return name + '[' + std::to_string(offset + static_cast<std::int64_t>(is_upto ? size - 1 - bit : bit)) + ']';
   }
 
+  // Where ports share a bit, the first of the inputs, else of the bidirectional ones, is what the others are made of.
   bool read_ports() {
+    constexpr std::array kRanks{PortKind::IN, PortKind::INOUT, PortKind::OUT};
+    std::array<std::vector<std::pair<std::uint32_t, const ordered_json *>>, kRanks.size()> ports;
     for (const auto &[name, port] : module_.at("ports").items()) {
       const auto direction = port.at("direction").get<std::string>();
-      const PortKind kind = direction == "input"    ? PortKind::IN
-                            : direction == "output" ? PortKind::OUT
-                                                    : PortKind::INOUT;
+      const std::size_t rank = direction == "input" ? 0 : direction == "output" ? 2 : 1;
       const auto net = module_.at("netnames").find(name);
       const Place place = net == module_.at("netnames").end() ? Place{} : source_place(draft_, *net);
       const ordered_json &bits = port.at("bits");
-      for (std::size_t i = bits.size(); i-- > 0;) {
-        const std::uint32_t signal = add_signal(draft_, bit_name(name, port, i), kind, place);
-        const bool is_first = bits[i].is_number() && signals_.try_emplace(number(bits[i]), signal).second;
-        if (!is_first) aliases_.emplace_back(signal, &bits[i]);
-        if (kind == PortKind::IN && !is_first)
-          return fail(place, cubekit::quoted(draft_.signals[signal].source) + " is an input, and driven in the module");
-      }
+      for (std::size_t i = bits.size(); i-- > 0;)
+        ports[rank].emplace_back(add_signal(draft_, bit_name(name, port, i), kRanks[rank], place), &bits[i]);
     }
+    for (const auto &list : ports)
+      for (const auto &[signal, bit] : list) {
+        if (bit->is_number() && signals_.try_emplace(number(*bit), signal).second) continue;
+        const DraftSignal &port = draft_.signals[signal];
+        if (port.port == PortKind::IN)
+          return fail(port.place, cubekit::quoted(port.source) + " is an input, and driven in the module");
+        aliases_.emplace_back(signal, bit);
+      }
     return true;
   }
 

@@ -194,6 +194,16 @@ TEST(ImportVerilog, GivesEachKindOfRegisterItsExtensions) {
   }
 }
 
+TEST(ImportVerilog, MakesOutputsOfTheirPortsInAnyOrder) {
+  if (!has_yosys()) GTEST_SKIP();
+  const cubenet::WorkingDir directory;
+  const Imported imported = import_verilog("module m(output y, z, one, inout io, input a, e);\n"
+                                           "assign y = a, z = io, one = 1, io = e ? a : 1'bz;\nendmodule\n");
+  EXPECT_NE(imported.table.find("#$ PINS 6 y z one io a e\n"), std::string::npos) << imported.told;
+  EXPECT_NE(imported.table.find(".p 4\n-1- 10010\n1-- 01000\n--- 00100\n--1 00001\n"), std::string::npos)
+      << imported.table;
+}
+
 TEST(ImportVerilog, RefusesWhatATableCanNotSayWithItsLine) {
   if (!has_yosys()) GTEST_SKIP();
   const cubenet::WorkingDir directory;
