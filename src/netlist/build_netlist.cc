@@ -4,6 +4,7 @@
 
 #include <numeric>
 #include <string>
+#include <utility>
 
 #include "netlist/netlist_builder.h"
 
@@ -58,7 +59,8 @@ template <typename Visit> void for_each_pin(const Netlist &netlist, Visit visit)
 
 // What is read, or drives a pin, but has no source (a tristate pin without data, a macro input on a net that nobody
 // drives) is tied to 0, so that every net has a source.
-void tie_undriven_nets(Netlist &netlist) {
+void tie_undriven_nets(NetlistBuilder &builder) {
+  Netlist &netlist = builder.netlist;
   constexpr std::uint8_t kDriven = 1, kNeeded = 2;
   std::vector<std::uint8_t> state(netlist.nets.size(), 0);
   for (NetIndex n = 0; n < netlist.nets.size(); n++) {
@@ -72,19 +74,57 @@ void tie_undriven_nets(Netlist &netlist) {
     const Pin &pin = netlist.pins[p];
     state[pin.net] |= pin_direction(pin.kind) == Direction::OUT ? kDriven : kNeeded;
   });
-  TextSet<std::string> macro_names;
-  for (const Symbol &symbol : netlist.symbols)
-    if (symbol.primitive == Primitive::MACRO) macro_names.insert(name_text(symbol.instance));
   for (NetIndex n = 0; n < state.size(); n++) {
     if (state[n] != kNeeded) continue;
-    std::string name = name_text(netlist.nets[n].name);
-    while (macro_names.contains(name)) name += "_H";
-    netlist.own_names.push_back(std::move(name));
-    open_symbol(netlist, Primitive::BUF, {netlist.own_names.back(), ""});
+    builder.yielding_symbols.push_back(static_cast<SymbolIndex>(netlist.symbols.size()));
+    open_symbol(netlist, Primitive::BUF, netlist.nets[n].name);
     netlist.pins.push_back({PinKind::A, 0, rail(netlist, false)});
     netlist.pins.push_back({PinKind::Z0, 0, n});
     close_symbol(netlist);
   }
+}
+
+// Names that the program is free to choose: each stays as it is unless another of its kind has it, and then gets a
+// number. `for_each_name` visits those of the kind. Only the ones that may matter are held.
+template <typename ForEachName>
+void name_yielding(Netlist &netlist, const std::vector<Name *> &yielding, ForEachName for_each_name) {
+  if (yielding.empty()) return;
+  std::vector<std::string> wanted;
+  for (Name *name : yielding) wanted.push_back(name_text(std::exchange(*name, {})));
+  const TextSet<std::string_view> sought(wanted.begin(), wanted.end());
+  TextSet<std::string> taken;
+  for_each_name([&](const Name &name) {
+    const std::string text = name_text(name);
+    if (sought.contains(text) || sought.contains(std::string_view(text).substr(0, text.rfind('_')))) taken.insert(text);
+  });
+  TextMap<std::string_view, int> numbers; // next one per wanted name
+  for (std::size_t i = 0; i < wanted.size(); i++) {
+    std::string text = wanted[i];
+    for (int &number = numbers.try_emplace(wanted[i], 2).first->second; !taken.insert(text).second; number++)
+      text = wanted[i] + "_" + std::to_string(number);
+    netlist.own_names.push_back(std::move(text));
+    *yielding[i] = {netlist.own_names.back(), ""};
+  }
+}
+
+// Nets that only macros need keep away from the names of all signals as well, whose pins may be called so.
+void name_yielding_nets(NetlistBuilder &builder) {
+  Netlist &netlist = builder.netlist;
+  std::vector<Name *> yielding;
+  for (const NetIndex n : builder.yielding_nets) yielding.push_back(&netlist.nets[n].name);
+  name_yielding(netlist, yielding, [&](auto visit) {
+    for (const Net &net : netlist.nets) visit(net.name);
+    for (SignalIndex signal = 0; signal < signal_count(builder.design); signal++)
+      visit({signal_name(builder.design, signal), ""});
+  });
+}
+
+// Of macros that were given one name the first keeps it, and what ties a net to 0 is called like that net.
+void name_yielding_symbols(NetlistBuilder &builder) {
+  Netlist &netlist = builder.netlist;
+  std::vector<Name *> yielding;
+  for (const SymbolIndex s : builder.yielding_symbols) yielding.push_back(&netlist.symbols[s].instance);
+  name_yielding(netlist, yielding, [&](auto visit) { for_each_instance(netlist, visit); });
 }
 
 // Every net gets its one source; every input pin becomes a destination of its net, in print order.
@@ -126,7 +166,9 @@ Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connec
   add_macros(builder);
   add_output_blocks(builder);
   netlist.symbols.insert(netlist.symbols.end(), builder.signal_symbols.begin(), builder.signal_symbols.end());
-  tie_undriven_nets(netlist);
+  name_yielding_nets(builder);
+  tie_undriven_nets(builder);
+  name_yielding_symbols(builder);
   derive_nets(netlist);
   return std::move(netlist);
 }

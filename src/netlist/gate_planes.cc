@@ -3,10 +3,12 @@
 #include "netlist/gate_planes.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 #include "model/names.h"
 #include "model/run_settings.h"
+#include "util/text_hash.h"
 
 namespace cubenet {
 
@@ -382,26 +384,44 @@ void write_and_symbols(OutputFile &file, const GatePlanes &planes) {
   }
 }
 
+// The prefixes under which names that are there read like names of the planes, by how many numbers follow: "P7" has
+// one, "P7_0_1" three.
+std::array<TextSet<std::string>, 4> find_taken_prefixes(const Netlist &netlist) {
+  std::array<TextSet<std::string>, 4> taken;
+  const auto take = [&](const Name &name) {
+    if (!name.base.starts_with("_PL")) return;
+    std::string text = name_text(name);
+    for (std::size_t numbers = 1; numbers < taken.size(); numbers++) {
+      const std::size_t start = text.find_last_not_of("0123456789") + 1;
+      if (start == text.size() || start == 0 || text[start - 1] != '_') return;
+      text.resize(start);
+      taken[numbers].insert(text);
+      text.pop_back();
+    }
+  };
+  for (const Net &net : netlist.nets) take(net.name);
+  for_each_instance(netlist, take);
+  return taken;
+}
+
 } // namespace
 
-PlanePrefixes map_choose_prefixes(const Design &design) {
-  PlanePrefixes prefixes;
-  const auto take = [](std::string &prefix, std::string_view name, std::string_view taken, const char *other) {
-    if (equal_ignoring_case(name.substr(0, taken.size()), taken)) prefix = other;
+PlanePrefixes map_choose_prefixes(const Design &design, const Netlist &netlist) {
+  const auto taken = find_taken_prefixes(netlist);
+  const auto choose = [&](std::string_view prefix, const std::string &other, bool has_gates, bool has_trees) {
+    std::string candidate(prefix);
+    for (SignalIndex signal = 0; signal < signal_count(design); signal++) {
+      const std::string_view name = signal_name(design, signal);
+      if (name.size() >= 6 && equal_ignoring_case(name.substr(0, prefix.size()), prefix)) candidate = other + '_';
+    }
+    const auto is_taken = [&] {
+      return (has_gates && taken[1].contains(candidate)) || (has_trees && taken[3].contains(candidate));
+    };
+    for (int number = 1; is_taken(); number++) candidate = other + (number == 1 ? "" : std::to_string(number)) + '_';
+    return candidate;
   };
-  const auto judge = [&](std::string_view name) {
-    if (name.size() < 6) return;
-    take(prefixes.or_gates, name, "_PLO_", "_PLA_OR_");
-    take(prefixes.and_gates, name, "_PLN_", "_PLA_AND_");
-    take(prefixes.inverters, name, "_PLI_", "_PLA_INV_");
-  };
-  for (SignalIndex signal = 0; signal < signal_count(design); signal++) judge(signal_name(design, signal));
-  for (const Instance &instance : design.instances) {
-    judge(instance.name);
-    for (const auto *list : {&instance.inputs, &instance.outputs})
-      for (const Connection &connection : *list) judge(connection.name);
-  }
-  return prefixes;
+  return {choose("_PLO_", "_PLA_OR", false, true), choose("_PLN_", "_PLA_AND", true, true),
+          choose("_PLI_", "_PLA_INV", true, false)};
 }
 
 GatePlanes make_gate_planes(const Design &design, const CubeTable &cubes, const Connections &connections,
@@ -409,7 +429,7 @@ GatePlanes make_gate_planes(const Design &design, const CubeTable &cubes, const 
   GatePlanes planes{cubes,
                     connections,
                     netlist,
-                    map_choose_prefixes(design),
+                    map_choose_prefixes(design, netlist),
                     static_cast<std::uint32_t>(run_settings.and_width),
                     static_cast<std::uint32_t>(run_settings.or_width)};
   find_roles(planes);

@@ -18,12 +18,12 @@ namespace cubenet {
 
 // First parts of all generated names of the planes.
 struct PlanePrefixes {
-  std::string or_gates = "_PLO_", and_gates = "_PLN_", inverters = "_PLI_";
+  std::string or_gates, and_gates, inverters;
 };
 
-// The default prefixes, but for those that a pin or node name, or a name that a macro brings in, begins with (in any
-// case).
-PlanePrefixes map_choose_prefixes(const Design &design);
+// The default prefixes, but for those that a pin or node name begins with (in any case); and others where a name of the
+// planes would meet one of the netlist.
+PlanePrefixes map_choose_prefixes(const Design &design, const Netlist &netlist);
 
 // Where the literals of every input are: one list per input and polarity, entries (term, place of the literal in the
 // term) packed into one number, terms ascending. 32 bits serve every table below some gigabytes.

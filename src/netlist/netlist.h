@@ -103,4 +103,11 @@ struct Netlist {
   std::deque<std::string> own_names; // names that neither the design nor fixed text holds
 };
 
+// Calls visit(name) for every symbol, the gates that drive outputs in gate form among them.
+template <typename Visit> void for_each_instance(const Netlist &netlist, Visit visit) {
+  for (const Symbol &symbol : netlist.symbols) visit(symbol.instance);
+  for (const Net &net : netlist.nets)
+    if (net.source_output != kNone) visit(netlist.outputs[net.source_output].instance);
+}
+
 } // namespace cubenet

@@ -33,13 +33,6 @@ struct MacroPin {
   NetIndex net = kNone;
 };
 
-// Names made unique: a spelling that is taken gets a number.
-struct UniqueNames {
-  TextSet<std::string> taken;
-  TextMap<std::string, int> numbers; // next one per spelling
-};
-std::string make_unique(UniqueNames &names, const std::string &wanted);
-
 struct NetlistBuilder {
   const Design &design;
   const CubeTable &cubes;
@@ -52,6 +45,8 @@ struct NetlistBuilder {
   BySignal connected{};               // macro pins by signal
   std::vector<Symbol> signal_symbols{};
   TextMap<std::string, NetIndex> plain_nets{}; // nets that only macros connect, by name
+  std::vector<NetIndex> yielding_nets{};       // their names get a number where another net
+  std::vector<SymbolIndex> yielding_symbols{}; // or symbol has them
 };
 
 BySignal group_by_signal(const std::vector<SignalIndex> &signals, SignalIndex count);
@@ -67,6 +62,8 @@ void map_signal(NetlistBuilder &builder, SignalIndex signal);
 // An LXOR2 gate that takes an output reads its columns' nets, which stand only when all signals are mapped.
 void connect_xor_gates(NetlistBuilder &builder);
 
+// How a connection spells a net of the signal or plain net `base`.
+std::string spelled_name(const std::string &base, const Connection &connection, bool is_output);
 void collect_macro_pins(NetlistBuilder &builder);
 // The macro output that drives a signal without an equation of its own; nullptr for none.
 const MacroPin *find_macro_driver(const NetlistBuilder &builder, SignalIndex signal);

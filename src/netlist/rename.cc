@@ -1,18 +1,20 @@
 // A user signal may be called like something that the mapping makes: A_REG beside a signal A, GND, or _PLA7. The base
-// of such a name is renamed out of the way, and reserved names get a prefix. Which names the mapping makes is known for
-// the suffixes in the list below; any other one is looked for in the netlist that the present names lead to.
+// of such a name is renamed out of the way, and reserved names get a prefix. For the suffixes in the list below that is
+// so in any case. Whatever else meets, through names in macro statements and those that the renaming itself makes, is
+// looked for in the netlist that the present names lead to, until nothing does.
 #include "netlist/rename.h"
 
 #include <algorithm>
 #include <array>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "model/names.h"
 #include "model/run_settings.h"
-#include "netlist/build_netlist.h"
 #include "netlist/map_design.h"
+#include "netlist/netlist_builder.h"
 #include "report/messages.h"
 #include "util/text_hash.h"
 
@@ -45,139 +47,174 @@ std::string guarded_name(const std::string &name, bool case_sensitive) {
   return name;
 }
 
-struct Renaming {
+bool is_listed(std::string_view suffix) {
+  return std::find(kReservedSuffixes.begin(), kReservedSuffixes.end(), suffix) != kReservedSuffixes.end();
+}
+
+// A name is its base, and the rest from the last '_' on.
+std::string_view suffix_of(std::string_view name) { return name.substr(std::min(name.rfind('_'), name.size())); }
+
+// What has a name that users wrote; a bit each.
+enum Bearer : unsigned { SIGNAL = 1, PLAIN_NET = 2, INSTANCE = 4 };
+
+// Calls visit(name, bearer) for every instance, and for every net that only macros connect.
+template <typename Visit> void for_each_macro_name(const Design &design, Visit visit) {
+  for (const Instance &instance : design.instances) {
+    visit(instance.name, INSTANCE);
+    for (const auto *list : {&instance.inputs, &instance.outputs})
+      for (const Connection &each : *list)
+        if (each.signal == kNoSignal) visit(spelled_name(each.name, each, list == &instance.outputs), PLAIN_NET);
+  }
+}
+
+// The users' names as they are at present.
+struct UserNames {
   const Design &design;
-  bool needed = false;
-  std::vector<bool> marked{};                                       // per signal
-  TextMap<std::string_view, SignalIndex> signals{};                 // made for the first question; pins win over nodes
-  std::vector<std::pair<std::string_view, SignalIndex>> doubtful{}; // user name, and the base that may make it
+  TextMap<std::string_view, SignalIndex> signals{}; // made for the first question; pins win over nodes
+  TextMap<std::string, unsigned> doubtful{};        // those that a signal might make; their bearers
 };
 
-// Two names in one: the text up to the last '_', and the rest with it.
-std::size_t suffix_start(std::string_view name) { return name.rfind('_'); }
-
-void index_names(Renaming &renaming) {
-  const SignalIndex count = signal_count(renaming.design);
-  renaming.signals.reserve(static_cast<std::size_t>(count));
-  for (SignalIndex signal = 0; signal < count; signal++) {
-    const std::string &name = signal_name(renaming.design, signal);
-    if (!name.empty()) renaming.signals.try_emplace(name, signal);
+SignalIndex find_signal(UserNames &names, std::string_view name) {
+  if (names.signals.empty()) {
+    const SignalIndex count = signal_count(names.design);
+    names.signals.reserve(static_cast<std::size_t>(count));
+    for (SignalIndex signal = 0; signal < count; signal++)
+      if (!signal_name(names.design, signal).empty())
+        names.signals.try_emplace(signal_name(names.design, signal), signal);
   }
+  const auto found = names.signals.find(name);
+  return found == names.signals.end() ? kNoSignal : found->second;
 }
 
-SignalIndex find_signal(Renaming &renaming, std::string_view name) {
-  if (renaming.signals.empty()) index_names(renaming);
-  const auto found = renaming.signals.find(name);
-  return found == renaming.signals.end() ? kNoSignal : found->second;
+// The signal whose name it is but for a suffix that names are made with.
+SignalIndex find_base(UserNames &names, std::string_view name) {
+  const std::string_view suffix = suffix_of(name);
+  if (!is_listed(suffix) && !is_made_suffix(suffix)) return kNoSignal;
+  return find_signal(names, name.substr(0, name.size() - suffix.size()));
 }
 
-void mark(Renaming &renaming, SignalIndex signal) {
-  renaming.marked[static_cast<std::size_t>(signal)] = true;
-  renaming.needed = true;
-}
-
-void judge_name(Renaming &renaming, std::string_view name) {
-  const bool is_reserved = is_reserved_form(name);
-  if (is_reserved) renaming.needed = true;
-  const std::size_t at = suffix_start(name);
-  if (at == std::string_view::npos) return;
-  const SignalIndex base = find_signal(renaming, name.substr(0, at));
-  if (base == kNoSignal) return;
-  const std::string_view suffix = name.substr(at);
-  const bool is_listed =
-      std::find(kReservedSuffixes.begin(), kReservedSuffixes.end(), suffix) != kReservedSuffixes.end();
-  // A reserved name gets out of the way by itself, but together with its base: it may still meet what that makes.
-  if (is_listed && !is_reserved)
-    mark(renaming, base);
-  else
-    renaming.doubtful.emplace_back(name, base);
-}
-
-// Names that only macros bring in are not listed among the signals, but are users' names all the same.
-void judge_macro_names(Renaming &renaming, const Design &design) {
-  const auto doubt = [&](std::string_view name) {
-    const std::size_t at = suffix_start(name);
-    const SignalIndex base = at == std::string_view::npos ? kNoSignal : find_signal(renaming, name.substr(0, at));
-    if (base != kNoSignal) renaming.doubtful.emplace_back(name, base);
+void read_names(UserNames &names) {
+  names.signals.clear();
+  names.doubtful.clear();
+  const auto note = [&](std::string_view name, Bearer bearer, SignalIndex maker) {
+    if (maker != kNoSignal) names.doubtful[std::string(name)] |= bearer;
   };
-  for (const Instance &instance : design.instances) {
-    doubt(instance.name);
-    if (const SignalIndex same = find_signal(renaming, instance.name); same != kNoSignal)
-      renaming.doubtful.emplace_back(instance.name, same);
-    for (const auto *list : {&instance.inputs, &instance.outputs})
-      for (const Connection &connection : *list)
-        if (connection.signal == kNoSignal) doubt(connection.name);
-  }
+  for (SignalIndex signal = 0; signal < signal_count(names.design); signal++)
+    note(signal_name(names.design, signal), SIGNAL, find_base(names, signal_name(names.design, signal)));
+  for_each_macro_name(names.design, [&](const std::string &name, Bearer bearer) {
+    note(name, bearer, find_base(names, name));
+    note(name, bearer, find_signal(names, name));
+  });
 }
 
-// A doubtful name marks its base only when the base really makes a net or a symbol of that name.
-void settle_doubts(Renaming &renaming, const Design &design, const CubeTable &cubes) {
-  if (renaming.doubtful.empty()) return;
-  const Connections connections = map_build_connections(cubes, design);
-  const Netlist netlist = build_netlist(design, cubes, connections, run_settings.expand, XorPlace::WITH_SIGNAL);
-  TextSet<std::string_view> doubted;
-  for (const auto &[name, base] : renaming.doubtful) doubted.insert(name);
-  TextSet<std::string> made;
-  const auto collect = [&](const Name &name) {
-    if (name.suffix.empty()) return;
-    std::string text = name_text(name);
-    if (doubted.contains(text)) made.insert(std::move(text));
-  };
-  TextSet<std::string_view> owned; // instances named as their signal
-  const auto collect_instance = [&](const Name &name) {
-    collect(name);
-    if (name.suffix.empty()) owned.insert(name.base);
+// The signals that make a net or symbol whose name something else has. A signal's name is kept free of both.
+std::vector<SignalIndex> find_meeting(UserNames &names, const CubeTable &cubes) {
+  std::vector<SignalIndex> meeting;
+  if (names.doubtful.empty()) return meeting;
+  const Connections connections = map_build_connections(cubes, names.design);
+  const Netlist netlist = build_netlist(names.design, cubes, connections, run_settings.expand, XorPlace::WITH_SIGNAL);
+  std::string text;
+  const auto judge = [&](const Name &name, Bearer other) {
+    text.assign(name.base).append(name.suffix);
+    const auto found = names.doubtful.find(text);
+    if (found == names.doubtful.end()) return;
+    if ((found->second & (name.suffix.empty() ? other : other | SIGNAL)) == 0) return;
+    const SignalIndex maker = find_signal(names, name.base);
+    // What a macro brings in may be called like a signal.
+    if (maker != kNoSignal && name.base.data() == signal_name(names.design, maker).data()) meeting.push_back(maker);
   };
   for (NetIndex net = 0; net < netlist.nets.size(); net++)
-    if (is_connected(netlist, net)) collect(netlist.nets[net].name);
-  for (const OutputGate &gate : netlist.outputs) collect_instance(gate.instance);
-  for (const Symbol &symbol : netlist.symbols)
-    if (symbol.primitive != Primitive::MACRO) collect_instance(symbol.instance);
-  for (const auto &[name, base] : renaming.doubtful) {
-    const bool same_name = name == signal_name(design, base);
-    if (same_name ? owned.contains(name) : made.contains(std::string(name))) mark(renaming, base);
+    if (is_connected(netlist, net)) judge(netlist.nets[net].name, PLAIN_NET);
+  for_each_instance(netlist, [&](const Name &name) { judge(name, INSTANCE); });
+  return meeting;
+}
+
+struct Renaming {
+  Design &design;
+  bool needed = false;
+  bool beyond_macros = false;           // numbers that names in macro statements begin with are left out
+  std::vector<bool> marked{};           // per signal: gets a number
+  std::vector<std::string> old_names{}; // per signal; empty: not renamed
+};
+
+// False when all are marked.
+bool mark(Renaming &renaming, const std::vector<SignalIndex> &signals) {
+  bool any = false;
+  for (const SignalIndex signal : signals) {
+    any = any || !renaming.marked[static_cast<std::size_t>(signal)];
+    renaming.marked[static_cast<std::size_t>(signal)] = true;
   }
+  renaming.needed = renaming.needed || any;
+  return any;
 }
 
-Renaming judge_names(const Design &design, const CubeTable &cubes) {
-  Renaming renaming{design};
-  const SignalIndex count = signal_count(design);
-  renaming.marked.assign(static_cast<std::size_t>(count), false);
-  for (SignalIndex signal = 0; signal < count; signal++)
-    if (!signal_name(design, signal).empty()) judge_name(renaming, signal_name(design, signal));
-  judge_macro_names(renaming, design);
-  settle_doubts(renaming, design, cubes);
-  return renaming;
+// A listed suffix marks its base whatever that makes. Reserved names get out of the way by themselves.
+void judge_names(Renaming &renaming, UserNames &names) {
+  std::vector<SignalIndex> bases;
+  for (SignalIndex signal = 0; signal < signal_count(renaming.design); signal++) {
+    const std::string &name = signal_name(renaming.design, signal);
+    if (is_reserved_form(name))
+      renaming.needed = true;
+    else if (is_listed(suffix_of(name)))
+      bases.push_back(find_base(names, name));
+  }
+  std::erase(bases, kNoSignal);
+  mark(renaming, bases);
 }
 
-// Old names of the renamed signals; empty for the rest.
-std::vector<std::string> rename_signals(Design &design, const std::vector<bool> &marked) {
-  std::vector<std::string> old_names(marked.size());
-  int number = 0;
+// The numbers of "_PLA<n>_" in macro statements, as they are written there.
+TextSet<std::string> macro_numbers(const Design &design) {
+  TextSet<std::string> numbers;
+  for_each_macro_name(design, [&](const std::string &name, Bearer) {
+    if (name.starts_with("_PLA")) numbers.insert(name.substr(4, name.find('_', 4) - 4));
+  });
+  return numbers;
+}
+
+// Gives every signal its name anew, made of the one it had at first.
+void give_names(Renaming &renaming) {
+  Design &design = renaming.design;
+  const TextSet<std::string> avoided = renaming.beyond_macros ? macro_numbers(design) : TextSet<std::string>{};
+  renaming.old_names.resize(renaming.marked.size());
+  std::size_t number = 0;
   for (SignalIndex signal = 0; signal < signal_count(design); signal++) {
     const auto at = static_cast<std::size_t>(signal);
     std::string &name =
         signal < pin_count(design) ? design.pin_names[at] : design.node_names[at - design.pin_names.size()];
     if (name.empty()) continue;
-    std::string renamed = guarded_name(name, run_settings.case_sensitive);
-    if (marked[at]) renamed = "_PLA" + std::to_string(number++) + "_" + renamed;
+    std::string &old_name = renaming.old_names[at];
+    std::string renamed = guarded_name(old_name.empty() ? name : old_name, run_settings.case_sensitive);
+    if (renaming.marked[at]) {
+      while (avoided.contains(std::to_string(number))) number++;
+      renamed = "_PLA" + std::to_string(number++) + "_" + renamed;
+    }
     if (renamed == name) continue;
-    old_names[at] = std::move(name);
+    if (old_name.empty()) old_name = std::move(name);
     name = std::move(renamed);
   }
-  return old_names;
 }
 
 } // namespace
 
 void map_rename_signals(Design &design, const CubeTable &cubes) {
-  const Renaming renaming = judge_names(design, cubes);
+  Renaming renaming{design};
+  renaming.marked.resize(static_cast<std::size_t>(signal_count(design)));
+  UserNames names{design};
+  read_names(names);
+  judge_names(renaming, names);
+  for (;;) {
+    if (renaming.needed) {
+      give_names(renaming);
+      read_names(names);
+    }
+    const std::vector<SignalIndex> meeting = find_meeting(names, cubes);
+    if (!mark(renaming, meeting) && (meeting.empty() || std::exchange(renaming.beyond_macros, true))) break;
+  }
   if (!renaming.needed) return;
-  const std::vector<std::string> old_names = rename_signals(design, renaming.marked);
   for (std::size_t k = 0; k < design.ILB.size(); k++) design.ILB[k] = signal_name(design, design.ilb_signals[k]);
   for (std::size_t j = 0; j < design.OLB.size(); j++) design.OLB[j] = signal_name(design, design.olb_signals[j]);
   for (SignalIndex signal = 0; signal < signal_count(design); signal++) {
-    const std::string &old_name = old_names[static_cast<std::size_t>(signal)];
+    const std::string &old_name = renaming.old_names[static_cast<std::size_t>(signal)];
     if (old_name.empty()) continue;
     const std::string &name = signal_name(design, signal);
     if (is_pin(design, signal))

@@ -38,6 +38,8 @@ inline bool has(const SignalMapper &mapper, ExtensionCode code) { return mapper.
 inline bool is_read(const SignalMapper &mapper, ExtensionCode code) { return (mapper.reads >> code & 1U) != 0; }
 inline bool is_pin_read(const SignalMapper &mapper) { return is_read(mapper, EXT_NONE) || is_read(mapper, EXT_PIN); }
 
+// Whether the mapping names anything with that suffix.
+bool is_made_suffix(std::string_view suffix);
 // The signal's net of that suffix (fixed text), made on first use.
 NetIndex net_of(SignalMapper &mapper, std::string_view suffix);
 

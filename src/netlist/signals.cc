@@ -147,6 +147,8 @@ void order_statements(SignalMapper &mapper, bool registered) {
 
 } // namespace
 
+bool is_made_suffix(std::string_view suffix) { return !suffix.empty() && has_place(suffix); }
+
 void connect_xor_gates(NetlistBuilder &builder) {
   for (const Symbol &symbol : builder.signal_symbols) {
     if (symbol.primitive != Primitive::LXOR2 || symbol.origin == kNone) continue;
