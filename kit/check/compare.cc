@@ -51,7 +51,7 @@ void index_stripped_names(Comparison &comparison) {
 
 template <typename Find> std::uint32_t find_guarded(const Find &find, std::string_view name) {
   for (const std::string &guarded : {"_RES" + std::string(name), "_RES_" + std::string(name)})
-    for (const bool stripped : {false, true})
+    for (const bool stripped : {true, false})
       if (const std::uint32_t found = find(guarded, stripped); found != kNone) return found;
   return kNone;
 }

@@ -3,6 +3,8 @@
 // so that no proof has to look further than one signal.
 #include "kit/prove/claims.h"
 
+#include <unordered_set>
+
 #include "model/bit_set.h"
 
 namespace cubekit {
@@ -20,6 +22,7 @@ struct Collector {
   const Meaning &meaning = circuit.meaning;
   std::vector<SymbolIndex> storage{}; // per signal: flip-flop, latch, or the last gate of a latch made of gates
   std::vector<SymbolIndex> pads{};    // per signal
+  std::vector<SymbolIndex> macros{};  // per instance
 };
 
 const std::string &name_at(const Collector &collector, SignalIndex signal) {
@@ -123,13 +126,29 @@ void place_equations(Collector &collector) {
   }
 }
 
+// Of instances that were given one name, all but the first got a number behind it; they stand in order.
+void place_macros(Collector &collector) {
+  std::vector<SymbolIndex> in_order;
+  for (SymbolIndex s = 0; s < collector.netlist.symbols.size(); s++)
+    if (is_macro(collector.netlist.symbols[s])) in_order.push_back(s);
+  std::unordered_set<std::string_view> names;
+  for (const Instance &instance : collector.meaning.design->instances) {
+    SymbolIndex found = find_of(collector, instance.name, Function::MACRO);
+    if (const std::size_t place = collector.macros.size(); !names.insert(instance.name).second) {
+      found = place < in_order.size() ? in_order[place] : kNone;
+      if (found != kNone && !collector.netlist.symbols[found].instance.starts_with(instance.name + "_")) found = kNone;
+    }
+    collector.macros.push_back(found);
+  }
+}
+
 void place_ports(Collector &collector) {
   const Design &design = *collector.meaning.design;
   for (std::size_t p = 0; p < collector.meaning.ports.size(); p++) {
     const MacroPort &port = collector.meaning.ports[p];
     if (!port.output) continue;
     const std::string &instance = design.instances[port.instance].name;
-    const SymbolIndex symbol = find_of(collector, instance, Function::MACRO);
+    const SymbolIndex symbol = collector.macros[port.instance];
     const NetIndex net = symbol == kNone ? kNone : net_at(collector.netlist, symbol, port.port);
     collector.values.ports[p] = new_value(collector, instance + "." + port.port, net);
   }
@@ -283,7 +302,7 @@ void claim_ports(Collector &collector) {
   for (const MacroPort &port : collector.meaning.ports) {
     if (port.output) continue;
     const std::string &instance = design.instances[port.instance].name;
-    const SymbolIndex symbol = find_of(collector, instance, Function::MACRO);
+    const SymbolIndex symbol = collector.macros[port.instance];
     const NetIndex net = symbol == kNone ? kNone : net_at(collector.netlist, symbol, port.port);
     const Literal wanted = port_value(collector.meaning, collector.values, port);
     if (wanted == kUnset) continue; // a net that nothing drives
@@ -326,6 +345,7 @@ void collect_claims(const std::vector<std::string> &names, Values &values, Circu
     if (is_registered(signals[i])) place_storage(collector, signal);
   }
   place_equations(collector);
+  place_macros(collector);
   place_ports(collector);
   place_data_inputs(collector);
   claim_equations(collector);

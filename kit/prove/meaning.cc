@@ -57,7 +57,8 @@ void gather_ports(Meaning &meaning, const NameIndex &names) {
     if (signal != kNoSignal) {
       SignalRoles &roles = meaning.signals[static_cast<std::size_t>(signal)];
       roles.used = true;
-      if (output) roles.macro_output = index;
+      const ExtensionCode code = extension_code(upper_case(connection.pin_part));
+      if (output && roles.macro_output == kNone && (code == EXT_NONE || code == EXT_PIN)) roles.macro_output = index;
     } else if (output) {
       meaning.plain_nets.emplace(netlist_name(connection.name, connection.pin_part), index);
     }

@@ -1,116 +1,152 @@
-// The renaming rules, applied to the names of a design twice over, as the two netlists are written one after the other.
-// A name that ends like a generated one makes its base give way. For most endings that is so in any case; for a few
-// only when the base really gets a net of that name, which the netlist itself tells.
+// Reads off the netlist under which name each signal stands in it. Before each of the two netlists of a run is written,
+// names that look like generated ones may get "_RES" in front, and behind that those that meet another name get
+// "_PLA<n>_". Which names those are is not worked out here: of what a signal may have become, that counts which the
+// netlist shows, at the device pin or by the nets of all equations.
 #include "kit/prove/rename.h"
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
 #include <string_view>
+#include <unordered_set>
 
 namespace cubekit {
 
+using namespace cubenet;
+
 namespace {
 
-// clang-format off
-constexpr auto kReservedSuffixes = std::to_array<std::string_view>({
-    "_X1", "_X2", "_DX1", "_DX2", "_GX1", "_GX2", "_TX1", "_TX2", "_D", "_REG", "_T", "_S", "_R", "_J", "_K", "_C",
-    "_LH", "_Q", "_Z", "_SP", "_SR", "_AR", "_AP", "_PR", "_PIN", "_B", "_X1B", "_X2B", "_DX1B", "_DX2B", "_GX1B",
-    "_GX2B", "_TX1B", "_TX2B", "_REGB", "_LHB", "_LEB", "_FBB", "_PINB", "_CEB", "_OEB", "_SPB", "_SRB", "_ARB",
-    "_REB", "_APB", "_PRB", "_1", "_2", "_3", "_4", "_5", "_6", "_7", "_8", "_9",
-});
-constexpr auto kUncertainSuffixes = std::to_array<std::string_view>({
-    "_OE", "_CE", "_LE", "_RE", "_FB", "_H", "_CB", "_DB", "_TB", "_JB", "_KB", "_RB", "_SB", "_QB", "_BD",
-});
-// clang-format on
+// Which numbers stand in front of a guarded name: those given for the first netlist, for the second, for both or none.
+enum Numbers : std::uint8_t { NEITHER, FIRST, SECOND, BOTH };
 
-template <std::size_t N> bool contains(const std::array<std::string_view, N> &list, std::string_view text) {
-  for (const std::string_view item : list)
-    if (item == text) return true;
-  return false;
-}
-
-struct Pass {
-  std::vector<std::string> &names;
-  bool case_sensitive;
-  unsigned choice; // bit i: the i-th uncertain base gives way
-  NameIndex signals{};
-  bool needed = false;
-  enum Mark : std::uint8_t { NO, MAYBE, YES };
-  std::vector<Mark> marks{};
-  std::size_t uncertain = 0;
+struct Numbered {
+  std::vector<std::string_view> names;
+  std::array<NameIndex, 4> places; // by Numbers: of a name, by what stands behind the numbers
 };
-// Where there are more uncertain bases than this, the rest is taken to stay.
-constexpr std::size_t kChoices = 6;
+
+struct Reader {
+  const Meaning &meaning;
+  const Netlist &netlist;
+  bool case_sensitive;
+  Numbered pins{}, nets{};
+  NameIndex signals{};              // by declared name
+  std::vector<std::string> names{}; // per signal, as far as they are read
+};
 
 bool begins(std::string_view name, std::string_view prefix, bool case_sensitive) {
   const std::string_view head = name.substr(0, prefix.size());
-  return head.size() == prefix.size() && cubenet::equal_names(head, prefix, case_sensitive);
+  return head.size() == prefix.size() && equal_names(head, prefix, case_sensitive);
 }
 
 // The name with its guard when it looks like a generated one.
 std::string guarded(const std::string &name, bool case_sensitive) {
-  if (cubenet::equal_names(name, "GND", case_sensitive) || cubenet::equal_names(name, "VCC", case_sensitive))
-    return "_RES_" + name;
+  if (equal_names(name, "GND", case_sensitive) || equal_names(name, "VCC", case_sensitive)) return "_RES_" + name;
   const bool reserved = (name.size() > 4 && begins(name, "_PLA", case_sensitive)) ||
                         (name.size() >= 6 && begins(name, "_RES_", case_sensitive));
   return reserved ? "_RES" + name : name;
 }
 
-// `certain`: whether the ending counts in any case; behind a name that is reserved itself it may not.
-void mark_base(Pass &pass, std::string_view name, bool certain) {
-  const std::size_t cut = name.rfind('_');
-  if (cut == std::string_view::npos) return;
-  const std::string_view suffix = name.substr(cut);
-  const bool reserved = contains(kReservedSuffixes, suffix);
-  if (!reserved && !contains(kUncertainSuffixes, suffix)) return;
-  const std::uint32_t base = find_name(pass.signals, name.substr(0, cut));
-  if (base == kNone) return;
-  if (reserved && certain)
-    pass.needed = true, pass.marks[base] = Pass::YES;
-  else if (pass.marks[base] == Pass::NO)
-    pass.marks[base] = Pass::MAYBE;
+// Behind "_PLA<n>_"; empty when the name doesn't begin so.
+std::string_view behind_number(std::string_view name) {
+  if (!name.starts_with("_PLA")) return {};
+  const std::size_t end = name.find_first_not_of("0123456789", 4);
+  return end == 4 || end == std::string_view::npos || name[end] != '_' ? std::string_view{} : name.substr(end + 1);
 }
 
-bool stands_in_netlist(const Netlist &netlist, const std::string &name) {
-  return find_net(netlist, name) != kNone || find_symbol(netlist, name) != kNone ||
-         find_name(netlist.external_by_pin, name) != kNone;
-}
-
-// The netlist holds the name, or one that is made of it and not another signal's own.
-bool is_used(const Netlist &netlist, const NameIndex &signals, const std::string &name) {
-  if (stands_in_netlist(netlist, name)) return true;
-  const auto with = [&](std::string_view suffix) {
-    const std::string made = name + std::string(suffix);
-    return find_name(signals, made) == kNone && stands_in_netlist(netlist, made);
+void add_numbered(Numbered &numbered, std::string_view name) {
+  const auto add = [&](Numbers numbers, std::string_view rest) {
+    if (!rest.empty()) add_name(numbered.places[numbers], rest, static_cast<std::uint32_t>(numbered.names.size()));
   };
-  return std::ranges::any_of(kReservedSuffixes, with) || std::ranges::any_of(kUncertainSuffixes, with);
+  const std::string_view behind = behind_number(name);
+  add(SECOND, behind);
+  if (name.starts_with("_RES")) add(FIRST, behind_number(name.substr(4)));
+  if (behind.starts_with("_RES")) add(BOTH, behind_number(behind.substr(4)));
+  numbered.names.push_back(name);
 }
 
-void run_pass(Pass &pass) {
-  pass.marks.assign(pass.names.size(), Pass::NO);
-  for (std::uint32_t i = 0; i < pass.names.size(); i++)
-    if (!pass.names[i].empty()) add_name(pass.signals, pass.names[i], i);
-  for (const std::string &name : pass.names) {
-    const bool reserved = name.size() > 4 && begins(name, "_PLA", false);
-    if (cubenet::equal_ignoring_case(name, "GND") || cubenet::equal_ignoring_case(name, "VCC") || reserved)
-      pass.needed = true;
-    mark_base(pass, name, !reserved);
+// The numbered name of that kind that ends with the text; empty when there is none.
+std::string_view find_numbered(const Numbered &numbered, Numbers numbers, std::string_view text) {
+  const std::uint32_t found = find_name(numbered.places[numbers], text);
+  return found == kNone ? std::string_view{} : numbered.names[found];
+}
+
+// Names of nets as macro statements give them.
+std::unordered_set<std::string> macro_nets(const Meaning &meaning) {
+  std::unordered_set<std::string> names;
+  for (const MacroPort &port : meaning.ports) {
+    if (port.signal != kNoSignal) continue;
+    names.insert(port.connection->name);
+    names.insert(netlist_name(port.connection->name, upper_case(port.connection->pin_part)));
   }
-  std::size_t count = 0;
-  std::vector<std::string> renamed(pass.names.size());
-  for (std::size_t i = 0; i < pass.names.size(); i++) {
-    const std::string guard = guarded(pass.names[i], pass.case_sensitive);
-    const std::string numbered = "_PLA" + std::to_string(count) + "_" + guard;
-    bool rename = pass.marks[i] == Pass::YES;
-    if (pass.marks[i] == Pass::MAYBE) {
-      rename = pass.uncertain < kChoices && (pass.choice >> pass.uncertain & 1U) != 0;
-      pass.uncertain++;
-    }
-    if (rename) count++, pass.needed = true;
-    renamed[i] = rename ? numbered : guard;
+  return names;
+}
+
+// False when the netlist has no name that could be another than the design's.
+bool read_numbered(Reader &reader) {
+  bool any = false;
+  const auto look_at = [&](Numbered &numbered, std::string_view name) {
+    if (!name.starts_with("_PLA") && !name.starts_with("_RES")) return;
+    any = true;
+    add_numbered(numbered, name);
+  };
+  const std::unordered_set<std::string> given = macro_nets(reader.meaning);
+  for (const ExternalPin &external : reader.netlist.external_pins) look_at(reader.pins, external.pin);
+  for (const Net &net : reader.netlist.nets)
+    if (!given.contains(std::string(net.name))) look_at(reader.nets, net.name);
+  return any;
+}
+
+// What stands behind a node's name in the names of the nets that it drives.
+std::vector<std::string> driven_suffixes(const Meaning &meaning, const SignalRoles &roles) {
+  std::vector<std::string> suffixes;
+  for (const std::uint32_t equation : roles.equations)
+    if (equation != kNone && !meaning.design->OB_EXT[equation].empty())
+      suffixes.push_back(netlist_name("", meaning.design->OB_EXT[equation]));
+  if (!is_registered(roles) && !has(roles, EXT_X1)) suffixes.emplace_back(has(roles, EXT_OE) ? "_D" : "");
+  return suffixes;
+}
+
+// The signal's name in the netlist, when that shows it with such numbers in front of the text; empty when it does not.
+std::string find_as(const Reader &reader, std::size_t signal, Numbers numbers, const std::string &text) {
+  const Netlist &netlist = reader.netlist;
+  if (reader.meaning.signals[signal].pin) {
+    const bool stands = numbers == NEITHER && find_name(netlist.external_by_pin, text) != kNone;
+    return stands ? text : std::string(find_numbered(reader.pins, numbers, text));
   }
-  if (pass.needed) pass.names = std::move(renamed);
+  const std::vector<std::string> suffixes = driven_suffixes(reader.meaning, reader.meaning.signals[signal]);
+  for (const std::string &suffix : suffixes) {
+    std::string name = text;
+    if (numbers != NEITHER) name = find_numbered(reader.nets, numbers, text + suffix);
+    if (name.empty()) continue;
+    if (numbers != NEITHER) name.resize(name.size() - suffix.size());
+    const auto stands = [&](const std::string &each) { return find_net(netlist, name + each) != kNone; };
+    if (std::ranges::all_of(suffixes, stands)) return name;
+  }
+  return {};
+}
+
+// A numbered name that a signal of a shorter name makes with a suffix.
+bool is_made(const Reader &reader, const std::string &declared, const std::string &name) {
+  const std::size_t suffix = std::min(declared.rfind('_'), declared.size());
+  const std::uint32_t base = find_name(reader.signals, std::string_view(declared).substr(0, suffix));
+  return base != kNone && suffix < declared.size() && reader.names[base] + declared.substr(suffix) == name;
+}
+
+// Before which of the two netlists names were guarded.
+struct Guards {
+  bool first, second;
+};
+
+// True when the netlist shows the signal.
+bool read_name(Reader &reader, std::size_t signal, const std::string &declared, Guards guards) {
+  const std::string once = guards.first ? guarded(declared, reader.case_sensitive) : declared;
+  const std::string twice = guards.second ? guarded(once, reader.case_sensitive) : once;
+  std::string &name = reader.names[signal];
+  for (const Numbers numbers : {BOTH, FIRST, SECOND, NEITHER}) {
+    name = find_as(reader, signal, numbers, numbers == BOTH || numbers == FIRST ? once : twice);
+    if (!name.empty() && (numbers == NEITHER || !is_made(reader, declared, name))) return true;
+  }
+  name = twice;
+  return false;
 }
 
 } // namespace
@@ -124,25 +160,24 @@ std::string_view generated_base(std::string_view name) {
 
 std::vector<std::string> netlist_names(const Meaning &meaning, const Netlist &netlist, bool case_sensitive) {
   std::vector<std::string> declared(meaning.signals.size()), best;
-  for (std::size_t i = 0; i < declared.size(); i++)
-    if (meaning.signals[i].used) declared[i] = signal_name(*meaning.design, static_cast<SignalIndex>(i));
-  std::size_t best_found = 0;
-  for (unsigned choice = 0, choices = 1; choice < choices; choice++) {
-    std::vector<std::string> names = declared;
-    Pass first{names, case_sensitive, choice};
-    run_pass(first);
-    Pass second{names, case_sensitive, 0};
-    run_pass(second);
-    choices = 1U << std::min(first.uncertain, kChoices);
-    std::size_t found = 0;
-    NameIndex signals;
-    for (std::uint32_t i = 0; choices > 1 && i < names.size(); i++)
-      if (!names[i].empty()) add_name(signals, names[i], i);
-    for (std::size_t i = 0; choices > 1 && i < names.size(); i++)
-      if (first.marks[i] != Pass::NO && is_used(netlist, signals, names[i])) found++;
-    if (choice > 0 && found <= best_found) continue;
-    best_found = found;
-    best = std::move(names);
+  std::vector<std::uint32_t> used;
+  Reader reader{meaning, netlist, case_sensitive};
+  for (std::uint32_t i = 0; i < declared.size(); i++) {
+    if (!meaning.signals[i].used) continue;
+    declared[i] = signal_name(*meaning.design, static_cast<SignalIndex>(i));
+    add_name(reader.signals, declared[i], i);
+    used.push_back(i);
+  }
+  if (!read_numbered(reader)) return declared;
+  std::ranges::stable_sort(used, {}, [&](std::uint32_t i) { return declared[i].size(); });
+  std::size_t most = 0;
+  for (const Guards guards : {Guards{true, true}, Guards{true, false}, Guards{false, true}, Guards{false, false}}) {
+    reader.names.assign(declared.size(), {});
+    const auto count = static_cast<std::size_t>(
+        std::ranges::count_if(used, [&](std::uint32_t i) { return read_name(reader, i, declared[i], guards); }));
+    if (!best.empty() && count <= most) continue;
+    most = count;
+    best = std::move(reader.names);
   }
   return best;
 }

@@ -54,16 +54,22 @@ bool is_listed(std::string_view suffix) {
 // A name is its base, and the rest from the last '_' on.
 std::string_view suffix_of(std::string_view name) { return name.substr(std::min(name.rfind('_'), name.size())); }
 
-// What has a name that users wrote; a bit each.
-enum Bearer : unsigned { SIGNAL = 1, PLAIN_NET = 2, INSTANCE = 4 };
+// What has a name that users wrote; a bit each. A net that macros read and none drives is tied to 0 by a symbol that is
+// called like it.
+enum Bearer : unsigned { SIGNAL = 1, INSTANCE = 2, READ_NET = 4, DRIVEN_NET = 8 };
+
+bool is_net(unsigned bearers) { return (bearers & (READ_NET | DRIVEN_NET)) != 0; }
+bool is_symbol(unsigned bearers) {
+  return (bearers & INSTANCE) != 0 || (bearers & (READ_NET | DRIVEN_NET)) == READ_NET;
+}
 
 // Calls visit(name, bearer) for every instance, and for every net that only macros connect.
 template <typename Visit> void for_each_macro_name(const Design &design, Visit visit) {
   for (const Instance &instance : design.instances) {
     visit(instance.name, INSTANCE);
-    for (const auto *list : {&instance.inputs, &instance.outputs})
-      for (const Connection &each : *list)
-        if (each.signal == kNoSignal) visit(spelled_name(each.name, each, list == &instance.outputs), PLAIN_NET);
+    for (const Bearer bearer : {READ_NET, DRIVEN_NET})
+      for (const Connection &each : bearer == READ_NET ? instance.inputs : instance.outputs)
+        if (each.signal == kNoSignal) visit(spelled_name(each.name, each, bearer == DRIVEN_NET), bearer);
   }
 }
 
@@ -114,18 +120,19 @@ std::vector<SignalIndex> find_meeting(UserNames &names, const CubeTable &cubes) 
   const Connections connections = map_build_connections(cubes, names.design);
   const Netlist netlist = build_netlist(names.design, cubes, connections, run_settings.expand, XorPlace::WITH_SIGNAL);
   std::string text;
-  const auto judge = [&](const Name &name, Bearer other) {
+  const auto judge = [&](const Name &name, bool (&is_of_kind)(unsigned)) {
     text.assign(name.base).append(name.suffix);
     const auto found = names.doubtful.find(text);
     if (found == names.doubtful.end()) return;
-    if ((found->second & (name.suffix.empty() ? other : other | SIGNAL)) == 0) return;
+    const bool is_signal = (found->second & SIGNAL) != 0 && !name.suffix.empty();
+    if (!is_signal && !is_of_kind(found->second)) return;
     const SignalIndex maker = find_signal(names, name.base);
     // What a macro brings in may be called like a signal.
     if (maker != kNoSignal && name.base.data() == signal_name(names.design, maker).data()) meeting.push_back(maker);
   };
   for (NetIndex net = 0; net < netlist.nets.size(); net++)
-    if (is_connected(netlist, net)) judge(netlist.nets[net].name, PLAIN_NET);
-  for_each_instance(netlist, [&](const Name &name) { judge(name, INSTANCE); });
+    if (is_connected(netlist, net)) judge(netlist.nets[net].name, is_net);
+  for_each_instance(netlist, [&](const Name &name) { judge(name, is_symbol); });
   return meeting;
 }
 
