@@ -50,6 +50,14 @@ constexpr auto kEndings = std::to_array<std::string_view>({
     "_4", "_5", "_6", "_7", "_8", "_9", "_OE", "_CE", "_LE", "_RE", "_FB", "_H", "_CB", "_DB", "_TB", "_JB", "_KB", "_RB",
     "_SB", "_QB", "_BD", "_d",
 });
+// What the program makes up beside names with endings.
+constexpr auto kMadeNames = std::to_array<std::string_view>({
+    "_PLN_0", "_PLN_1", "_PLN_0_0_0", "_PLI_0", "_PLI_1", "_PLO_0_0_0", "_PLA_AND_0", "_PLA_AND_1", "_PLA_INV_0",
+    "_PLA_OR_0_0_0", "inst_2", "loose_H", "loose_H_2",
+});
+constexpr auto kMadeFronts = std::to_array<std::string_view>({
+    "", "", "_PLA0_", "_PLA1_", "_RES_", "_RES_PLA0_", "_RES_RES_",
+});
 // clang-format on
 
 bool is_taken(const Generator &generator, const std::string &name) {
@@ -112,17 +120,37 @@ void draw_signals(Generator &generator) {
   if (chance(random, 10)) generator.design.pins.push_back("never_used");
 }
 
-// A macro that reads two signals and drives one more, or a net that nothing else names.
-void draw_macro(Generator &generator) {
+// A name for what only macros know, often one that the program makes up for something else.
+std::string draw_macro_name(Generator &generator, const std::string &usual) {
+  Random &random = generator.random;
+  if (chance(random, 30)) return usual;
+  if (chance(random, 30)) return std::string(pick(random, kMadeNames));
+  const std::string base = std::string(pick(random, kMadeFronts)) + pick(random, generator.signals).name;
+  return chance(random, 30) ? base : base + std::string(pick(random, kEndings));
+}
+
+std::string draw_plain_net(Generator &generator) {
+  for (;;)
+    if (const std::string name = draw_macro_name(generator, "loose"); !is_taken(generator, name)) return name;
+}
+
+// A macro that reads two signals and drives one more, or a net that nothing declares. Perhaps another one reads that.
+void draw_macros(Generator &generator) {
   Random &random = generator.random;
   const std::string first = pick(random, generator.signals).name, second = pick(random, generator.signals).name;
-  // A net that nothing declares is not renamed and doesn't make others give way: it keeps clear of generated names.
-  const bool declared = chance(random, 85);
-  Signal driven{declared ? draw_name(generator) : "loose", chance(random, 60)};
+  const bool declared = chance(random, 60);
+  Signal driven{declared ? draw_name(generator) : draw_plain_net(generator), chance(random, 60)};
   driven.macro = true;
   if (declared) declare(generator, driven, false);
-  generator.design.statements.push_back("EXTERNAL block 3 a'i b'i z'o");
-  generator.design.statements.push_back("INSTANCE inst block 3 " + first + ' ' + second + ' ' + driven.name);
+  const std::string unread = draw_plain_net(generator), name = draw_macro_name(generator, "inst");
+  std::vector<std::string> &statements = generator.design.statements;
+  statements.push_back("EXTERNAL block 3 a'i b'i z'o");
+  statements.push_back("INSTANCE " + name + " block 3 " + first + ' ' + second + ' ' + driven.name);
+  if (unread == driven.name || chance(random, 50)) return;
+  const std::string read = chance(random, 50) ? driven.name : draw_plain_net(generator);
+  if (read != unread)
+    statements.push_back("INSTANCE " + draw_macro_name(generator, name) + " block 3 " + read + ' ' + first + ' ' +
+                         unread);
 }
 
 // The references that read the signals, in legal company: not both the plain name and .PIN, one data input at most.
@@ -227,7 +255,7 @@ void draw_attributes(Generator &generator) {
 std::string random_design(std::uint64_t seed, int series) {
   Generator generator{{seed * 0x2545F4914F6CDD1DU + static_cast<std::uint64_t>(series)}, series};
   draw_signals(generator);
-  if (chance(generator.random, 15)) draw_macro(generator);
+  if (chance(generator.random, 15)) draw_macros(generator);
   draw_columns(generator);
   draw_terms(generator);
   draw_attributes(generator);

@@ -56,7 +56,7 @@ TEST(RandomDesigns, AreTheSameForTheSameSeedEverywhere) {
   std::uint64_t hash = 14695981039346656037U;
   for (std::uint64_t seed = 0; seed < 50; seed++)
     for (const char c : random_design(seed, 8)) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
-  EXPECT_EQ(hash, 15877683454565765211U);
+  EXPECT_EQ(hash, 12321770544645900030U);
 }
 
 // The designs of a series hold those of the series below it.
