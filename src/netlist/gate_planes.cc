@@ -14,20 +14,7 @@ namespace cubenet {
 
 namespace {
 
-// The role of a term: 0 when it drives no output that is a sum of products; else its number of literals, or, when it is
-// bound to an output (the output's only term, driving nothing else: its AND gate is the output's gate), kBound with the
-// output's index.
-constexpr std::uint32_t kBound = 1U << 31;
-
-bool is_bound(std::uint32_t role) { return (role & kBound) != 0; }
-std::uint32_t bound_output(std::uint32_t role) { return role & ~kBound; }
-
-std::uint32_t literal_count(const GatePlanes &planes, std::uint32_t term) {
-  const std::uint32_t role = planes.roles[term];
-  return is_bound(role) ? static_cast<std::uint32_t>(count_literals(planes.cubes, cube(planes.cubes, term))) : role;
-}
-
-std::uint32_t find_role(const GatePlanes &planes, std::uint32_t term) {
+TermGate choose_gate(const GatePlanes &planes, std::uint32_t term) {
   const std::uint32_t *row = cube(planes.cubes, term);
   std::uint32_t outputs = 0, logic = 0, last = 0;
   for_each_output(planes.cubes, row, [&](std::size_t j) {
@@ -36,15 +23,15 @@ std::uint32_t find_role(const GatePlanes &planes, std::uint32_t term) {
     logic++;
     last = static_cast<std::uint32_t>(j);
   });
-  if (logic == 0) return 0;
-  const auto literals = static_cast<std::uint32_t>(count_literals(planes.cubes, row));
-  const bool bound = literals >= 2 && outputs == 1 && term_count(planes.connections, last) == 1;
-  return bound ? kBound | last : literals;
+  if (logic == 0) return {};
+  TermGate gate{.literals = static_cast<std::uint32_t>(count_literals(planes.cubes, row))};
+  if (gate.literals >= 2 && outputs == 1 && term_count(planes.connections, last) == 1) gate.output = last;
+  return gate;
 }
 
-void find_roles(GatePlanes &planes) {
-  planes.roles.resize(planes.cubes.NUM_CUBES);
-  for (std::uint32_t i = 0; i < planes.roles.size(); i++) planes.roles[i] = find_role(planes, i);
+void choose_gates(GatePlanes &planes) {
+  planes.gates.resize(planes.cubes.NUM_CUBES);
+  for (std::uint32_t i = 0; i < planes.gates.size(); i++) planes.gates[i] = choose_gate(planes, i);
 }
 
 void list_literals(GatePlanes &planes) {
@@ -52,8 +39,8 @@ void list_literals(GatePlanes &planes) {
   LiteralLists &lists = planes.literals;
   lists.starts.assign(2 * cubes.inputs + 1, 0);
   const auto for_each_used = [&](auto visit) {
-    for (std::uint32_t i = 0; i < planes.roles.size(); i++) {
-      if (planes.roles[i] == 0) continue;
+    for (std::uint32_t i = 0; i < planes.gates.size(); i++) {
+      if (planes.gates[i].literals == 0) continue;
       std::uint32_t place = 0;
       for_each_literal(cubes, cube(cubes, i),
                        [&](std::size_t input, bool is_true) { visit(2 * input + (is_true ? 0 : 1), i, place++); });
@@ -66,7 +53,7 @@ void list_literals(GatePlanes &planes) {
   });
   for (std::size_t list = 1; list < lists.starts.size(); list++) lists.starts[list] += lists.starts[list - 1];
   lists.place_bits = std::bit_width(last_place);
-  const bool is_wide = std::bit_width(planes.roles.size()) + lists.place_bits > 32;
+  const bool is_wide = std::bit_width(planes.gates.size()) + lists.place_bits > 32;
   if (is_wide)
     lists.wide.resize(lists.starts.back());
   else
@@ -108,25 +95,20 @@ void put_tree_name(OutputFile &file, const std::string &prefix, std::uint32_t in
   put_all(file, prefix, Decimal{index}, '_', Decimal{level}, '_', Decimal{number});
 }
 
-void put_and_name(OutputFile &file, const GatePlanes &planes, std::uint32_t term) {
-  const std::uint32_t role = planes.roles[term];
-  if (is_bound(role))
-    put(file, planes.netlist.outputs[bound_output(role)].instance);
-  else
-    put_generated(file, planes.prefixes.and_gates, term);
-}
-
-// " gate.pin" of input `place` among `count` inputs of a gate or of the first rank of its tree.
-void put_and_pin(OutputFile &file, const GatePlanes &planes, std::uint32_t term, std::uint32_t place) {
+// " gate.pin" of input `place` of a term's gate, or of the first rank of its tree.
+void put_and_pin(OutputFile &file, const GatePlanes &planes, std::uint32_t term, const TermGate &gate,
+                 std::uint32_t place) {
   const std::uint32_t width = planes.and_width;
   put(file, ' ');
-  if (literal_count(planes, term) <= width) {
-    put_and_name(file, planes, term);
-    put_all(file, ".A", Decimal{place});
-  } else {
+  if (gate.literals > width) {
     put_tree_name(file, planes.prefixes.and_gates, term, 0, place / width);
-    put_all(file, ".A", Decimal{place % width});
+    return put_all(file, ".A", Decimal{place % width});
   }
+  if (gate.output != kNone)
+    put(file, planes.netlist.outputs[gate.output].instance);
+  else
+    put_generated(file, planes.prefixes.and_gates, term);
+  put_all(file, ".A", Decimal{place});
 }
 
 void put_or_pin(OutputFile &file, const GatePlanes &planes, std::uint32_t output, std::uint32_t place) {
@@ -179,10 +161,11 @@ template <typename Visit> void for_each_listed(const GatePlanes &planes, std::si
 }
 
 void put_literal(OutputFile &file, const GatePlanes &planes, const LiteralAt &at, std::vector<OrPin> &or_pins) {
-  if (planes.roles[at.term] == 1)
+  const TermGate gate = planes.gates[at.term];
+  if (gate.literals == 1)
     add_or_pins(planes, at.term, or_pins);
   else
-    put_and_pin(file, planes, at.term, at.place);
+    put_and_pin(file, planes, at.term, gate, at.place);
 }
 
 void put_list(OutputFile &file, const GatePlanes &planes, std::size_t list) {
@@ -305,10 +288,10 @@ void put_tree_nets(OutputFile &file, const Tree &tree, std::uint32_t inputs) {
 
 // `text` holds the name of a gate that is not an output's.
 Tree and_tree(const GatePlanes &planes, std::uint32_t term, std::string &text) {
-  const std::uint32_t role = planes.roles[term];
+  const std::uint32_t output = planes.gates[term].output;
   Tree tree{false, false, false, planes.and_width, planes.prefixes.and_gates, term, {}, {}};
-  if (is_bound(role)) {
-    const OutputGate &gate = planes.netlist.outputs[bound_output(role)];
+  if (output != kNone) {
+    const OutputGate &gate = planes.netlist.outputs[output];
     tree.invert = gate.active_low;
     tree.protect = gate.protect;
     tree.final_name = gate.instance;
@@ -335,7 +318,7 @@ Tree or_tree(const GatePlanes &planes, std::uint32_t output) {
 bool has_or_gate(const GatePlanes &planes, std::uint32_t output) {
   const Connections &connections = planes.connections;
   if (connections.forms[output] != OutputForm::LOGIC) return false;
-  return term_count(connections, output) > 1 || !is_bound(planes.roles[*first_term(connections, output)]);
+  return term_count(connections, output) > 1 || planes.gates[*first_term(connections, output)].output == kNone;
 }
 
 void put_literal_net(OutputFile &file, const GatePlanes &planes, std::size_t input, bool is_true) {
@@ -347,7 +330,7 @@ void put_literal_net(OutputFile &file, const GatePlanes &planes, std::size_t inp
 
 // A term of one literal is that literal's net.
 void put_term_net(OutputFile &file, const GatePlanes &planes, std::uint32_t term) {
-  if (planes.roles[term] != 1) return put_generated(file, planes.prefixes.and_gates, term);
+  if (planes.gates[term].literals != 1) return put_generated(file, planes.prefixes.and_gates, term);
   for_each_literal(planes.cubes, cube(planes.cubes, term),
                    [&](std::size_t input, bool is_true) { put_literal_net(file, planes, input, is_true); });
 }
@@ -355,26 +338,27 @@ void put_term_net(OutputFile &file, const GatePlanes &planes, std::uint32_t term
 void write_and_nets(OutputFile &file, const GatePlanes &planes) {
   std::vector<std::uint32_t> seen(planes.connections.forms.size(), 0); // terms so far, per output
   std::string text;
-  for (std::uint32_t i = 0; i < planes.roles.size(); i++) {
-    const std::uint32_t role = planes.roles[i];
-    if (role == 0) continue;
-    if (role != 1) put_tree_nets(file, and_tree(planes, i, text), literal_count(planes, i));
-    if (is_bound(role)) continue;
-    if (role != 1) put_all(file, "NET ", text, " SRC ", text, ".Z0 DST");
+  for (std::uint32_t i = 0; i < planes.gates.size(); i++) {
+    const TermGate &gate = planes.gates[i];
+    if (gate.literals == 0) continue;
+    const bool has_gate = gate.literals > 1;
+    if (has_gate) put_tree_nets(file, and_tree(planes, i, text), gate.literals);
+    if (gate.output != kNone) continue;
+    if (has_gate) put_all(file, "NET ", text, " SRC ", text, ".Z0 DST");
     for_each_output(planes.cubes, cube(planes.cubes, i), [&](std::size_t j) {
       if (planes.connections.forms[j] != OutputForm::LOGIC) return;
       const std::uint32_t place = seen[j]++;
-      if (role != 1) put_or_pin(file, planes, static_cast<std::uint32_t>(j), place);
+      if (has_gate) put_or_pin(file, planes, static_cast<std::uint32_t>(j), place);
     });
-    if (role != 1) put(file, ";\n\n");
+    if (has_gate) put(file, ";\n\n");
   }
 }
 
 void write_and_symbols(OutputFile &file, const GatePlanes &planes) {
   std::vector<std::pair<std::uint32_t, bool>> inputs;
   std::string text;
-  for (std::uint32_t i = 0; i < planes.roles.size(); i++) {
-    if (planes.roles[i] <= 1) continue;
+  for (std::uint32_t i = 0; i < planes.gates.size(); i++) {
+    if (planes.gates[i].literals <= 1) continue;
     inputs.clear();
     for_each_literal(planes.cubes, cube(planes.cubes, i), [&](std::size_t input, bool is_true) {
       inputs.emplace_back(static_cast<std::uint32_t>(input), is_true);
@@ -432,7 +416,7 @@ GatePlanes make_gate_planes(const Design &design, const CubeTable &cubes, const 
                     map_choose_prefixes(design, netlist),
                     static_cast<std::uint32_t>(run_settings.and_width),
                     static_cast<std::uint32_t>(run_settings.or_width)};
-  find_roles(planes);
+  choose_gates(planes);
   list_literals(planes);
   link_columns(planes);
   return planes;

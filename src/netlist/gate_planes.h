@@ -34,13 +34,19 @@ struct LiteralLists {
   int place_bits = 0;
 };
 
+// What becomes of a term.
+struct TermGate {
+  std::uint32_t literals = 0;   // 0: it drives no output that is a sum of products, and no gate is made
+  std::uint32_t output = kNone; // the output whose gate it is: its only term, and one that drives nothing else
+};
+
 struct GatePlanes {
   const CubeTable &cubes;
   const Connections &connections;
   const Netlist &netlist;
   PlanePrefixes prefixes;
   std::uint32_t and_width, or_width;
-  std::vector<std::uint32_t> roles{}; // per term, see gate_planes.cc
+  std::vector<TermGate> gates{}; // per term
   LiteralLists literals{};
   std::vector<std::string> column_texts{};    // per input: the name of its net
   std::vector<std::uint32_t> first_columns{}; // per net: an input that reads it, kNone for none
