@@ -2,10 +2,10 @@
 // extension, and is no other signal's; one that looks like a name that the translation makes would have it rename
 // signals.
 #include <algorithm>
+#include <array>
 #include <ostream>
 
 #include "kit/import/import.h"
-#include "kit/prove/rename.h"
 #include "kit/util/finding.h"
 #include "util/text_hash.h"
 
@@ -20,6 +20,23 @@ constexpr std::size_t kLongest = 50;
 constexpr bool is_legal(char c) {
   return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') ||
          std::string_view("@`!#$%&'*/<>?[\\]_|~").find(c) != std::string_view::npos;
+}
+
+// The endings of names that the translation makes of a signal's.
+// clang-format off
+constexpr auto kGeneratedSuffixes = std::to_array<std::string_view>({
+    "_X1", "_X2", "_DX1", "_DX2", "_GX1", "_GX2", "_TX1", "_TX2", "_D", "_REG", "_T", "_S", "_R", "_J", "_K", "_C",
+    "_LH", "_Q", "_Z", "_SP", "_SR", "_AR", "_AP", "_PR", "_PIN", "_B", "_X1B", "_X2B", "_DX1B", "_DX2B", "_GX1B",
+    "_GX2B", "_TX1B", "_TX2B", "_REGB", "_LHB", "_LEB", "_FBB", "_PINB", "_CEB", "_OEB", "_SPB", "_SRB", "_ARB",
+    "_REB", "_APB", "_PRB", "_1", "_2", "_3", "_4", "_5", "_6", "_7", "_8", "_9", "_OE", "_CE", "_LE", "_RE", "_FB",
+    "_H", "_CB", "_DB", "_TB", "_JB", "_KB", "_RB", "_SB", "_QB", "_BD",
+});
+// clang-format on
+
+// What stands in front of such an ending: a signal of that name might be renamed. Empty for none.
+std::string_view generated_base(std::string_view name) {
+  const std::size_t cut = std::min(name.rfind('_'), name.size());
+  return std::ranges::find(kGeneratedSuffixes, name.substr(cut)) == kGeneratedSuffixes.end() ? "" : name.substr(0, cut);
 }
 
 std::string folded(std::string_view text) { return upper_case(text); }

@@ -151,13 +151,6 @@ bool read_name(Reader &reader, std::size_t signal, const std::string &declared, 
 
 } // namespace
 
-std::string_view generated_base(std::string_view name) {
-  const std::size_t cut = name.rfind('_');
-  if (cut == std::string_view::npos) return {};
-  const std::string_view suffix = name.substr(cut);
-  return contains(kReservedSuffixes, suffix) || contains(kUncertainSuffixes, suffix) ? name.substr(0, cut) : "";
-}
-
 std::vector<std::string> netlist_names(const Meaning &meaning, const Netlist &netlist, bool case_sensitive) {
   std::vector<std::string> declared(meaning.signals.size()), best;
   std::vector<std::uint32_t> used;
