@@ -61,24 +61,40 @@ inline Literal literal_at(const std::uint32_t *row, std::size_t input) {
 // last input word may hold output bits; `mask` (from input_word_mask) cuts them off.
 inline std::uint32_t literal_mask(std::uint32_t word, std::uint32_t mask) { return (word ^ (word >> 1)) & mask; }
 
+constexpr std::uint32_t kAllInputs = 0x55555555U; // of a word
+
 constexpr std::size_t input_words(const CubeTable &table) { return (table.inputs + 15) / 16; }
 constexpr std::uint32_t input_word_mask(const CubeTable &table, std::size_t word) {
   const std::size_t left = table.inputs - word * 16;
-  return left >= 16 ? 0x55555555U : 0x55555555U & ((1U << (2 * left)) - 1);
+  return left >= 16 ? kAllInputs : kAllInputs & ((1U << (2 * left)) - 1);
 }
 
 std::size_t count_literals(const CubeTable &table, const std::uint32_t *row);
 
-// Calls visit(input, is_true) for every literal of the row, in input order.
-template <typename Visit> void for_each_literal(const CubeTable &table, const std::uint32_t *row, Visit visit) {
-  const std::size_t words = input_words(table);
-  for (std::size_t w = 0; w < words; w++) {
-    const std::uint32_t word = row[1 + w];
-    for (std::uint32_t left = literal_mask(word, input_word_mask(table, w)); left != 0; left &= left - 1) {
-      const auto bit = static_cast<std::size_t>(std::countr_zero(left));
-      visit(w * 16 + bit / 2, (word >> bit & 1U) == 0);
-    }
+// Calls visit(word, mask) for every input word of the row that holds literals, in order; mask as literal_mask has it.
+template <typename Visit> void for_each_literal_word(const CubeTable &table, const std::uint32_t *row, Visit visit) {
+  const auto look_at = [&](std::size_t word, std::uint32_t all) {
+    const std::uint32_t mask = literal_mask(row[1 + word], all);
+    if (mask != 0) visit(static_cast<std::uint32_t>(word), mask);
+  };
+  const std::size_t whole = table.inputs / 16;
+  for (std::size_t word = 0; word < whole; word++) look_at(word, kAllInputs);
+  if (table.inputs % 16 != 0) look_at(whole, input_word_mask(table, whole));
+}
+
+// Calls visit(input, is_true) for every literal of an input word, in input order.
+template <typename Visit>
+void for_each_literal_of(const std::uint32_t *row, std::uint32_t word, std::uint32_t mask, Visit visit) {
+  for (; mask != 0; mask &= mask - 1) {
+    const auto bit = static_cast<std::uint32_t>(std::countr_zero(mask));
+    visit(word * 16 + bit / 2, (row[1 + word] >> bit & 1U) == 0);
   }
+}
+
+// The same for the whole row.
+template <typename Visit> void for_each_literal(const CubeTable &table, const std::uint32_t *row, Visit visit) {
+  for_each_literal_word(table, row,
+                        [&](std::uint32_t word, std::uint32_t mask) { for_each_literal_of(row, word, mask, visit); });
 }
 
 // Calls visit(output) for every output that the row drives, in output order.

@@ -110,10 +110,18 @@ struct FanOut {
   std::vector<std::uint8_t> fans_out; // per input-list entry: 1 when a used term has a literal of it
 };
 
-// The terms of each output that is neither constant nor empty.
+// The terms of each output that is neither constant nor empty, and the places of their literals.
 struct TermLists {
   std::vector<std::uint32_t> starts; // per output-list entry, and one more: its part of `terms`; empty: not listed yet
   std::vector<std::uint32_t> terms;  // cube indices, ascending per output
+
+  // PLA form only: the inputs that the terms of an output use.
+  std::vector<std::uint32_t> needed;       // per output-list entry: so many of its first terms use all its inputs
+  std::vector<std::uint32_t> word_readers; // per input word: how many outputs use any of its inputs
+
+  // The input words of a row that hold literals; not listed where it takes no longer to look through the row.
+  std::vector<std::size_t> word_starts; // per term, and one more: its part of `words`
+  std::vector<std::uint32_t> words;     // ascending per term
 };
 
 struct Design {

@@ -57,6 +57,17 @@ template <typename Visit> void for_each_pin(const Netlist &netlist, Visit visit)
   }
 }
 
+void link_columns(Netlist &netlist) {
+  netlist.first_columns.assign(netlist.nets.size(), kNone);
+  netlist.next_columns.assign(netlist.column_nets.size(), kNone);
+  for (auto k = static_cast<std::uint32_t>(netlist.column_nets.size()); k-- > 0;) {
+    const NetIndex net = netlist.column_nets[k];
+    if (net == kNone) continue;
+    netlist.next_columns[k] = netlist.first_columns[net];
+    netlist.first_columns[net] = k;
+  }
+}
+
 // What is read, or drives a pin, but has no source (a tristate pin without data, a macro input on a net that nobody
 // drives) is tied to 0, so that every net has a source.
 void tie_undriven_nets(NetlistBuilder &builder) {
@@ -74,6 +85,9 @@ void tie_undriven_nets(NetlistBuilder &builder) {
     const Pin &pin = netlist.pins[p];
     state[pin.net] |= pin_direction(pin.kind) == Direction::OUT ? kDriven : kNeeded;
   });
+  if (netlist.has_blocks)
+    for (NetIndex n = 0; n < state.size(); n++)
+      if (netlist.first_columns[n] != kNone) state[n] |= kNeeded;
   for (NetIndex n = 0; n < state.size(); n++) {
     if (state[n] != kNeeded) continue;
     builder.yielding_symbols.push_back(static_cast<SymbolIndex>(netlist.symbols.size()));
@@ -129,6 +143,7 @@ void name_yielding_symbols(NetlistBuilder &builder) {
 
 // Every net gets its one source; every input pin becomes a destination of its net, in print order.
 void derive_nets(Netlist &netlist) {
+  netlist.first_columns.resize(netlist.nets.size(), kNone); // a rail may have been added
   std::vector<std::uint32_t> &starts = netlist.destination_starts;
   starts.assign(netlist.nets.size() + 1, 0);
   for_each_pin(netlist, [&](SymbolIndex s, std::uint32_t p) {
@@ -166,9 +181,13 @@ Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connec
   add_macros(builder);
   add_output_blocks(builder);
   netlist.symbols.insert(netlist.symbols.end(), builder.signal_symbols.begin(), builder.signal_symbols.end());
+  netlist.has_blocks = !expand;
+  link_columns(netlist);
   name_yielding_nets(builder);
   tie_undriven_nets(builder);
   name_yielding_symbols(builder);
+  for (const NetIndex each : {netlist.gnd, netlist.vcc})
+    if (each != kNone) netlist.statements.push_back(each);
   derive_nets(netlist);
   return std::move(netlist);
 }

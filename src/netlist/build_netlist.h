@@ -12,8 +12,8 @@ namespace cubenet {
 enum class XorPlace { WITH_SIGNAL, WITH_OUTPUT };
 
 // Builds the netlist of the design with the names it has now. `expand`: the product terms become gates, which are left
-// to the gate planes; otherwise every output gets its PLA or ZDOT block. Time and memory are linear in the lists, in
-// the rows of the terms that each output has, and in the printed pins of the blocks.
+// to the gate planes; otherwise every output gets its PLA or ZDOT block, whose inputs are left to whoever asks for them
+// (block_inputs.h). Time and memory are linear in the lists.
 Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connections &connections, bool expand,
                       XorPlace xor_place);
 

@@ -17,15 +17,14 @@ struct TwoLiterals {
   std::array<bool, 2> is_true;
 };
 
-std::optional<TwoLiterals> two_literals(const CubeTable &cubes, std::uint32_t term) {
-  const std::uint32_t *row = cube(cubes, term);
-  if (count_literals(cubes, row) != 2) return std::nullopt;
+std::optional<TwoLiterals> two_literals(const CubeTable &cubes, const TermLists &lists, std::uint32_t term) {
   TwoLiterals found{};
-  std::size_t at = 0;
-  for_each_literal(cubes, row, [&](std::size_t input, bool is_true) {
-    found.inputs[at] = static_cast<std::uint32_t>(input);
-    found.is_true[at++] = is_true;
+  std::size_t count = 0;
+  for_each_literal(cubes, lists, term, [&](std::uint32_t input, bool is_true) {
+    if (count < 2) found.inputs[count] = input, found.is_true[count] = is_true;
+    count++;
   });
+  if (count != 2) return std::nullopt;
   return found;
 }
 
@@ -34,12 +33,26 @@ std::optional<XorGate> recognise_xor(const CubeTable &cubes, const Design &desig
                                      std::size_t output) {
   if (connections.forms[output] != OutputForm::LOGIC || term_count(connections, output) != 2) return std::nullopt;
   const std::uint32_t *terms = first_term(connections, output);
-  const auto a = two_literals(cubes, terms[0]);
-  const auto b = two_literals(cubes, terms[1]);
+  const auto a = two_literals(cubes, connections.lists, terms[0]);
+  const auto b = two_literals(cubes, connections.lists, terms[1]);
   if (!a || !b || a->inputs != b->inputs) return std::nullopt;
   if (a->is_true[0] == b->is_true[0] || a->is_true[1] == b->is_true[1]) return std::nullopt;
   const bool equal_polarity = a->is_true[0] == a->is_true[1];
   return XorGate{a->inputs[0], a->inputs[1], equal_polarity != test_bit(design.output_inversion, output)};
+}
+
+// A term's row is looked through once for each output that the term drives. Where rows are short, or terms drive few
+// outputs, that is in proportion to the table; else the words with literals are listed.
+constexpr std::size_t kShortRow = 16;  // input words
+constexpr std::size_t kFewOutputs = 8; // per term, on average
+
+void list_literal_words(const CubeTable &cubes, TermLists &lists) {
+  if (input_words(cubes) <= kShortRow || lists.terms.size() <= kFewOutputs * cubes.NUM_CUBES) return;
+  for (std::uint32_t i = 0; i < cubes.NUM_CUBES; i++) {
+    lists.word_starts.push_back(lists.words.size());
+    for_each_literal_word(cubes, cube(cubes, i), [&](std::uint32_t w, std::uint32_t) { lists.words.push_back(w); });
+  }
+  lists.word_starts.push_back(lists.words.size());
 }
 
 } // namespace
@@ -60,6 +73,7 @@ void list_terms(const CubeTable &cubes, Design &design) {
       if (status[j] == OUTPUT_LOGIC) lists.terms[next[j]++] = static_cast<std::uint32_t>(i);
     });
   }
+  list_literal_words(cubes, lists);
 }
 
 Connections map_build_connections(const CubeTable &cubes, const Design &design) {

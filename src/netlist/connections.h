@@ -39,9 +39,27 @@ inline const std::uint32_t *first_term(const Connections &connections, std::size
   return connections.lists.terms.data() + connections.lists.starts[output];
 }
 
-// Lists the terms of each output, in time linear in the set bits of the table, unless they are listed already: nothing
+// Lists the terms of each output, in time linear in the size of the table, unless they are listed already: nothing
 // behind the checker changes them.
 void list_terms(const CubeTable &cubes, Design &design);
+
+// The same as for a row by itself, but without a look at words without literals where the others are listed.
+template <typename Visit>
+void for_each_literal_word(const CubeTable &cubes, const TermLists &lists, std::uint32_t term, Visit visit) {
+  const std::uint32_t *row = cube(cubes, term);
+  if (lists.word_starts.empty()) return for_each_literal_word(cubes, row, visit);
+  for (std::size_t i = lists.word_starts[term]; i < lists.word_starts[term + 1]; i++) {
+    const std::uint32_t w = lists.words[i];
+    visit(w, literal_mask(row[1 + w], input_word_mask(cubes, w)));
+  }
+}
+
+template <typename Visit>
+void for_each_literal(const CubeTable &cubes, const TermLists &lists, std::uint32_t term, Visit visit) {
+  const std::uint32_t *row = cube(cubes, term);
+  for_each_literal_word(cubes, lists, term,
+                        [&](std::uint32_t word, std::uint32_t mask) { for_each_literal_of(row, word, mask, visit); });
+}
 
 // The terms must be listed. An output that carries the LXOR2 attribute and is no plain two-input XOR stays a sum of
 // products.

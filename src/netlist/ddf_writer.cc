@@ -20,6 +20,7 @@ struct DdfWriter {
   OutputFile &file;
   const Design &design;
   const Netlist &netlist;
+  Destinations &destinations;
 };
 
 void write_port_list(const DdfWriter &writer, std::string_view label, Direction direction) {
@@ -82,8 +83,8 @@ void write_symbols(const DdfWriter &writer) {
 }
 
 // net: .port, source, destinations; the port and the source where there are any.
-void write_net(const DdfWriter &writer, NetIndex index) {
-  const Net &net = writer.netlist.nets[index];
+void write_net(const DdfWriter &writer, std::size_t statement) {
+  const Net &net = writer.netlist.nets[writer.netlist.statements[statement]];
   put(writer.file, net.name);
   std::string_view separator = ": ";
   const auto next_item = [&] {
@@ -98,11 +99,9 @@ void write_net(const DdfWriter &writer, NetIndex index) {
     next_item();
     put_source(writer.file, writer.design, writer.netlist, net);
   }
-  for (std::uint32_t i = writer.netlist.destination_starts[index]; i < writer.netlist.destination_starts[index + 1];
-       i++) {
+  for (const Destination &at : find_destinations(writer.destinations, statement)) {
     next_item();
-    const Destination &at = writer.netlist.destinations[i];
-    put_pin_reference(writer.file, writer.design, writer.netlist, at.symbol, at.pin);
+    put_destination(writer.file, writer.design, writer.netlist, at);
   }
   put(writer.file, ";\n");
 }
@@ -110,8 +109,11 @@ void write_net(const DdfWriter &writer, NetIndex index) {
 // Wanted: no lines for GND and VCC, nor for the nets inside expanded product terms.
 void write_nets(const DdfWriter &writer) {
   put(writer.file, "NETS:\n");
-  for (const NetIndex net : writer.netlist.statements)
-    if (is_connected(writer.netlist, net)) write_net(writer, net);
+  const Netlist &netlist = writer.netlist;
+  for (std::size_t i = 0; i < netlist.statements.size(); i++) {
+    const NetIndex net = netlist.statements[i];
+    if (netlist.nets[net].kind != NetKind::RAIL && is_connected(netlist, net)) write_net(writer, i);
+  }
   put(writer.file, "ENDNETS;\n\n");
 }
 
@@ -124,7 +126,8 @@ int write_ddf(const CubeTable &cubes, const std::string &ddf_name, Design *desig
   print_line("Writing output files(ddf)...");
   OutputFile file;
   if (!open_reported(file, ddf_name, kErrorLead)) return 2;
-  const DdfWriter writer{file, *design, mapped.netlist};
+  Destinations destinations(mapped.netlist, cubes, design->terms);
+  const DdfWriter writer{file, *design, mapped.netlist, destinations};
   put_all(file, "CELL: ", design->header.design, ";\n\n");
   write_ports(writer);
   write_symbols(writer);

@@ -68,18 +68,12 @@ void list_literals(GatePlanes &planes) {
   });
 }
 
-void link_columns(GatePlanes &planes) {
+void name_columns(GatePlanes &planes) {
   const Netlist &netlist = planes.netlist;
-  planes.first_columns.assign(netlist.nets.size(), kNone);
-  planes.next_columns.assign(netlist.column_nets.size(), kNone);
   planes.column_texts.resize(netlist.column_nets.size());
-  for (std::size_t k = netlist.column_nets.size(); k-- > 0;) {
-    const NetIndex net = netlist.column_nets[k];
-    if (net == kNone) continue;
-    planes.column_texts[k] = name_text(netlist.nets[net].name);
-    planes.next_columns[k] = planes.first_columns[net];
-    planes.first_columns[net] = static_cast<std::uint32_t>(k);
-  }
+  for (std::size_t k = 0; k < netlist.column_nets.size(); k++)
+    if (const NetIndex net = netlist.column_nets[k]; net != kNone)
+      planes.column_texts[k] = name_text(netlist.nets[net].name);
 }
 
 std::size_t list_size(const GatePlanes &planes, std::size_t list) {
@@ -175,10 +169,11 @@ void put_list(OutputFile &file, const GatePlanes &planes, std::size_t list) {
 }
 
 // Several columns on one net: their literals are merged back into the order of the terms.
-void put_merged_lists(OutputFile &file, const GatePlanes &planes, std::uint32_t first_column) {
+void put_merged_lists(OutputFile &file, const GatePlanes &planes, NetIndex net) {
   std::vector<LiteralAt> all;
-  for (std::uint32_t k = first_column; k != kNone; k = planes.next_columns[k])
+  for_each_column(planes.netlist, net, [&](std::uint32_t k) {
     for_each_listed(planes, std::size_t{2} * k, [&](const LiteralAt &at) { all.push_back(at); });
+  });
   std::sort(all.begin(), all.end(), [](const LiteralAt &a, const LiteralAt &b) {
     return a.term != b.term ? a.term < b.term : a.place < b.place;
   });
@@ -331,8 +326,8 @@ void put_literal_net(OutputFile &file, const GatePlanes &planes, std::size_t inp
 // A term of one literal is that literal's net.
 void put_term_net(OutputFile &file, const GatePlanes &planes, std::uint32_t term) {
   if (planes.gates[term].literals != 1) return put_generated(file, planes.prefixes.and_gates, term);
-  for_each_literal(planes.cubes, cube(planes.cubes, term),
-                   [&](std::size_t input, bool is_true) { put_literal_net(file, planes, input, is_true); });
+  for_each_literal(planes.cubes, planes.connections.lists, term,
+                   [&](std::uint32_t input, bool is_true) { put_literal_net(file, planes, input, is_true); });
 }
 
 void write_and_nets(OutputFile &file, const GatePlanes &planes) {
@@ -418,29 +413,32 @@ GatePlanes make_gate_planes(const Design &design, const CubeTable &cubes, const 
                     static_cast<std::uint32_t>(run_settings.or_width)};
   choose_gates(planes);
   list_literals(planes);
-  link_columns(planes);
+  name_columns(planes);
   return planes;
 }
 
 bool has_plane_destinations(const GatePlanes &planes, NetIndex net) {
-  for (std::uint32_t k = planes.first_columns[net]; k != kNone; k = planes.next_columns[k])
-    if (planes.literals.starts[std::size_t{2} * k] != planes.literals.starts[std::size_t{2} * k + 2]) return true;
-  return false;
+  bool has_any = false;
+  for_each_column(planes.netlist, net, [&](std::uint32_t k) {
+    const std::vector<std::size_t> &starts = planes.literals.starts;
+    has_any = has_any || starts[std::size_t{2} * k] != starts[std::size_t{2} * k + 2];
+  });
+  return has_any;
 }
 
 void put_plane_destinations(OutputFile &file, const GatePlanes &planes, NetIndex net) {
-  const std::uint32_t first = planes.first_columns[net];
+  const std::uint32_t first = planes.netlist.first_columns[net];
   if (first == kNone) return;
-  if (planes.next_columns[first] == kNone)
+  if (planes.netlist.next_columns[first] == kNone)
     put_list(file, planes, std::size_t{2} * first);
   else
-    put_merged_lists(file, planes, first);
-  for (std::uint32_t k = first; k != kNone; k = planes.next_columns[k]) {
-    if (list_size(planes, std::size_t{2} * k + 1) == 0) continue;
+    put_merged_lists(file, planes, net);
+  for_each_column(planes.netlist, net, [&](std::uint32_t k) {
+    if (list_size(planes, std::size_t{2} * k + 1) == 0) return;
     put(file, ' ');
     put_generated(file, planes.prefixes.inverters, k);
     put(file, ".A0");
-  }
+  });
 }
 
 void write_plane_nets(OutputFile &file, const GatePlanes &planes) {

@@ -48,9 +48,7 @@ struct GatePlanes {
   std::uint32_t and_width, or_width;
   std::vector<TermGate> gates{}; // per term
   LiteralLists literals{};
-  std::vector<std::string> column_texts{};    // per input: the name of its net
-  std::vector<std::uint32_t> first_columns{}; // per net: an input that reads it, kNone for none
-  std::vector<std::uint32_t> next_columns{};  // per input: the next one on the same net, kNone for none
+  std::vector<std::string> column_texts{}; // per input: the name of its net
 };
 
 GatePlanes make_gate_planes(const Design &design, const CubeTable &cubes, const Connections &connections,

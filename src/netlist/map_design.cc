@@ -1,9 +1,11 @@
 // The preparation that the netlist writers share, and the spelling of pins that both formats have in common.
 #include "netlist/map_design.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "model/run_settings.h"
+#include "netlist/block_inputs.h"
 #include "netlist/gate_planes.h"
 #include "netlist/rename.h"
 #include "report/messages.h"
@@ -12,6 +14,9 @@ namespace cubenet {
 
 MappedDesign map_design(Design &design, const CubeTable &cubes, XorPlace xor_place) {
   list_terms(cubes, design);
+  const std::vector<std::uint8_t> &read = design.fan_out.fans_out;
+  const auto inputs = static_cast<std::size_t>(std::count(read.begin(), read.end(), 1));
+  if (!run_settings.expand) count_block_inputs(cubes, inputs, design.terms);
   map_rename_signals(design, cubes);
   Connections connections = map_build_connections(cubes, design);
   report_refused_xors(design, connections);
@@ -23,7 +28,8 @@ bool is_connected(const Netlist &netlist, NetIndex net) {
   const Net &each = netlist.nets[net];
   const bool is_external = each.kind == NetKind::EXTERNAL_INPUT || each.kind == NetKind::EXTERNAL_OUTPUT;
   return is_external || each.source_symbol != kNone || each.source_output != kNone ||
-         netlist.destination_starts[net] != netlist.destination_starts[net + 1];
+         netlist.destination_starts[net] != netlist.destination_starts[net + 1] ||
+         (netlist.has_blocks && netlist.first_columns[net] != kNone);
 }
 
 void put_pin_name(OutputFile &file, const Design &design, const Netlist &netlist, SymbolIndex symbol,
@@ -45,6 +51,13 @@ void put_pin_reference(OutputFile &file, const Design &design, const Netlist &ne
   put(file, netlist.symbols[symbol].instance);
   put(file, '.');
   put_pin_name(file, design, netlist, symbol, pin);
+}
+
+void put_destination(OutputFile &file, const Design &design, const Netlist &netlist, const Destination &at) {
+  const Symbol &symbol = netlist.symbols[at.symbol];
+  if (!is_block(symbol.primitive)) return put_pin_reference(file, design, netlist, at.symbol, at.pin);
+  put(file, symbol.instance);
+  put_all(file, ".A", Decimal{at.pin});
 }
 
 void put_source(OutputFile &file, const Design &design, const Netlist &netlist, const Net &net) {

@@ -5,6 +5,7 @@
 #include "model/design.h"
 #include "netlist/build_netlist.h"
 #include "netlist/connections.h"
+#include "netlist/destinations.h"
 #include "netlist/netlist.h"
 #include "util/output_file.h"
 
@@ -28,6 +29,7 @@ void put_pin_name(OutputFile &file, const Design &design, const Netlist &netlist
 // "instance.pin"
 void put_pin_reference(OutputFile &file, const Design &design, const Netlist &netlist, SymbolIndex symbol,
                        std::uint32_t pin);
+void put_destination(OutputFile &file, const Design &design, const Netlist &netlist, const Destination &at);
 // "instance.pin" of the pin that drives the net; the net must have a source.
 void put_source(OutputFile &file, const Design &design, const Netlist &netlist, const Net &net);
 

@@ -30,8 +30,8 @@ inline std::string name_text(const Name &name) { return std::string(name.base).a
 
 struct Pin {
   PinKind kind = PinKind::A;
-  // An input of a PLA block: its column in the truth table; PORT_IN and PORT_OUT: the port's place in the macro; unused
-  // for the rest (an A pin is numbered by its place among the symbol's pins).
+  // PORT_IN and PORT_OUT: the port's place in the macro; unused for the rest (an A pin is numbered by its place among
+  // the symbol's pins).
   std::uint32_t number = 0;
   NetIndex net = kNone;
 };
@@ -40,7 +40,8 @@ struct Symbol {
   Primitive primitive = Primitive::BUF;
   bool protect = false;
   Name instance;
-  std::uint32_t first_pin = 0; // into Netlist::pins
+  // The pins, into Netlist::pins. The inputs of a PLA or ZDOT block are not among them (block_inputs.h).
+  std::uint32_t first_pin = 0;
   std::uint32_t pin_count = 0;
   // PLA, ZDOT, and an LXOR2 that stands for an output: the output-list entry; XTRI1 and XBIDI1: the signal; MACRO: the
   // macro; kNone for the rest.
@@ -64,7 +65,7 @@ struct Net {
 
 struct Destination {
   SymbolIndex symbol;
-  std::uint32_t pin; // into Netlist::pins
+  std::uint32_t pin; // into Netlist::pins; of a PLA or ZDOT block: the number of the input
 };
 
 struct ExternalPin {
@@ -86,7 +87,7 @@ struct OutputGate {
 struct Netlist {
   std::vector<ExternalPin> external_pins; // in pin order
   std::vector<Net> nets;
-  std::vector<NetIndex> statements;  // nets in the order of their statements; the rails are not among them
+  std::vector<NetIndex> statements;  // all nets in the order of their statements, the rails last
   NetIndex gnd = kNone, vcc = kNone; // kNone: nothing reads the rail
 
   // In print order: macros first, then the output blocks, then the signals' own symbols.
@@ -96,9 +97,14 @@ struct Netlist {
   std::vector<OutputGate> outputs;   // per output-list entry
   std::vector<NetIndex> column_nets; // per input-list entry; kNone: no used term reads it
 
-  // Derived from the symbols: per net, in print order (starts has one more entry than there are nets).
+  // Derived from the symbols: per net, in print order (starts has one more entry than there are nets); without the
+  // inputs of the blocks, which find_destinations adds.
   std::vector<std::uint32_t> destination_starts;
   std::vector<Destination> destinations;
+
+  bool has_blocks = false;                  // the product terms stay in PLA and ZDOT blocks
+  std::vector<std::uint32_t> first_columns; // per net: an input-list entry that reads it, kNone for none
+  std::vector<std::uint32_t> next_columns;  // per input-list entry: the next one on the same net, kNone for none
 
   std::deque<std::string> own_names; // names that neither the design nor fixed text holds
 };
@@ -108,6 +114,11 @@ template <typename Visit> void for_each_instance(const Netlist &netlist, Visit v
   for (const Symbol &symbol : netlist.symbols) visit(symbol.instance);
   for (const Net &net : netlist.nets)
     if (net.source_output != kNone) visit(netlist.outputs[net.source_output].instance);
+}
+
+// Calls visit(column) for every input-list entry that reads the net, ascending.
+template <typename Visit> void for_each_column(const Netlist &netlist, NetIndex net, Visit visit) {
+  for (std::uint32_t k = netlist.first_columns[net]; k != kNone; k = netlist.next_columns[k]) visit(k);
 }
 
 } // namespace cubenet

@@ -1,5 +1,6 @@
 // The NXF netlist: header, device, and one logical section with the external pins, the nets and the symbols. Before it
 // stands the parameter file. Everything printed is in the mapped design; here is only the format.
+#include <optional>
 #include <vector>
 
 #include "model/run_settings.h"
@@ -20,6 +21,8 @@ struct NxfWriter {
   const Connections &connections;
   const Netlist &netlist;
   const GatePlanes *planes; // nullptr: the product terms stay in PLA blocks
+  Destinations &destinations;
+  BlockInputs &inputs;
 };
 
 // The response file is the host flow's; the parameter file only names it.
@@ -59,44 +62,48 @@ void write_external_pins(const NxfWriter &writer) {
 }
 
 // " DST gate.pin gate.pin ...", or nothing when no symbol reads the net.
-void put_destinations(const NxfWriter &writer, NetIndex net) {
-  const Netlist &netlist = writer.netlist;
-  const std::uint32_t first = netlist.destination_starts[net], last = netlist.destination_starts[net + 1];
+void put_destinations(const NxfWriter &writer, std::size_t statement) {
+  const NetIndex net = writer.netlist.statements[statement];
+  const std::span<const Destination> destinations = find_destinations(writer.destinations, statement);
   const bool in_planes = writer.planes != nullptr && has_plane_destinations(*writer.planes, net);
-  if (first == last && !in_planes) return;
+  if (destinations.empty() && !in_planes) return;
   put(writer.file, " DST");
   if (in_planes) put_plane_destinations(writer.file, *writer.planes, net);
-  for (std::uint32_t i = first; i < last; i++) {
-    const Destination &at = netlist.destinations[i];
+  for (const Destination &at : destinations) {
     put(writer.file, ' ');
-    put_pin_reference(writer.file, writer.design, netlist, at.symbol, at.pin);
+    put_destination(writer.file, writer.design, writer.netlist, at);
   }
 }
 
 // "NET n EXT DST ...;" has no empty line behind it; every other statement has.
-void write_net(const NxfWriter &writer, NetIndex index) {
-  const Net &net = writer.netlist.nets[index];
+void write_net(const NxfWriter &writer, std::size_t statement) {
+  const Net &net = writer.netlist.nets[writer.netlist.statements[statement]];
   put_all(writer.file, "NET ", net.name);
   if (net.kind == NetKind::EXTERNAL_INPUT || net.kind == NetKind::EXTERNAL_OUTPUT) put(writer.file, " EXT");
   if (net.kind == NetKind::INTERNAL || net.kind == NetKind::EXTERNAL_OUTPUT) {
     put(writer.file, " SRC ");
     put_source(writer.file, writer.design, writer.netlist, net);
   }
-  put_destinations(writer, index);
+  put_destinations(writer, statement);
   put(writer.file, net.kind == NetKind::EXTERNAL_INPUT ? ";\n" : ";\n\n");
 }
 
 void write_nets(const NxfWriter &writer) {
-  for (const NetIndex net : writer.netlist.statements)
-    if (is_connected(writer.netlist, net)) write_net(writer, net);
-  for (const NetIndex rail : {writer.netlist.gnd, writer.netlist.vcc})
-    if (rail != kNone && is_connected(writer.netlist, rail)) write_net(writer, rail);
+  for (std::size_t i = 0; i < writer.netlist.statements.size(); i++)
+    if (is_connected(writer.netlist, writer.netlist.statements[i])) write_net(writer, i);
+}
+
+void write_block_inputs(const NxfWriter &writer, const Symbol &symbol) {
+  find_block_inputs(writer.inputs, symbol.origin);
+  for_each_block_input(writer.inputs, [&](std::uint32_t column, std::uint32_t number) {
+    const Name &net = writer.netlist.nets[writer.netlist.column_nets[column]].name;
+    put_all(writer.file, "\tPIN A", Decimal{number}, " IN ", net, ";\n");
+  });
 }
 
 void write_pla_body(const NxfWriter &writer, const Symbol &symbol) {
   std::vector<std::uint32_t> columns;
-  for (std::uint32_t p = symbol.first_pin; p + 1 < symbol.first_pin + symbol.pin_count; p++)
-    columns.push_back(writer.netlist.pins[p].number);
+  for_each_block_input(writer.inputs, [&](std::uint32_t column, std::uint32_t) { columns.push_back(column); });
   put(writer.file, "\tBEGIN_PLA\n");
   put_pla_rows(writer.file, writer.cubes, first_term(writer.connections, symbol.origin),
                term_count(writer.connections, symbol.origin), columns);
@@ -115,6 +122,7 @@ void write_symbol(const NxfWriter &writer, SymbolIndex index) {
   put_symbol_kind(writer, symbol);
   put_all(writer.file, ' ', symbol.instance);
   put(writer.file, symbol.primitive == Primitive::MACRO ? " HARD;\n" : symbol.protect ? " PROTECT;\n" : ";\n");
+  if (is_block(symbol.primitive)) write_block_inputs(writer, symbol);
   for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
     const Pin &pin = writer.netlist.pins[p];
     put(writer.file, "\tPIN ");
@@ -149,12 +157,12 @@ int write_nxf(const CubeTable &cubes, const std::string &nxf_name, const std::st
   OutputFile file;
   if (!open_reported(file, nxf_name, "")) return 2;
   write_header(file, design->header);
-  if (run_settings.expand) {
-    const GatePlanes planes = make_gate_planes(*design, cubes, mapped.connections, mapped.netlist);
-    write_logical({file, *design, cubes, mapped.connections, mapped.netlist, &planes});
-  } else {
-    write_logical({file, *design, cubes, mapped.connections, mapped.netlist, nullptr});
-  }
+  std::optional<GatePlanes> planes;
+  if (run_settings.expand) planes.emplace(make_gate_planes(*design, cubes, mapped.connections, mapped.netlist));
+  Destinations destinations(mapped.netlist, cubes, design->terms);
+  BlockInputs inputs(cubes, design->terms);
+  write_logical(
+      {file, *design, cubes, mapped.connections, mapped.netlist, planes ? &*planes : nullptr, destinations, inputs});
   return close_reported(file, "") ? 0 : 2;
 }
 

@@ -1,7 +1,5 @@
 // The blocks of the outputs, in output order: a buffer from a rail, or the PLA or ZDOT block of the output's terms with
 // the inverter of an active-low output behind it.
-#include <algorithm>
-
 #include "netlist/netlist_builder.h"
 
 namespace cubenet {
@@ -25,29 +23,12 @@ void add_constant(NetlistBuilder &builder, std::uint32_t output) {
   close_symbol(netlist);
 }
 
-// The inputs of a block are the columns that its terms use, in column order. `used` is work space.
-void add_used_columns(NetlistBuilder &builder, std::uint32_t output, std::vector<std::uint32_t> &used) {
-  std::fill(used.begin(), used.end(), 0);
-  const Connections &connections = builder.connections;
-  for (std::uint32_t i = 0; i < term_count(connections, output); i++) {
-    const std::uint32_t *row = cube(builder.cubes, first_term(connections, output)[i]);
-    for (std::size_t w = 0; w < used.size(); w++) used[w] |= row[1 + w] ^ (row[1 + w] >> 1);
-  }
-  for (std::size_t w = 0; w < used.size(); w++) {
-    for (std::uint32_t left = used[w] & input_word_mask(builder.cubes, w); left != 0; left &= left - 1) {
-      const auto column = static_cast<std::uint32_t>(w * 16 + static_cast<std::size_t>(std::countr_zero(left)) / 2);
-      builder.netlist.pins.push_back({PinKind::A, column, builder.netlist.column_nets[column]});
-    }
-  }
-}
-
-void add_pla(NetlistBuilder &builder, std::uint32_t output, std::vector<std::uint32_t> &used) {
+void add_pla(NetlistBuilder &builder, std::uint32_t output) {
   Netlist &netlist = builder.netlist;
   const OutputGate &gate = netlist.outputs[output];
   const bool zdot = builder.design.olb_attributes[output].ZDOT != 0;
   open_symbol(netlist, zdot ? Primitive::ZDOT : Primitive::PLA, gate.active_low ? gate.block : gate.instance).origin =
       output;
-  add_used_columns(builder, output, used);
   netlist.pins.push_back({PinKind::Z0, 0, gate.active_low ? gate.block_net : gate.net});
   close_symbol(netlist);
   if (gate.active_low) add_block_inverter(netlist, gate);
@@ -69,12 +50,11 @@ void add_xor(NetlistBuilder &builder, std::uint32_t output) {
 } // namespace
 
 void add_output_blocks(NetlistBuilder &builder) {
-  std::vector<std::uint32_t> used(input_words(builder.cubes));
   for (std::uint32_t output = 0; output < builder.netlist.outputs.size(); output++) {
     const OutputForm form = builder.connections.forms[output];
     if (form == OutputForm::CONSTANT) add_constant(builder, output);
     if (form == OutputForm::XOR && builder.xor_place == XorPlace::WITH_OUTPUT) add_xor(builder, output);
-    if (form == OutputForm::LOGIC && !builder.expand) add_pla(builder, output, used);
+    if (form == OutputForm::LOGIC && !builder.expand) add_pla(builder, output);
   }
 }
 
