@@ -28,8 +28,8 @@ struct TermResult {
 TermResult parse_term(std::string_view line, std::size_t inputs, std::size_t outputs, std::uint32_t *row);
 
 // Reads a term whose inputs stand together and whose outputs do, sixteen characters at a time, and writes every data
-// word of `row`. False when the line is spelled in any other way, right or wrong: the row then holds rubbish. `drives`
-// tells whether the term drives an output.
+// word of `row`. False when the line is spelled in any other way, right or wrong, and on machines that can't do it: the
+// row then holds rubbish. `drives` tells whether the term drives an output.
 [[nodiscard]] bool parse_packed_term(std::string_view line, std::size_t inputs, std::size_t outputs, std::uint32_t *row,
                                      bool &drives);
 

@@ -1,4 +1,4 @@
-// Product terms: what each character means, and that the fast ways say what the plain one says.
+// Product terms: what each character means, and that the fast way says what the plain one says.
 #include "reader/cube_parser.h"
 
 #include <random>
@@ -9,7 +9,6 @@
 
 #include "model/bit_set.h"
 #include "model/cube_table.h"
-#include "reader/cube_scan.h"
 
 namespace cubenet {
 namespace {
@@ -88,29 +87,9 @@ TEST(CubeParser, TheFastWayAgreesWithThePlainOne) {
     plain.back() = fast.back();
     ASSERT_EQ(fast, plain) << inputs << "x" << outputs << " " << line;
   }
+#if defined(__SSE2__)
   EXPECT_GT(taken, 15'000U);
-}
-
-TEST(CubeParser, TheScansAgreeOnEveryCharacter) {
-  std::mt19937 random(3);
-  for (int round = 0; round < 20'000; round++) {
-    std::string text(16, '0');
-    for (char &c : text) c = random() % 8 == 0 ? static_cast<char>(random() % 256) : "01-2341~"[random() % 8];
-    const CubeScan inputs = scan_inputs(text.data()), outputs = scan_outputs(text.data());
-    const CubeScan input_words = words::scan_inputs(text.data()), output_words = words::scan_outputs(text.data());
-    ASSERT_EQ(inputs.bits, input_words.bits);
-    ASSERT_EQ(inputs.legal, input_words.legal);
-    ASSERT_EQ(outputs.bits, output_words.bits);
-    ASSERT_EQ(outputs.legal, output_words.legal);
-    for (std::size_t i = 0; i < text.size(); i++) {
-      std::uint32_t row[2] = {};
-      const std::string_view one = std::string_view(text).substr(i, 1);
-      const bool is_separator = one.find_first_of(" \t|") == 0;
-      ASSERT_EQ(inputs.legal >> i & 1U, parse_term(one, 1, 0, row).status == TERM_EMPTY) << one;
-      ASSERT_EQ(outputs.legal >> i & 1U, !is_separator && parse_term(one, 0, 1, nullptr).status <= TERM_EMPTY) << one;
-      ASSERT_EQ((inputs.legal >> i & 1U) != 0 ? inputs.bits >> (2 * i) & 3U : row[1], row[1]) << one;
-    }
-  }
+#endif
 }
 
 } // namespace
