@@ -84,7 +84,7 @@ TEST(Coverage, EveryMessageNumberIsDrawnByACase) {
   Texts reported, expected, missing;
   for (const auto &entry : fs::recursive_directory_iterator(project / "src"))
     if (entry.is_regular_file()) collect_reported(read_file(entry.path()), reported);
-  for (const char *folder : {"end_to_end", "drc", "reader", "frame"})
+  for (const char *folder : {"end_to_end", "drc", "reader", "frame", "report"})
     collect_expected_in(project / "tests" / folder, expected);
   std::set_difference(reported.begin(), reported.end(), expected.begin(), expected.end(),
                       std::inserter(missing, missing.begin()));
