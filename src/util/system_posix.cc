@@ -24,7 +24,7 @@ FileStatus status_of(const struct stat &found) {
                  static_cast<std::uint64_t>(found.st_mtim.tv_nsec),
       .owner = found.st_uid,
       .group = found.st_gid,
-      .mode = found.st_mode & 07777,
+      .mode = found.st_mode & (S_ISUID | S_ISGID | S_ISVTX | S_IRWXU | S_IRWXG | S_IRWXO),
   };
 }
 

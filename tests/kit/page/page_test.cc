@@ -173,7 +173,7 @@ TEST(PageTest, EveryPageIsWellFormedAndItsPinsAreThoseOfTheNetlist) {
     EXPECT_EQ(form_fault(page), "");
     EXPECT_NE(page.find("<svg "), std::string::npos);
     for (const ExternalPin &pin : netlist.external_pins) {
-      const std::size_t at = page.find(escape_html(pin.pin) + "</", page.find("<tbody>"));
+      const std::size_t at = page.find(">" + escape_html(pin.pin) + "</", page.find("<tbody>"));
       const std::size_t cell = page.find("<td>", at) + 4;
       EXPECT_EQ(page.substr(cell, page.find('<', cell) - cell), directions.at(pin.direction)) << pin.pin;
     }
