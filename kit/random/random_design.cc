@@ -131,7 +131,7 @@ std::string draw_macro_name(Generator &generator, const std::string &usual) {
 
 std::string draw_plain_net(Generator &generator) {
   for (;;)
-    if (const std::string name = draw_macro_name(generator, "loose"); !is_taken(generator, name)) return name;
+    if (std::string name = draw_macro_name(generator, "loose"); !is_taken(generator, name)) return name;
 }
 
 // A macro that reads two signals and drives one more, or a net that nothing declares. Perhaps another one reads that.
