@@ -6,7 +6,7 @@
 #include <cstdlib>
 
 #include "drc/passes.h"
-#include "drc/text_index.h"
+#include "model/text_index.h"
 #include "netlist/connections.h"
 #include "netlist/pla_rows.h"
 #include "reader/cube_parser.h"

@@ -92,8 +92,8 @@ constexpr auto kRows = std::to_array<Explanation>({
     {31554, "A register has a synchronous set and reset.", "Both are legal; when both are active, .SP wins.", "Nothing, if that is meant."},
     {31555, "A PULLUP switch could mean a pin.", "Its value is also the name of a pin; the switch was removed.", "Rename the pin, or write the attribute with its setting."},
     {31600, "An XOR attribute was ignored.", "The equation is no XOR of two inputs: two terms of two literals, each input once true and once complemented.", "Write the equation so, or remove the attribute."},
-    {31620, "A pin was renamed in the netlist.", "Another signal has the name of a net that belongs to this one.", "Nothing; rename one of them to keep the name."},
-    {31621, "A node was renamed in the netlist.", "Another signal has the name of a net that belongs to this one.", "Nothing; rename one of them to keep the name."},
+    {31620, "A pin was renamed in the netlist.", "Another signal, or a name in a macro statement, is called like a net or gate of this one.", "Nothing; rename one of them to keep the name."},
+    {31621, "A node was renamed in the netlist.", "Another signal, or a name in a macro statement, is called like a net or gate of this one.", "Nothing; rename one of them to keep the name."},
     {312290, ".REG.X2 meets .X1.", kOneDataInput, kKeepOne},
 });
 // clang-format on

@@ -5,9 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "drc/text_index.h"
 #include "model/cube_table.h"
 #include "model/design.h"
+#include "model/text_index.h"
 
 namespace cubenet {
 

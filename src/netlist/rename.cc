@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <deque>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -13,6 +14,7 @@
 
 #include "model/names.h"
 #include "model/run_settings.h"
+#include "model/text_index.h"
 #include "netlist/map_design.h"
 #include "netlist/netlist_builder.h"
 #include "report/messages.h"
@@ -76,20 +78,14 @@ template <typename Visit> void for_each_macro_name(const Design &design, Visit v
 // The users' names as they are at present.
 struct UserNames {
   const Design &design;
-  TextMap<std::string_view, SignalIndex> signals{}; // made for the first question; pins win over nodes
-  TextMap<std::string, unsigned> doubtful{};        // those that a signal might make; their bearers
+  TextIndex signals{};                            // made for the first question
+  std::deque<std::string> spelled{};              // in macro statements
+  TextMap<std::string_view, unsigned> doubtful{}; // names that a signal might make, and what has them
 };
 
 SignalIndex find_signal(UserNames &names, std::string_view name) {
-  if (names.signals.empty()) {
-    const SignalIndex count = signal_count(names.design);
-    names.signals.reserve(static_cast<std::size_t>(count));
-    for (SignalIndex signal = 0; signal < count; signal++)
-      if (!signal_name(names.design, signal).empty())
-        names.signals.try_emplace(signal_name(names.design, signal), signal);
-  }
-  const auto found = names.signals.find(name);
-  return found == names.signals.end() ? kNoSignal : found->second;
+  if (names.signals.slots.empty()) names.signals = index_signals(names.design, true);
+  return find_text(names.signals, name);
 }
 
 // The signal whose name it is but for a suffix that names are made with.
@@ -100,16 +96,18 @@ SignalIndex find_base(UserNames &names, std::string_view name) {
 }
 
 void read_names(UserNames &names) {
-  names.signals.clear();
+  names.signals = {};
   names.doubtful.clear();
+  names.spelled.clear();
   const auto note = [&](std::string_view name, Bearer bearer, SignalIndex maker) {
-    if (maker != kNoSignal) names.doubtful[std::string(name)] |= bearer;
+    if (maker != kNoSignal) names.doubtful[name] |= bearer;
   };
   for (SignalIndex signal = 0; signal < signal_count(names.design); signal++)
     note(signal_name(names.design, signal), SIGNAL, find_base(names, signal_name(names.design, signal)));
-  for_each_macro_name(names.design, [&](const std::string &name, Bearer bearer) {
-    note(name, bearer, find_base(names, name));
-    note(name, bearer, find_signal(names, name));
+  for_each_macro_name(names.design, [&](std::string name, Bearer bearer) {
+    names.spelled.push_back(std::move(name));
+    note(names.spelled.back(), bearer, find_base(names, names.spelled.back()));
+    note(names.spelled.back(), bearer, find_signal(names, names.spelled.back()));
   });
 }
 

@@ -10,6 +10,7 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::StartsWith;
 
 TEST(Macros, ReadAndDriveSignalsInTheFormTheyName) {
@@ -67,6 +68,30 @@ TEST(Macros, NeverMeetNamesThatOthersHave) {
       EXPECT_EQ(result.nxf_status, 0) << design << result.messages;
       EXPECT_THAT(symbol_lines(result.nxf), Contains(StartsWith("m "))) << design;
     }
+  }
+}
+
+// B and B_D make B the pin _PLA0_B of the first netlist and _RES_PLA0_B of the second.
+TEST(Macros, MakeSignalsGiveWayWhereTheyMeetAndLeaveTheOthers) {
+  struct Row {
+    const char *instance, *in, *out;
+    const char *ddf, *nxf; // what becomes of B
+  };
+  const Row rows[] = {
+      {"_PLA0_C", "a", "_PLA00_B", "_PLA0_B", "_RES_PLA0_B"},
+      {"_PLA0_B", "a", "k", "_PLA1_B", "_RES_PLA1_B"},
+      {"_PLA1_B", "a", "_PLA0_B_C", "_PLA2_B", "_RES_PLA2_B"},
+      {"_PLA0_B_C", "_PLA0_B_AR", "_PLA0_B_K", "_PLA1_B", "_RES_PLA1_B"}, // of those, B makes only B_C
+      {"_RES_PLA0_B", "a", "k", "_PLA0_B", "_PLA0__RES_PLA0_B"},
+      {"u", "a", "_RES_PLA0_B_PIN", "_PLA0_B", "_PLA0__RES_PLA0_B"},
+      {"u", "_PLA0_B.C", "k", "_PLA1_B", "_RES_PLA1_B"},
+  };
+  for (const Row &row : rows) {
+    const Translation result =
+        translate(std::string("#$ EXTERNAL m 2 in'i out'o\n#$ PINS 3 a B_D B\n#$ INSTANCE ") + row.instance + " m 2 " +
+                  row.in + ' ' + row.out + "\n.i 2\n.o 2\n.ilb a B_D\n.ob B.D B.C\n1- 10\n-1 01\n.e\n");
+    EXPECT_THAT(result.ddf, HasSubstr(std::string("OUTPUTS: ") + row.ddf + ";\n")) << row.instance;
+    EXPECT_THAT(result.nxf, HasSubstr(std::string("XPIN ") + row.nxf + " OUT ")) << row.instance;
   }
 }
 

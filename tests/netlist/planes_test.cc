@@ -184,6 +184,7 @@ TEST(Renaming, RunsOncePerWriterAndGuardsReservedNames) {
       {{"_PLA7", "_PLA7_PIN"}, {"_PLA0__RES_PLA7", "_RES_PLA7_PIN"}, {"_RES_PLA0__RES_PLA7", "_RES_RES_PLA7_PIN"}},
       {{"_PLA7", "_PLA7_D"}, {"_RES_PLA7", "_RES_PLA7_D"}, {"_PLA0__RES_RES_PLA7", "_RES_RES_PLA7_D"}},
       {{"_RES_x", "_PLA"}, {"_RES_x", "_PLA"}, {"_RES_x", "_PLA"}},
+      {{"_PLA", "_PLA_PIN"}, {"_PLA", "_RES_PLA_PIN"}, {"_PLA", "_RES_PLA_PIN"}},
       {{"GND", "GND_D"}, {"_PLA0__RES_GND", "GND_D"}, {"_RES_PLA0__RES_GND", "GND_D"}},
   };
   // clang-format on
@@ -223,6 +224,22 @@ TEST(Prefixes, GiveWayToUsersNames) {
           .nxf;
   EXPECT_THAT(wide, HasSubstr("SYM OR2 _PLA_OR_0_0_0;"));
   EXPECT_THAT(wide, HasSubstr("SYM INV _PLI_0;"));
+  // Names that are no pins' or nodes', or too short to be judged by their beginning, count as far as they meet a gate.
+  const auto with_instance = [](const std::string &instances) {
+    return translate("#$ EXTERNAL m 2 in'i out'o\n#$ PINS 4 a c y z\n#$ NODES 1 _PLI\n" + instances +
+                         ".i 3\n.o 5\n.ilb a c _PLI.Q\n.ob _PLI.J _PLI.K _PLI.C y z\n11- 10111\n0-1 01011\n.e\n",
+                     gates(2, 2))
+        .nxf;
+  };
+  for (const auto &[instances, gate] : std::initializer_list<std::pair<std::string, std::string>>{
+           {"#$ INSTANCE _PLN_x m 2 a k\n", "_PLN_0"},
+           {"#$ INSTANCE _PLN_9_9 m 2 a k\n", "_PLN_0"},
+           {"#$ INSTANCE _PLN_0 m 2 a k\n", "_PLA_AND_0"},
+           {"#$ INSTANCE i m 2 a _PLN_0\n", "_PLA_AND_0"},
+           {"#$ INSTANCE _PLN_1 m 2 a _PLA_AND_0\n", "_PLA_AND2_0"}}) {
+    EXPECT_THAT(with_instance(instances), HasSubstr("SYM AND2 " + gate + ";"));
+    EXPECT_THAT(with_instance(instances), HasSubstr("SYM INV _PLA_INV_0;"));
+  }
 }
 
 TEST(Writers, ReportFilesThatCanNotBeOpenedOrWritten) {

@@ -1,5 +1,5 @@
 // An open-addressing table over a list of texts, built once; no text is copied.
-#include "drc/text_index.h"
+#include "model/text_index.h"
 
 #include <bit>
 #include <utility>
