@@ -7,6 +7,7 @@ _cubekit() {
   local cur prev words cword
   _init_completion 2>/dev/null || {
     cur=${COMP_WORDS[COMP_CWORD]}
+    prev=${COMP_WORDS[COMP_CWORD - 1]}
     words=("${COMP_WORDS[@]}")
     cword=$COMP_CWORD
   }
