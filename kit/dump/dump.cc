@@ -9,6 +9,7 @@
 #include <memory>
 
 #include "debug/dump.h"
+#include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/dump/dump.h"
@@ -18,11 +19,6 @@
 namespace cubekit {
 
 namespace {
-
-struct Arguments {
-  std::string design, truth_table, part, output;
-  bool case_sensitive = false;
-};
 
 // The listing is written by name, so what goes to standard output passes through a file in memory.
 int print_listing(const cubenet::Design &design, const cubenet::CubeTable &cubes) {
@@ -39,12 +35,11 @@ int print_listing(const cubenet::Design &design, const cubenet::CubeTable &cubes
   return listed ? status : kMisuse;
 }
 
-int run_dump(const Arguments &arguments) {
+int run_dump(const DesignArguments &arguments) {
   cubenet::CubeTable cubes;
   std::string messages;
   choose_part(arguments.part);
-  const std::string path = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
-  const auto read = [&] { return read_design(path, arguments.case_sensitive, cubes, messages); };
+  const auto read = [&] { return read_design(table_path(arguments), arguments.case_sensitive, cubes, messages); };
   const auto design = during("reading the truth table", read);
   if (design == nullptr) {
     std::cerr << messages;
@@ -66,13 +61,10 @@ int run_dump(const Arguments &arguments) {
 } // namespace
 
 std::function<int()> setup_dump(CLI::App &command) {
-  auto arguments = std::make_shared<Arguments>();
-  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
-      ->required();
-  command.add_option("-i,--tt2", arguments->truth_table, "the truth table, where it is not DESIGN.tt2");
-  command.add_option("-p,--part", arguments->part, "the part to read the design for");
-  command.add_flag("-C,--case", arguments->case_sensitive, "tell upper from lower case");
-  command.add_option("-o,--output", arguments->output, "the file to write, instead of standard output");
+  auto arguments = std::make_shared<DesignArguments>();
+  declare_design(command, *arguments);
+  declare_table(command, *arguments);
+  declare_output(command, *arguments);
   return [arguments] { return run_dump(*arguments); };
 }
 

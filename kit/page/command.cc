@@ -6,10 +6,10 @@
 #include <sstream>
 
 #include "kit/check/check.h"
+#include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/draw/graph.h"
-#include "kit/draw/graphviz.h"
 #include "kit/netlist/flow.h"
 #include "kit/page/page.h"
 #include "kit/table/read_design.h"
@@ -19,11 +19,6 @@ namespace cubekit {
 
 namespace {
 
-struct Arguments {
-  std::string design, truth_table, part, output;
-  bool case_sensitive = false;
-};
-
 std::string last_component(const std::string &path) { return path.substr(path.rfind('/') + 1); }
 
 struct Sources {
@@ -32,7 +27,7 @@ struct Sources {
   Netlist netlist;
 };
 
-void read_for_part(const std::string &part, const std::string &path, const Arguments &arguments, Sources &sources,
+void read_for_part(const std::string &part, const std::string &path, const DesignArguments &arguments, Sources &sources,
                    PageContents &contents) {
   choose_part(part);
   cubenet::release_cubes(sources.cubes);
@@ -40,14 +35,14 @@ void read_for_part(const std::string &part, const std::string &path, const Argum
   sources.design = during("reading the truth table", read);
 }
 
-void gather_netlist(const Arguments &arguments, Sources &sources, PageContents &contents) {
+void gather_netlist(const DesignArguments &arguments, Sources &sources, PageContents &contents) {
   std::ostringstream faults;
   if (load_design(arguments.design, sources.netlist, faults)) contents.netlist = &sources.netlist;
   contents.netlist_faults = std::move(faults).str();
 }
 
-void gather_design(const Arguments &arguments, Sources &sources, PageContents &contents) {
-  const std::string path = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
+void gather_design(const DesignArguments &arguments, Sources &sources, PageContents &contents) {
+  const std::string path = table_path(arguments);
   read_for_part(arguments.part, path, arguments, sources, contents);
   // The part of the netlist is the one that the table was translated for.
   if (sources.design != nullptr && contents.netlist != nullptr && arguments.part.empty() &&
@@ -79,7 +74,7 @@ void draw(PageContents &contents, const PageLimits &limits) {
   if (contents.svg.empty() && contents.no_picture.empty()) contents.no_picture = "Graphviz's drawing can't be used.";
 }
 
-int run_page(const Arguments &arguments) {
+int run_page(const DesignArguments &arguments) {
   Sources sources;
   PageContents contents;
   const PageLimits limits;
@@ -102,14 +97,10 @@ int run_page(const Arguments &arguments) {
 } // namespace
 
 std::function<int()> setup_page(CLI::App &command) {
-  auto arguments = std::make_shared<Arguments>();
-  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
-      ->required();
-  command.add_option("-i,--tt2", arguments->truth_table, "the truth table, where it is not DESIGN.tt2");
-  command.add_option("-p,--part", arguments->part, "the part to read the table for, where it is not the netlist's");
-  command.add_flag("-C,--case", arguments->case_sensitive, "tell upper from lower case");
-  command.add_option("-o,--output", arguments->output,
-                     "the file to write, instead of DESIGN.html; - is standard output");
+  auto arguments = std::make_shared<DesignArguments>();
+  declare_design(command, *arguments);
+  declare_table(command, *arguments);
+  declare_output(command, *arguments, "DESIGN.html; - is standard output");
   return [arguments] { return run_page(*arguments); };
 }
 

@@ -2,17 +2,11 @@
 // prints: its exit status tells nothing.
 #include "kit/prove/abc.h"
 
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 
+#include "kit/util/program.h"
 #include "util/output_file.h"
-
-extern char **environ;
 
 namespace cubekit {
 
@@ -65,29 +59,6 @@ bool write_blif(const Side &side, const std::string &path) {
   return close_output(file);
 }
 
-// Runs abc and hands back all that it prints.
-bool run_abc(const std::string &script, std::string &text) {
-  int ends[2];
-  if (::pipe(ends) != 0) return false;
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, ends[1], 1);
-  posix_spawn_file_actions_adddup2(&actions, ends[1], 2);
-  posix_spawn_file_actions_addclose(&actions, ends[0]);
-  std::string words[] = {"berkeley-abc", "-q", script};
-  char *arguments[] = {words[0].data(), words[1].data(), words[2].data(), nullptr};
-  pid_t child = 0;
-  const bool started = ::posix_spawnp(&child, words[0].c_str(), &actions, nullptr, arguments, environ) == 0;
-  posix_spawn_file_actions_destroy(&actions);
-  ::close(ends[1]);
-  char block[4096];
-  for (ssize_t got = 0; started && (got = ::read(ends[0], block, sizeof block)) > 0;)
-    text.append(block, static_cast<std::size_t>(got));
-  ::close(ends[0]);
-  if (started) ::waitpid(child, nullptr, 0);
-  return started;
-}
-
 } // namespace
 
 bool ask_abc(const Formulas &formulas, const std::vector<Claim> &claims, std::string &error) {
@@ -99,8 +70,8 @@ bool ask_abc(const Formulas &formulas, const std::vector<Claim> &claims, std::st
   if (!write_blif({formulas, claims, &Claim::actual}, actual) ||
       !write_blif({formulas, claims, &Claim::wanted}, wanted))
     error = "its input could not be written";
-  else if (!run_abc("cec " + actual + ' ' + wanted, text))
-    error = "berkeley-abc could not be started";
+  else if (std::string fault; !run_program({"berkeley-abc", "-q", "cec " + actual + ' ' + wanted}, "", text, fault))
+    error = "berkeley-abc " + fault;
   std::filesystem::remove_all(directory);
   if (!error.empty()) return false;
   if (text.find("Networks are equivalent") != std::string::npos) return true;

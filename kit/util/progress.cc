@@ -1,92 +1,54 @@
-// A thread of its own paints the line, so that it moves on while the program waits or is deep in one step.
+// One line for the whole process, painted when it is due.
 #include "kit/util/progress.h"
 
 #include <unistd.h>
 
-#include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <cstdio>
-#include <mutex>
-#include <thread>
 
 namespace cubekit {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
 constexpr std::chrono::milliseconds kQuiet{1000}, kBetween{100};
 
-struct Painter {
-  std::mutex mutex; // of all but `done`
-  std::condition_variable_any never;
-  std::string_view what; // empty: between two stages
-  std::size_t steps = 0;
-  std::atomic<std::size_t> done = 0;
+struct Line {
+  const bool watched = ::isatty(STDERR_FILENO) == 1;
+  Clock::time_point due = Clock::now() + kQuiet;
   bool shown = false;
-  std::jthread thread; // last: it ends before the rest
-
-  Painter() : thread([this](const std::stop_token &stop) { run(stop); }) {}
-
-  void run(const std::stop_token &stop) {
-    std::unique_lock lock(mutex);
-    const auto stopped = [&] { return stop.stop_requested(); };
-    for (auto wait = kQuiet; !never.wait_for(lock, stop, wait, stopped); wait = kBetween) {
-      if (stopped()) return;
-      paint();
-    }
-  }
-
-  void paint() {
-    if (what.empty()) return;
-    const int size = static_cast<int>(what.size());
-    const std::size_t at = done;
-    if (steps != 0)
-      std::fprintf(stderr, "\r%.*s: %zu of %zu\033[K", size, what.data(), at, steps);
-    else if (at != 0)
-      std::fprintf(stderr, "\r%.*s: %zu\033[K", size, what.data(), at);
-    else
-      std::fprintf(stderr, "\r%.*s\033[K", size, what.data());
-    std::fflush(stderr);
-    shown = true;
-  }
-
-  void begin(std::string_view next, std::size_t count) {
-    const std::scoped_lock lock(mutex);
-    what = next;
-    steps = count;
-    done = 0;
-    if (next.empty()) wipe();
-  }
-
-  void wipe() {
-    if (!shown) return;
-    std::fputs("\r\033[K", stderr);
-    std::fflush(stderr);
-    shown = false;
-  }
 };
 
-// nullptr where nobody watches.
-Painter *painter() {
-  static const bool watched = ::isatty(STDERR_FILENO) == 1;
-  if (!watched) return nullptr;
-  static Painter only;
-  return &only;
+Line &line() {
+  static Line only;
+  return only;
 }
 
 } // namespace
 
-Stage::Stage(std::string_view what, std::size_t steps, Printing printing) {
-  const bool torn = printing == Printing::YES && ::isatty(STDOUT_FILENO) == 1;
-  if (Painter *shared = painter(); shared != nullptr && !torn) shared->begin(what, steps);
+Stage::Stage(std::string_view what, std::size_t steps, Printing printing)
+    : what_(printing == Printing::YES && ::isatty(STDOUT_FILENO) == 1 ? "" : what), steps_(steps) {
+  set_done(0);
 }
 
 Stage::~Stage() {
-  if (Painter *shared = painter(); shared != nullptr) shared->begin({}, 0);
+  if (!line().shown) return;
+  std::fputs("\r\033[K", stderr);
+  std::fflush(stderr);
+  line().shown = false;
 }
 
-void Stage::set_done(std::size_t steps) {
-  if (Painter *shared = painter(); shared != nullptr) shared->done.store(steps, std::memory_order_relaxed);
+void Stage::set_done(std::size_t done) const {
+  if (!line().watched || what_.empty() || Clock::now() < line().due) return;
+  line().due = Clock::now() + kBetween;
+  line().shown = true;
+  std::fprintf(stderr, "\r%.*s", static_cast<int>(what_.size()), what_.data());
+  if (steps_ != 0)
+    std::fprintf(stderr, ": %zu of %zu", done, steps_);
+  else if (done != 0)
+    std::fprintf(stderr, ": %zu", done);
+  std::fputs("\033[K", stderr);
+  std::fflush(stderr);
 }
 
 } // namespace cubekit

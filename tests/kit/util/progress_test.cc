@@ -1,7 +1,8 @@
-// What a long run shows on a terminal, and that it shows nothing elsewhere. The run is long because the vectors come
-// through a pipe that the test holds open.
+// What a long run shows on a terminal, and that it shows nothing elsewhere. The run is long because the rows of vectors
+// come through a pipe, a few a second.
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <pty.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -10,6 +11,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <thread>
 
@@ -18,13 +20,10 @@
 namespace cubekit {
 namespace {
 
-struct Simulation {
-  pid_t child;
-  int vectors; // the writing end of the pipe
-};
+using Clock = std::chrono::steady_clock;
 
-// `cubekit sim` with standard error on that descriptor.
-Simulation start_sim(int standard_error) {
+// `cubekit sim` with standard error on that descriptor, as long as `goes_on` says.
+void run_sim(int standard_error, const std::function<bool()> &goes_on) {
   const pid_t child = ::fork();
   if (child == 0) {
     const int output = ::open("output", O_CREAT | O_TRUNC | O_WRONLY, 0600);
@@ -33,17 +32,16 @@ Simulation start_sim(int standard_error) {
     ::execl(CUBEKIT_PROGRAM, "cubekit", "sim", "counter", "--vectors", "vectors", nullptr);
     ::_exit(99);
   }
-  const Simulation run{child, ::open("vectors", O_RDWR | O_CLOEXEC)};
-  const std::string columns = "clk\n";
-  EXPECT_EQ(::write(run.vectors, columns.data(), columns.size()), 4);
-  return run;
-}
-
-void finish(const Simulation &run) {
-  EXPECT_EQ(::write(run.vectors, "0\n1\n", 4), 4);
-  ::close(run.vectors);
+  ::close(standard_error);
+  const int vectors = ::open("vectors", O_RDWR | O_CLOEXEC);
+  EXPECT_EQ(::write(vectors, "clk\n0\n", 6), 6);
+  while (goes_on()) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_EQ(::write(vectors, "1\n", 2), 2);
+  }
+  ::close(vectors);
   int status = 0;
-  EXPECT_EQ(::waitpid(run.child, &status, 0), run.child);
+  EXPECT_EQ(::waitpid(child, &status, 0), child);
   EXPECT_EQ(status, 0);
   EXPECT_NE(cubenet::read_file("output").find("1   |"), std::string::npos) << cubenet::read_file("output");
 }
@@ -60,28 +58,31 @@ TEST(Progress, IsShownOnATerminalAndWipedOff) {
   make_counter();
   int terminal = -1, other_end = -1;
   ASSERT_EQ(::openpty(&terminal, &other_end, nullptr, nullptr, nullptr), 0);
-  const Simulation simulation = start_sim(other_end);
-  ::close(other_end);
   std::string shown;
-  char bytes[256];
-  ssize_t got = 0;
-  while (shown.find("rows simulated") == std::string::npos && (got = ::read(terminal, bytes, sizeof bytes)) > 0)
-    shown.append(bytes, static_cast<std::size_t>(got));
-  finish(simulation);
-  while ((got = ::read(terminal, bytes, sizeof bytes)) > 0) shown.append(bytes, static_cast<std::size_t>(got));
+  const auto read_more = [&] {
+    char bytes[256];
+    const ssize_t got = ::read(terminal, bytes, sizeof bytes);
+    if (got > 0) shown.append(bytes, static_cast<std::size_t>(got));
+    return got > 0;
+  };
+  const Clock::time_point start = Clock::now();
+  run_sim(other_end, [&] {
+    pollfd waiting{terminal, POLLIN, 0};
+    return ::poll(&waiting, 1, 0) == 0;
+  });
+  EXPECT_GE(Clock::now() - start, std::chrono::seconds(1));
+  while (read_more()) {
+  }
   ::close(terminal);
-  EXPECT_TRUE(shown.starts_with("\rrows simulated\033[K")) << shown;
+  EXPECT_TRUE(shown.starts_with("\rrows simulated: ")) << shown;
   EXPECT_TRUE(shown.ends_with("\r\033[K")) << shown;
 }
 
 TEST(Progress, IsNotShownInAFile) {
   const cubenet::WorkingDir directory;
   make_counter();
-  const int file = ::open("errors", O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
-  const Simulation simulation = start_sim(file);
-  std::this_thread::sleep_for(std::chrono::milliseconds(1300)); // long enough to be shown, were it a terminal
-  finish(simulation);
-  ::close(file);
+  const Clock::time_point end = Clock::now() + std::chrono::milliseconds(1300);
+  run_sim(::open("errors", O_CREAT | O_WRONLY | O_CLOEXEC, 0600), [&] { return Clock::now() < end; });
   EXPECT_EQ(cubenet::read_file("errors"), "");
 }
 
