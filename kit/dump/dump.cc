@@ -40,24 +40,12 @@ int print_listing(const cubenet::Design &design, const cubenet::CubeTable &cubes
 }
 
 int run_dump(const Arguments &arguments) {
-  cubenet::CubeTable cubes;
-  std::string messages;
-  choose_part(arguments.part);
-  const std::string path = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
-  const auto read = [&] { return read_design(path, arguments.case_sensitive, cubes, messages); };
-  const auto design = during("reading the truth table", read);
-  if (design == nullptr) {
-    std::cerr << messages;
-    return kMisuse;
-  }
-  // What is said of a legal design is of no interest here.
-  messages.clear();
-  if (!during("checking the rules", [&] { return check_design(*design, cubes, messages); })) {
-    std::cerr << messages;
-    return kNo;
-  }
-  if (arguments.output.empty()) return print_listing(*design, cubes);
-  const auto list = [&] { return cubenet::dump_design(arguments.output, *design, cubes); };
+  TruthTable table;
+  const TableSource source{table_path(arguments.design, arguments.truth_table), arguments.part, "",
+                           arguments.case_sensitive};
+  if (const int status = load_table(source, table, std::cerr); status != kYes) return status;
+  if (arguments.output.empty()) return print_listing(*table.design, table.cubes);
+  const auto list = [&] { return cubenet::dump_design(arguments.output, *table.design, table.cubes); };
   if (during("writing", list) == 0) return kYes;
   std::cerr << arguments.output << ": can't be written\n";
   return kMisuse;
