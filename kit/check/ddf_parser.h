@@ -12,6 +12,9 @@ namespace cubekit {
 
 struct DdfSymbol {
   std::string_view primitive, instance;
+  bool protect = false;
+  bool unended = false;           // the form has no place for a mark
+  std::string_view data_net = {}; // of the pin line below it; empty: there is none
   std::size_t line = 0;
 };
 
@@ -28,6 +31,13 @@ struct DdfNetlist {
   std::vector<DdfSymbol> symbols;
   std::vector<DdfNet> nets;
   std::vector<std::string_view> items;
+};
+
+// A ddf netlist as it was held against an .nxf netlist.
+struct DdfReading {
+  bool parsed = false;
+  DdfNetlist netlist;
+  std::vector<std::string_view> pins; // per external pin of the .nxf: its name here; empty: not found
 };
 
 // `is_instance` tells a symbol's name where the format doesn't end it. The netlist holds views into the text.

@@ -1,9 +1,11 @@
-// The rules of an .nxf netlist beyond its joints: known primitives with the right pins, one driver for every net, and
-// device pins that agree with their nets.
+// The rules of an .nxf netlist beyond its joints: known primitives with the right pins, one driver for every net,
+// device pins that agree with their nets, and a part of its family.
+#include <algorithm>
 #include <string>
 #include <utility>
 
 #include "kit/check/check.h"
+#include "model/names.h"
 #include "model/run_settings.h"
 
 namespace cubekit {
@@ -55,6 +57,22 @@ bool has_fitting_pins(const SymbolKind &kind) {
          (primitive.function != Function::XOR || kind.ports.size() == 3);
 }
 
+// Every row has a literal, and every input is one of some row.
+bool has_full_rows(const Symbol &symbol) {
+  std::vector<std::uint8_t> used(symbol.kind->width);
+  for (std::size_t r = 0; r < symbol.row_count; r++) {
+    const std::string_view row = row_at(symbol, r);
+    std::uint8_t any = 0;
+    for (std::size_t i = 0; i < row.size(); i++) {
+      const std::uint8_t literal = row[i] == '-' ? 0 : 1;
+      used[i] |= literal;
+      any |= literal;
+    }
+    if (any == 0) return false;
+  }
+  return std::ranges::find(used, 0) == used.end();
+}
+
 void check_symbol(Checker &checker, const Symbol &symbol) {
   const PrimitiveRow &primitive = primitive_of(symbol);
   if (symbol.rows != nullptr && primitive.name != "PLA")
@@ -72,6 +90,8 @@ void check_symbol(Checker &checker, const Symbol &symbol) {
     if (symbol.kind->protect) report(checker, symbol.line, named(symbol) + ": a block can't be protected");
     if (primitive.name == "PLA" && symbol.row_count == 0)
       report(checker, symbol.line, named(symbol) + ": there are no rows");
+    else if (primitive.name == "PLA" && !has_full_rows(symbol))
+      report(checker, symbol.line, named(symbol) + ": a row has no literal, or an input is not used");
   }
 }
 
@@ -96,6 +116,22 @@ void check_net(Checker &checker, const Net &net) {
   }
 }
 
+// A part that begins with a family's name is of that family, which spells it; any other is taken for one of the first.
+void check_device(Checker &checker) {
+  constexpr std::string_view kFamilies[] = {"Tarvex", "Mirn"};
+  const std::string_view technology = checker.netlist.technology, part = checker.netlist.part;
+  if (technology.empty() && part.empty()) return; // not given
+  std::string_view family = kFamilies[0];
+  std::string wanted(part);
+  for (const std::string_view each : kFamilies) {
+    if (!cubenet::equal_ignoring_case(part.substr(0, each.size()), each)) continue;
+    family = each;
+    wanted = std::string(each).append(cubenet::upper_case(part.substr(each.size())));
+  }
+  if (technology != family) report(checker, 0, "the technology of part " + quoted(part) + " is " + std::string(family));
+  if (part != wanted) report(checker, 0, "part " + quoted(part) + " is spelled " + quoted(wanted));
+}
+
 void check_external_pins(Checker &checker) {
   std::vector<std::uint8_t> met(checker.netlist.nets.size());
   for (const ExternalPin &pin : checker.netlist.external_pins) {
@@ -118,6 +154,7 @@ void check_external_pins(Checker &checker) {
 std::vector<Finding> check_netlist(const Netlist &netlist) {
   std::vector<Finding> findings = netlist.faults;
   Checker checker{netlist, cubenet::part_series(netlist.part), findings};
+  check_device(checker);
   for (const SymbolKind &kind : netlist.kinds) checker.fitting.push_back(has_fitting_pins(kind) ? 1 : 0);
   for (const Symbol &symbol : netlist.symbols) check_symbol(checker, symbol);
   for (const Net &net : netlist.nets) check_net(checker, net);

@@ -1,5 +1,6 @@
 // The companion's readers on any bytes: what stands before "CELL: " is taken for an .nxf netlist, what follows for the
-// ddf netlist of the same run, and all of it for a constraints file. What is refused must be refused with a reason.
+// ddf netlist of the same run, and all of it for a constraints file and a parameter file. What is refused must be
+// refused with a reason.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -65,9 +66,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (netlist.faults.empty()) demand_joints(netlist);
   }
   if (error.line != 0 && error.text.empty()) std::abort();
-  for (const Finding &each : compare_netlists(netlist, text.substr(end)))
+  DdfReading ddf;
+  for (const Finding &each : compare_netlists(netlist, text.substr(end), ddf))
     if (each.text.empty()) std::abort();
-  for (const Finding &each : check_constraints(text))
+  ParameterSet parameters;
+  for (const Finding &each : check_constraints(text, gather_signals(ddf, nullptr), parameters).wrong)
+    if (each.text.empty()) std::abort();
+  for (const Finding &each : check_parameters(text, parameters, ""))
     if (each.text.empty()) std::abort();
   return 0;
 }
