@@ -21,25 +21,13 @@ struct Arguments {
 };
 
 int run_dump(const Arguments &arguments) {
-  cubenet::CubeTable cubes;
-  std::string messages;
-  choose_part(arguments.part);
-  const std::string path = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
-  const auto read = [&] { return read_design(path, arguments.case_sensitive, cubes, messages); };
-  const auto design = during("reading the truth table", read);
-  if (design == nullptr) {
-    std::cerr << messages;
-    return kMisuse;
-  }
-  // What is said of a legal design is of no interest here.
-  messages.clear();
-  if (!during("checking the rules", [&] { return check_design(*design, cubes, messages); })) {
-    std::cerr << messages;
-    return kNo;
-  }
+  TruthTable table;
+  const TableSource source{table_path(arguments.design, arguments.truth_table), arguments.part, "",
+                           arguments.case_sensitive};
+  if (const int status = load_table(source, table, std::cerr); status != kYes) return status;
   return write_output(arguments.output, [&](cubenet::OutputFile &file) {
     const Stage stage("writing", 0, arguments.output.empty() ? Printing::YES : Printing::NO);
-    put_listing(file, *design, cubes);
+    put_listing(file, *table.design, table.cubes);
   });
 }
 

@@ -27,18 +27,9 @@ struct Arguments {
 std::string last_component(const std::string &path) { return path.substr(path.rfind('/') + 1); }
 
 struct Sources {
-  CubeTable cubes;
-  std::unique_ptr<Design> design;
+  TruthTable table;
   Netlist netlist;
 };
-
-void read_for_part(const std::string &part, const std::string &path, const Arguments &arguments, Sources &sources,
-                   PageContents &contents) {
-  choose_part(part);
-  cubenet::release_cubes(sources.cubes);
-  const auto read = [&] { return read_design(path, arguments.case_sensitive, sources.cubes, contents.messages); };
-  sources.design = during("reading the truth table", read);
-}
 
 void gather_netlist(const Arguments &arguments, Sources &sources, PageContents &contents) {
   std::ostringstream faults;
@@ -47,21 +38,20 @@ void gather_netlist(const Arguments &arguments, Sources &sources, PageContents &
 }
 
 void gather_design(const Arguments &arguments, Sources &sources, PageContents &contents) {
-  const std::string path = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
-  read_for_part(arguments.part, path, arguments, sources, contents);
-  // The part of the netlist is the one that the table was translated for.
-  if (sources.design != nullptr && contents.netlist != nullptr && arguments.part.empty() &&
-      sources.design->header.part != contents.netlist->part)
-    read_for_part(std::string(contents.netlist->part), path, arguments, sources, contents);
-  if (sources.design == nullptr) return;
-  contents.design = sources.design.get();
-  contents.cubes = &sources.cubes;
-  contents.pins = sources.design->pin_names;
-  contents.nodes = sources.design->node_names;
+  TableSource source{table_path(arguments.design, arguments.truth_table), arguments.part, "", arguments.case_sensitive};
+  if (contents.netlist != nullptr) source.netlist_part = contents.netlist->part;
+  TruthTable &table = sources.table;
+  const bool done = read_table(source, table);
+  contents.messages = table.messages;
+  if (!done) return;
+  contents.design = table.design.get();
+  contents.cubes = &table.cubes;
+  contents.pins = table.design->pin_names;
+  contents.nodes = table.design->node_names;
   std::string fault; // is among the messages of the checker
-  const auto make = [&] { return make_meaning(*sources.design, sources.cubes, contents.meaning, fault); };
+  const auto make = [&] { return make_meaning(*table.design, table.cubes, contents.meaning, fault); };
   if (!during("making the equations", make)) contents.meaning = {};
-  const auto check = [&] { return check_design(*sources.design, sources.cubes, contents.messages); };
+  const auto check = [&] { return check_design(*table.design, table.cubes, contents.messages); };
   contents.legal = during("checking the rules", check);
 }
 

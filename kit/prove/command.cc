@@ -20,22 +20,17 @@ struct Arguments {
 };
 
 int prove(const Arguments &arguments) {
-  const std::string tt2 = arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table;
-  const std::string nxf = arguments.netlist.empty() ? arguments.design + ".nxf" : arguments.netlist;
-  cubenet::CubeTable cubes;
-  std::string messages;
-  const auto read = [&] { return read_design(tt2, arguments.options.case_sensitive, cubes, messages); };
-  const auto design = during("reading the truth table", read);
-  if (design == nullptr) {
-    std::cerr << messages;
-    return kMisuse;
-  }
   Netlist netlist;
+  const std::string nxf = arguments.netlist.empty() ? arguments.design + ".nxf" : arguments.netlist;
   if (!load_nxf(nxf, netlist, std::cerr)) return netlist.faults.empty() ? kMisuse : kNo;
+  TruthTable table;
+  const TableSource source{table_path(arguments.design, arguments.truth_table), arguments.part,
+                           std::string(netlist.part), arguments.options.case_sensitive};
+  if (const int status = load_table(source, table, std::cerr); status != kYes) return status;
   ProofOptions options = arguments.options;
   if (!arguments.part.empty()) options.series = cubenet::part_series(arguments.part);
   ProofReport report;
-  const bool is_proved = prove_netlist(*design, cubes, netlist, options, report);
+  const bool is_proved = prove_netlist(*table.design, table.cubes, netlist, options, report);
   if (netlist.text.has_changed()) return kMisuse; // said when the text is done with
   if (is_proved) {
     std::cout << "proved: " << report.claims << " claims, " << report.by_structure << " by structure, "

@@ -4,8 +4,11 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <ostream>
 
 #include "drc/check_design.h"
+#include "kit/command/command.h"
+#include "kit/util/progress.h"
 #include "model/run_settings.h"
 #include "reader/reader.h"
 #include "report/console.h"
@@ -27,6 +30,10 @@ struct CaughtConsole : cubenet::HostConsole {
   void print(std::string_view more) override { text += more; }
 };
 
+// The statement that the reader refuses without a message.
+constexpr const char *kBadInstance =
+    ": an INSTANCE statement names a macro that isn't declared above it, or doesn't fit its ports\n";
+
 std::unique_ptr<cubenet::Design> read_open(std::FILE *file, const std::string &name, bool case_sensitive,
                                            cubenet::CubeTable &cubes, std::string &messages) {
   if (file == nullptr) {
@@ -38,16 +45,25 @@ std::unique_ptr<cubenet::Design> read_open(std::FILE *file, const std::string &n
   const CaughtConsole console(messages);
   std::unique_ptr<cubenet::Design> design = cubenet::read_tt2(file, name, cubes);
   std::fclose(file);
+  if (design == nullptr && messages.find(" ERROR: ") == std::string::npos) messages += name + kBadInstance;
   return design;
 }
-
-} // namespace
 
 void choose_part(const std::string &part) {
   if (part.empty()) return;
   cubenet::run_settings.part_name = part;
   cubenet::run_settings.part_flag = cubenet::part_series(part);
 }
+
+bool read_for_part(const TableSource &source, const std::string &part, TruthTable &table) {
+  choose_part(part);
+  cubenet::release_cubes(table.cubes);
+  const auto read = [&] { return read_design(source.path, source.case_sensitive, table.cubes, table.messages); };
+  table.design = during("reading the truth table", read);
+  return table.design != nullptr;
+}
+
+} // namespace
 
 bool is_part(const std::string &name) {
   if (name.find_first_of(" \t,\r\n") != std::string::npos) return false;
@@ -76,6 +92,29 @@ std::unique_ptr<cubenet::Design> read_design_text(std::string_view text, const s
 bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std::string &messages) {
   const CaughtConsole console(messages);
   return cubenet::check_design(design, cubes) == 0;
+}
+
+std::string table_path(const std::string &design, const std::string &given) {
+  return given.empty() ? design + ".tt2" : given;
+}
+
+bool read_table(const TableSource &source, TruthTable &table) {
+  const bool done = read_for_part(source, source.part, table);
+  if (!source.part.empty() || source.netlist_part.empty()) return done;
+  // The part of the netlist is the one that the table was translated for.
+  if (done && table.design->header.part == source.netlist_part) return true;
+  return read_for_part(source, source.netlist_part, table);
+}
+
+int load_table(const TableSource &source, TruthTable &table, std::ostream &errors) {
+  int status = read_table(source, table) ? kYes : kMisuse;
+  if (status == kYes) {
+    table.messages.clear(); // what is said of a legal design is of no interest
+    const auto check = [&] { return check_design(*table.design, table.cubes, table.messages); };
+    if (!during("checking the rules", check)) status = kNo;
+  }
+  if (status != kYes) errors << table.messages;
+  return status;
 }
 
 } // namespace cubekit

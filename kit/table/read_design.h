@@ -1,6 +1,7 @@
 // The truth table of a design, read by the translator's own reader, and judged by its checker.
 #pragma once
 
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -10,13 +11,10 @@
 
 namespace cubekit {
 
-// Has tables read from then on for that part, whatever they name; an empty name changes nothing.
-void choose_part(const std::string &part);
-
 // Whether a table may name that part.
 [[nodiscard]] bool is_part(const std::string &name);
 
-// Reads a truth table. nullptr when that fails. `messages` becomes what the reader had to say.
+// Reads a truth table. nullptr when that fails. `messages` becomes what there is to say of it.
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
                                              std::string &messages);
 
@@ -26,5 +24,29 @@ std::unique_ptr<cubenet::Design> read_design_text(std::string_view text, const s
 
 // Whether the design breaks no rule. What the checker has to say is added to `messages`.
 [[nodiscard]] bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std::string &messages);
+
+// Where a truth table stands, and how it was translated.
+struct TableSource {
+  std::string path;
+  std::string part{};         // empty: the one of the netlist or, without one, of the table
+  std::string netlist_part{}; // empty: there is no netlist
+  bool case_sensitive = false;
+};
+
+// DESIGN.tt2, unless another file is given.
+std::string table_path(const std::string &design, const std::string &given);
+
+struct TruthTable {
+  cubenet::CubeTable cubes;
+  std::unique_ptr<cubenet::Design> design; // nullptr: can't be read
+  std::string messages;
+};
+
+// Reads a table for its part. False when that fails.
+[[nodiscard]] bool read_table(const TableSource &source, TruthTable &table);
+
+// The same, and checks the design. Returns kYes, or with the messages on `errors` kMisuse for a table that can't be
+// read and kNo for a design that breaks a rule.
+[[nodiscard]] int load_table(const TableSource &source, TruthTable &table, std::ostream &errors);
 
 } // namespace cubekit

@@ -27,6 +27,10 @@ TEST(Command, EndsWithTheStatusOfItsAnswerAndSpeaksOnTheRightStream) {
   std::string wrong = nxf;
   wrong.replace(wrong.find("\t0 1"), 2, "\t1");
   cubenet::write_file("wrong.nxf", wrong);
+  // Registers without an equation that are read, in a table that the netlist otherwise could be of.
+  cubenet::write_file("illegal.tt2",
+                      "#$ PINS 3 clk q0 q1\n.i 3\n.o 2\n.ilb clk q0.Q q1.Q\n.ob q0.D q0\n-0- 11\n-10 01\n1-- 10\n");
+  cubenet::write_file("instance.tt2", "#$ EXTERNAL m 1 i'i\n#$ INSTANCE u m 2 clk clk\n" + tt2);
   const CommandRun runs[] = {
       {"check c", 0, "in order: ", ""},
       {"check nothing", 2, "", "nothing.nxf: No such file"},
@@ -36,6 +40,11 @@ TEST(Command, EndsWithTheStatusOfItsAnswerAndSpeaksOnTheRightStream) {
       {"prove c --nxf bad.nxf", 2, "", "bad.nxf:1: "},
       {"prove c --tt2 nothing", 2, "", "nothing: No such file"},
       {"prove c --tt2 wrong.nxf", 2, "", " ERROR: "},
+      {"prove c --tt2 illegal.tt2", 1, "", "31311 ERROR: Signal 'q0' is used as register data input"},
+      {"dump c --tt2 illegal.tt2", 1, "", "31311 ERROR: "},
+      {"prove c --tt2 instance.tt2", 2, "", "instance.tt2: an INSTANCE statement"},
+      {"dump c --tt2 instance.tt2", 2, "", "instance.tt2: an INSTANCE statement"},
+      {"page c --tt2 instance.tt2", 2, "", "instance.tt2: an INSTANCE statement"},
       {"explain 31301", 0, "A register has no clock.", ""},
       {"explain --all", 0, "\n### 31301\n", ""},
       {"explain --all 31301", 2, "", "Exactly 1 option"},
