@@ -106,6 +106,7 @@ TEST(Environment, ARunThatIsEndedLeavesWholeFiles) {
       for (const auto &[extension, text] : former)
         is_first ? void(fs::remove("d" + extension)) : write_file("d" + extension, text);
       Spawned run("cubenet -and 2 d", [signal] { std::signal(signal, SIG_DFL); });
+      ASSERT_GT(run.process, 0);
       usleep(static_cast<useconds_t>(delay(random)));
       kill(run.process, signal);
       const int status = run.wait();
@@ -121,6 +122,7 @@ TEST(Environment, ARunThatIsEndedLeavesWholeFiles) {
   // A run in the background, which such signals are not for, goes on.
   std::signal(SIGINT, SIG_IGN);
   Spawned run("cubenet -and 2 d");
+  ASSERT_GT(run.process, 0);
   kill(run.process, SIGINT);
   EXPECT_EQ(run.wait(), 0);
   std::signal(SIGINT, SIG_DFL);
