@@ -20,7 +20,7 @@ struct Signed {
 };
 char *append(char *at, Signed number) {
   if (number.value < 0) *at++ = '-';
-  return append_decimal(at, static_cast<std::uint64_t>(number.value < 0 ? -number.value : number.value));
+  return append(at, Decimal{static_cast<std::uint64_t>(number.value < 0 ? -number.value : number.value)});
 }
 std::size_t longest(Signed) { return 1 + longest(Decimal{}); }
 
