@@ -25,6 +25,11 @@ foreach(program IN LISTS completions)
           DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
   install(FILES scripts/completion/_${program} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/${zsh_functions})
 endforeach()
+include(CMakePackageConfigHelpers)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/cubenet-config-version.cmake COMPATIBILITY SameMajorVersion
+                                 ARCH_INDEPENDENT)
+install(FILES cmake/cubenet-config.cmake ${CMAKE_BINARY_DIR}/cubenet-config-version.cmake
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/cmake/cubenet)
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(FILES LICENSE RENAME copyright DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} PATTERN man EXCLUDE)

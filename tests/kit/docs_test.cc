@@ -120,6 +120,7 @@ TEST(Docs, CommandsSayWhatIsShown) {
   const auto folder = [](const char *program) { return fs::path(program).parent_path().string(); };
   const std::string path = folder(CUBENET_PROGRAM) + ":" + folder(CUBEKIT_PROGRAM) + ":" + std::getenv("PATH");
   setenv("PATH", path.c_str(), 1);
+  setenv("cubenet_ROOT", PROJECT_DIR, 1); // where builds look for the package
   int blocks = 0;
   for (const fs::path &page : pages(PROJECT_DIR "/docs")) {
     run_page(page);
