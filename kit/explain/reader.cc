@@ -13,7 +13,7 @@ constexpr auto kRows = std::to_array<Explanation>({
     {31103, "An output file could not be written.", "The directory is missing or write-protected, the disk is full, or the file is the input, the log or where the console goes.", "Make room or choose another place; what was there before has stayed."},
     {31104, "Memory ran out.", "The design needs more memory than the system grants.", "Give the process more memory, or split the design."},
     {31204, "The truth table holds no product term.", "The file ends, or .e stands, before any line of inputs and outputs.", "Add the product terms, in front of .e."},
-    {31209, "No pins are declared.", "The file has no '#$ PINS' statement that could be read.", "Add '#$ PINS <count> <name> ...' with all pins of the device."},
+    {31209, "No pins are declared.", "The file has no '#$ PINS' statement that could be read.", "Add '#$ PINS <count> <name> ...' with all pins of the device; a PLA or BLIF file of another tool, or a Verilog module, is made into a table by 'cubekit import'."},
     {31210, "No inputs are named.", "There is no .ilb line, or it stands before .i and was passed over.", "Add an .ilb line behind .i that names every input column."},
     {31211, "No outputs are named.", "There is no .ob line, or it stands before .o and was passed over.", "Add an .ob line behind .o that names every output column."},
     {31212, "The .ilb line and .i disagree.", "The line names another number of inputs than .i gives.", "Name each input column once, and set .i to their number."},
