@@ -82,7 +82,7 @@ TEST(Names, StayApartWhateverUsersCallTheirThings) {
         EXPECT_EQ(prove_translation(translation) + check_translation(), "") << name << " for " << thing << ' ' << form;
         translated++;
       }
-  std::cout << names.size() << " " << translated << "\n";
+  EXPECT_GT(translated, 1000);
 }
 
 } // namespace
