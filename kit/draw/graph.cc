@@ -7,6 +7,7 @@
 
 #include "kit/netlist/flow.h"
 #include "kit/netlist/names.h"
+#include "kit/util/run_program.h"
 
 namespace cubekit {
 
@@ -82,7 +83,7 @@ std::string escape(std::string_view text) {
 
 void write_symbol(Drawing &drawing, SymbolIndex index, std::string_view indent) {
   const Symbol &symbol = drawing.netlist.symbols[index];
-  drawing.stream << indent << 's' << index << " [label=\"" << escape(symbol.kind->primitive_text) << "\\n"
+  drawing.stream << indent << 's' << index << " [label=\"" << escape(symbol.primitive_text) << "\\n"
                  << escape(symbol.instance) << "\", "
                  << kShapes[static_cast<std::size_t>(primitive_of(symbol).function)].attributes << "];\n";
 }
@@ -132,12 +133,12 @@ void write_pins(Drawing &drawing) {
 // The pin's name stands at the end of the edge where the symbol's pins do different things.
 void write_edge(Drawing &drawing, const std::string &from, const Net &net, const EndPoint &to) {
   if (!drawing.drawn[to.symbol]) return;
-  const Port &port = port_of(drawing.netlist, to);
+  const Pin &pin = drawing.netlist.pins[to.pin];
   const Symbol &symbol = drawing.netlist.symbols[to.symbol];
   drawing.stream << "  " << from << " -> s" << to.symbol << " [tooltip=\"" << escape(net.name) << '"';
   if (primitive_of(symbol).function >= Function::FLIP_FLOP)
-    drawing.stream << ", headlabel=\"" << escape(port.name) << '"';
-  drawing.stream << (port.direction == Direction::BIDI ? ", dir=both];\n" : "];\n");
+    drawing.stream << ", headlabel=\"" << escape(pin.name) << '"';
+  drawing.stream << (pin.direction == Direction::BIDI ? ", dir=both];\n" : "];\n");
 }
 
 void write_edges(Drawing &drawing, NetIndex index, const std::string &from) {
@@ -226,6 +227,14 @@ bool write_dot(std::ostream &stream, const Netlist &netlist, std::string_view si
   write_net_edges(drawing);
   stream << "}\n";
   return true;
+}
+
+bool draw_svg(std::string_view dot, std::string &svg, std::string &fault) {
+  ProgramRun run = run_program({"dot", "-Tsvg"}, dot);
+  svg = std::move(run.output);
+  if (run.status != 0) fault = "'dot' of Graphviz " + run.fault;
+  if (run.status > 0) fault += ": " + run.errors.substr(0, run.errors.find('\n'));
+  return run.status == 0;
 }
 
 } // namespace cubekit

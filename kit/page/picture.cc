@@ -98,7 +98,7 @@ std::string open_node(const Thing &thing, const Netlist &netlist) {
   if (thing.letter == 's') {
     const Symbol &symbol = netlist.symbols[thing.index];
     name = escape_html(symbol.instance);
-    kind = ", " + escape_html(symbol.kind->primitive_text);
+    kind = ", " + escape_html(symbol.primitive_text);
     look = is_storage(primitive_of(symbol).function) ? " storage" : "";
   } else if (thing.letter == 'p') {
     name = escape_html(netlist.external_pins[thing.index].pin);
