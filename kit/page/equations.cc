@@ -9,7 +9,9 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::display_name;
+using cubenet::extension_code;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

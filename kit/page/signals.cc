@@ -8,7 +8,10 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::extension_code;
+using cubenet::kNoSignal;
+using cubenet::upper_case;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

@@ -9,7 +9,10 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::display_name;
+using cubenet::Instance;
+using cubenet::netlist_name;
+using enum cubenet::ExtensionCode;
 
 namespace {
 
