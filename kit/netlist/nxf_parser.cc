@@ -154,7 +154,7 @@ void add_fault(Netlist &netlist, std::size_t line, std::string text) {
 
 void index_nets(Parser &parser) {
   Netlist &netlist = parser.netlist;
-  netlist.nets_by_name.reserve(netlist.nets.size());
+  reserve_names(netlist.nets_by_name, netlist.nets.size());
   for (NetIndex i = 0; i < netlist.nets.size(); i++) {
     const Net &net = netlist.nets[i];
     parser.firsts.push_back(add_name(netlist.nets_by_name, net.name, i));
@@ -239,7 +239,7 @@ bool parse_statements(Parser &parser) {
 }
 
 void index_symbols(Netlist &netlist) {
-  netlist.symbols_by_instance.reserve(netlist.symbols.size());
+  reserve_names(netlist.symbols_by_instance, netlist.symbols.size());
   for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
     const Symbol &symbol = netlist.symbols[i];
     if (add_name(netlist.symbols_by_instance, symbol.instance, i) != i)

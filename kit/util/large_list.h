@@ -1,5 +1,5 @@
-// Long lists in large pages, where the system has them: filling fresh memory by pages of 4 KiB takes as long as all
-// that is done with it (`cubekit check` of 80 MB: half the time without them).
+// Long lists in large pages, where the system has them: filling fresh memory by pages of 4 KiB takes about as long as
+// all that is done with it. `cubekit check` is 1.2 times faster for it on gates, twice on rows of a PLA.
 #pragma once
 
 #include <cstddef>
