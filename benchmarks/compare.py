@@ -257,7 +257,7 @@ def compare_shape(bench: Bench, shape: str, form: str) -> None:
     check = make_row(bench, shape, "check", [bench.kit, "check", os.path.join(mine.folder, "bench")])
     copy = copy_row(bench, shape, "copy-check", "same", size)
     run_rounds([check, copy], bench, bench.rounds)
-    bench.note(f"{TITLES[form]}, cubekit check / reading and copying its files", 3.0, shape,
+    bench.note(f"{TITLES[form]}, cubekit check / reading and copying its files", 6.0 if form == "pla" else 20.0, shape,
                math.inf if mine.failed or check.failed else ratio(check, copy))
     remove_runs(bench)
 

@@ -112,10 +112,9 @@ void compare_symbols(Comparison &comparison) {
       report(comparison, symbol.line, "the .nxf has no symbol " + quoted(symbol.instance));
       continue;
     }
-    if (netlist.symbols[found].kind->primitive_text != symbol.primitive)
+    if (netlist.symbols[found].primitive_text != symbol.primitive)
       report(comparison, symbol.line,
-             quoted(symbol.instance) + " is " + shortened(netlist.symbols[found].kind->primitive_text) +
-                 " in the .nxf");
+             quoted(symbol.instance) + " is " + shortened(netlist.symbols[found].primitive_text) + " in the .nxf");
     if (std::exchange(comparison.symbol_listed[found], 1) != 0)
       report(comparison, symbol.line, quoted(symbol.instance) + " is listed twice");
     first_listed = std::min(first_listed, found);
@@ -138,8 +137,8 @@ void count_listed_pins(Comparison &comparison) {
   for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
     if (comparison.symbol_listed[i] == 0) continue;
     const Symbol &symbol = netlist.symbols[i];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + pin_count(symbol); p++)
-      if (netlist.pin_nets[p] != kNone) comparison.listed_pins[netlist.pin_nets[p]]++;
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++)
+      if (netlist.pins[p].net != kNone) comparison.listed_pins[netlist.pins[p].net]++;
   }
 }
 
@@ -176,7 +175,7 @@ void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
   std::uint32_t open = comparison.listed_pins[index] - (is_listed(comparison, net.source) ? 1 : 0);
   for (; at < end; at++) {
     const EndPoint point = find_end(comparison, comparison.ddf.items[at]);
-    if (point.pin == kNone || netlist.pin_nets[point.pin] != index || comparison.pin_named[point.pin]) {
+    if (point.pin == kNone || netlist.pins[point.pin].net != index || comparison.pin_named[point.pin]) {
       fault("names " + quoted(comparison.ddf.items[at]) + ", other than in the .nxf");
       continue;
     }
@@ -194,8 +193,8 @@ void find_missing_pins(Comparison &comparison) {
   for (SymbolIndex s = 0; s < netlist.symbols.size(); s++) {
     if (comparison.symbol_listed[s] == 0) continue;
     const Symbol &symbol = netlist.symbols[s];
-    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + pin_count(symbol); p++) {
-      const NetIndex net = netlist.pin_nets[p];
+    for (std::uint32_t p = symbol.first_pin; p < symbol.first_pin + symbol.pin_count; p++) {
+      const NetIndex net = netlist.pins[p].net;
       if (net == kNone || ddf_nets[net] == nullptr || comparison.pin_named[p] || netlist.nets[net].source.pin == p)
         continue;
       report(comparison, ddf_nets[net]->line,
@@ -224,7 +223,7 @@ std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, 
   if (!parse_ddf(ddf_text, is_instance, ddf, error)) return {error};
   comparison.symbol_listed.resize(netlist.symbols.size());
   comparison.net_listed.resize(netlist.nets.size());
-  comparison.pin_named.resize(netlist.pin_nets.size());
+  comparison.pin_named.resize(netlist.pins.size());
   compare_ports(comparison, "OUTPUTS", Direction::OUT, ddf.outputs);
   compare_ports(comparison, "INPUTS", Direction::IN, ddf.inputs);
   compare_ports(comparison, "INOUTS", Direction::BIDI, ddf.inouts);

@@ -14,45 +14,40 @@ struct Checker {
   const Netlist &netlist;
   int series;
   std::vector<Finding> &findings;
-  std::vector<std::uint8_t> fitting{}; // of a kind: its pins are those of the primitive
 };
 
 void report(Checker &checker, std::size_t line, std::string text) {
   checker.findings.push_back({line, std::move(text)});
 }
 
-std::string named(const Symbol &symbol) {
-  return shortened(symbol.kind->primitive_text) + ' ' + shortened(symbol.instance);
-}
+std::string named(const Symbol &symbol) { return shortened(symbol.primitive_text) + ' ' + shortened(symbol.instance); }
 
 // The pins behind the numbered ones, in the order of the primitive's row.
-bool has_listed_pins(const SymbolKind &kind) {
-  const PrimitiveRow &primitive = kPrimitives[kind.primitive];
-  std::size_t at = kind.width;
-  for (const PinRow &row : primitive.pins) {
+bool has_listed_pins(std::span<const Pin> pins, const Symbol &symbol) {
+  std::size_t at = symbol.width;
+  for (const PinRow &row : primitive_of(symbol).pins) {
     if (row.name.empty()) break;
-    const bool there =
-        at < kind.ports.size() && kind.ports[at].name == row.name && kind.ports[at].direction == row.direction;
+    const bool there = at < pins.size() && pins[at].name == row.name && pins[at].direction == row.direction;
     if (there)
       at++;
     else if (!row.optional)
       return false;
   }
-  return at == kind.ports.size();
+  return at == pins.size();
 }
 
-bool has_numbered_pins(const SymbolKind &kind) {
-  if (kind.ports.size() < kind.width) return false;
-  for (std::uint32_t i = 0; i < kind.width; i++)
-    if (kind.ports[i].direction != Direction::IN || !is_numbered(kind.ports[i].name, i)) return false;
+bool has_numbered_pins(std::span<const Pin> pins, const Symbol &symbol) {
+  if (pins.size() < symbol.width) return false;
+  for (std::uint32_t i = 0; i < symbol.width; i++)
+    if (pins[i].direction != Direction::IN || !is_numbered(pins[i].name, i)) return false;
   return true;
 }
 
-bool has_fitting_pins(const SymbolKind &kind) {
-  const PrimitiveRow &primitive = kPrimitives[kind.primitive];
+bool has_fitting_pins(std::span<const Pin> pins, const Symbol &symbol) {
+  const PrimitiveRow &primitive = primitive_of(symbol);
   const std::uint32_t least = primitive.width_in_name ? 2 : primitive.numbered ? 1 : 0;
-  return kind.width >= least && has_numbered_pins(kind) && has_listed_pins(kind) &&
-         (primitive.function != Function::XOR || kind.ports.size() == 3);
+  return symbol.width >= least && has_numbered_pins(pins, symbol) && has_listed_pins(pins, symbol) &&
+         (primitive.function != Function::XOR || pins.size() == 3);
 }
 
 void check_symbol(Checker &checker, const Symbol &symbol) {
@@ -60,16 +55,15 @@ void check_symbol(Checker &checker, const Symbol &symbol) {
   if (symbol.rows != nullptr && primitive.name != "PLA")
     report(checker, symbol.line, named(symbol) + ": only a PLA has rows");
   if (primitive.function == Function::MACRO) {
-    if (!symbol.kind->hard)
-      report(checker, symbol.line, "the library has no primitive " + shortened(symbol.kind->primitive_text));
+    if (!symbol.hard) report(checker, symbol.line, "the library has no primitive " + shortened(symbol.primitive_text));
     return;
   }
   if (checker.series < primitive.min_series || checker.series > primitive.max_series)
     report(checker, symbol.line, named(symbol) + ": devices of this series have no such primitive");
-  if (checker.fitting[symbol.kind->number] == 0)
+  if (!has_fitting_pins(pins_of(checker.netlist, symbol), symbol))
     report(checker, symbol.line, named(symbol) + ": the pins are not those of the primitive");
   if (primitive.function == Function::TABLE) {
-    if (symbol.kind->protect) report(checker, symbol.line, named(symbol) + ": a block can't be protected");
+    if (symbol.protect) report(checker, symbol.line, named(symbol) + ": a block can't be protected");
     if (primitive.name == "PLA" && symbol.row_count == 0)
       report(checker, symbol.line, named(symbol) + ": there are no rows");
   }
@@ -82,14 +76,13 @@ void check_net(Checker &checker, const Net &net) {
   const bool constant = net.name == "GND" || net.name == "VCC";
   if (net.rail && !constant) report(checker, net.line, net_text(net) + " has no source");
   if (constant && !net.rail) report(checker, net.line, net_text(net) + " is a constant and can't have a source");
-  if (netlist.in_order) return;
-  if (net.has_source && net.source.pin != kNone && port_of(netlist, net.source).direction != Direction::OUT)
+  if (net.has_source && net.source.pin != kNone && netlist.pins[net.source.pin].direction != Direction::OUT)
     report(checker, net.line, net_text(net) + " has a source that is no output");
   SymbolIndex last = 0;
   for (std::uint32_t d = net.first_destination; d < net.first_destination + net.destination_count; d++) {
     const EndPoint &end = netlist.destinations[d];
     if (end.pin == kNone) continue;
-    if (port_of(netlist, end).direction == Direction::OUT)
+    if (netlist.pins[end.pin].direction == Direction::OUT)
       report(checker, net.line, net_text(net) + " has a destination that is an output");
     if (end.symbol < last) report(checker, net.line, net_text(net) + ": the destinations don't follow the symbols");
     last = end.symbol;
@@ -118,7 +111,6 @@ void check_external_pins(Checker &checker) {
 std::vector<Finding> check_netlist(const Netlist &netlist) {
   std::vector<Finding> findings = netlist.faults;
   Checker checker{netlist, cubenet::part_series(netlist.part), findings};
-  for (const SymbolKind &kind : netlist.kinds) checker.fitting.push_back(has_fitting_pins(kind) ? 1 : 0);
   for (const Symbol &symbol : netlist.symbols) check_symbol(checker, symbol);
   for (const Net &net : netlist.nets) check_net(checker, net);
   check_external_pins(checker);

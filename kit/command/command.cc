@@ -7,7 +7,6 @@
 #include <string>
 #include <vector>
 
-#include "kit/util/file_text.h"
 #include "util/memory.h"
 #include "util/output_file.h"
 
@@ -50,13 +49,9 @@ void protect_streams() {
     if (cubenet::FileStatus status; cubenet::file_status(stream, status)) cubenet::protect_from_output(status);
 }
 
-// The status of an action, unless a file changed meanwhile or the output was lost.
+// The status of an action, unless the output was lost.
 int finish(const std::function<int()> &action) {
   const int status = action();
-  if (take_changed_text()) {
-    std::cerr << "cubekit: a file changed while it was read\n";
-    return kMisuse;
-  }
   if (std::cout.flush() || status == kMisuse) return status;
   std::cerr << "standard output: can't be written\n";
   return kMisuse;

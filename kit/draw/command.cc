@@ -5,10 +5,10 @@
 #include <sstream>
 
 #include "kit/check/check.h"
+#include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/draw/graph.h"
-#include "kit/draw/graphviz.h"
 #include "kit/netlist/flow.h"
 #include "kit/util/progress.h"
 
@@ -16,8 +16,8 @@ namespace cubekit {
 
 namespace {
 
-struct Arguments {
-  std::string design, signal, output;
+struct Arguments : DesignArguments {
+  std::string signal;
   bool svg = false;
 };
 
@@ -44,11 +44,10 @@ int run_graph(const Arguments &arguments) {
 
 std::function<int()> setup_graph(CLI::App &command) {
   auto arguments = std::make_shared<Arguments>();
-  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
-      ->required();
+  declare_design(command, *arguments);
   command.add_option("--signal", arguments->signal, "draw only what this signal depends on");
   command.add_flag("--svg", arguments->svg, "draw with Graphviz, as SVG");
-  command.add_option("-o,--output", arguments->output, "the file to write, instead of standard output");
+  declare_output(command, *arguments);
   return [arguments] { return run_graph(*arguments); };
 }
 

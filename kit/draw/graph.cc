@@ -6,7 +6,8 @@
 #include <ostream>
 
 #include "kit/netlist/flow.h"
-#include "kit/netlist/names.h"
+#include "kit/util/html.h"
+#include "kit/util/run_program.h"
 
 namespace cubekit {
 
@@ -70,20 +71,34 @@ struct Drawing {
   std::string_view only;                 // the signal whose cone is drawn; empty: all
 };
 
-// Names hold no blanks or backslashes once they are mapped; a '"' needs one in front.
+// Graphviz takes the entities of HTML for the characters they stand for.
 std::string escape(std::string_view text) {
   std::string escaped;
-  for (const char c : map_name(text, NameSet::VISIBLE)) {
-    if (c == '"') escaped += '\\';
+  for (const char c : escape_html(text)) {
+    if (c == '\\') escaped += '\\';
     escaped += c;
   }
   return escaped;
 }
 
+// What an SVG of the drawing has to identify a symbol, a device pin or a rail, and what a viewer shows of it.
+struct Identity {
+  char letter;
+  std::size_t index;
+  std::string_view look; // its class
+  std::string_view name;
+};
+
+std::ostream &operator<<(std::ostream &stream, const Identity &thing) {
+  return stream << "id=" << thing.letter << thing.index << ", class=\"" << thing.look << "\", tooltip=\""
+                << escape(thing.name) << "\", ";
+}
+
 void write_symbol(Drawing &drawing, SymbolIndex index, std::string_view indent) {
   const Symbol &symbol = drawing.netlist.symbols[index];
-  drawing.stream << indent << 's' << index << " [label=\"" << escape(symbol.kind->primitive_text) << "\\n"
+  drawing.stream << indent << 's' << index << " [label=\"" << escape(symbol.primitive_text) << "\\n"
                  << escape(symbol.instance) << "\", "
+                 << Identity{'s', index, is_storage(primitive_of(symbol).function) ? "storage" : "", symbol.instance}
                  << kShapes[static_cast<std::size_t>(primitive_of(symbol).function)].attributes << "];\n";
 }
 
@@ -124,20 +139,26 @@ void write_pins(Drawing &drawing) {
   for (std::size_t i = 0; i < drawing.netlist.external_pins.size(); i++) {
     const ExternalPin &pin = drawing.netlist.external_pins[i];
     if (is_pin_drawn(drawing, pin))
-      drawing.stream << "  p" << i << " [label=\"" << escape(pin.pin) << "\", "
+      drawing.stream << "  p" << i << " [label=\"" << escape(pin.pin) << "\", " << Identity{'p', i, "pin", pin.pin}
                      << kPinShapes[static_cast<std::size_t>(pin.direction)] << "];\n";
   }
+}
+
+// An edge's class names both its ends.
+void begin_edge(const Drawing &drawing, const std::string &from, const std::string &to, const Net &net) {
+  drawing.stream << "  " << from << " -> " << to << " [class=\"" << from << ' ' << to << "\", tooltip=\""
+                 << escape(net.name) << '"';
 }
 
 // The pin's name stands at the end of the edge where the symbol's pins do different things.
 void write_edge(Drawing &drawing, const std::string &from, const Net &net, const EndPoint &to) {
   if (!drawing.drawn[to.symbol]) return;
-  const Port &port = port_of(drawing.netlist, to);
+  const Pin &pin = drawing.netlist.pins[to.pin];
   const Symbol &symbol = drawing.netlist.symbols[to.symbol];
-  drawing.stream << "  " << from << " -> s" << to.symbol << " [tooltip=\"" << escape(net.name) << '"';
+  begin_edge(drawing, from, "s" + std::to_string(to.symbol), net);
   if (primitive_of(symbol).function >= Function::FLIP_FLOP)
-    drawing.stream << ", headlabel=\"" << escape(port.name) << '"';
-  drawing.stream << (port.direction == Direction::BIDI ? ", dir=both];\n" : "];\n");
+    drawing.stream << ", headlabel=\"" << escape(pin.name) << '"';
+  drawing.stream << (pin.direction == Direction::BIDI ? ", dir=both];\n" : "];\n");
 }
 
 void write_edges(Drawing &drawing, NetIndex index, const std::string &from) {
@@ -151,10 +172,13 @@ void write_pin_edges(Drawing &drawing) {
     const ExternalPin &pin = drawing.netlist.external_pins[i];
     if (!is_pin_drawn(drawing, pin)) continue;
     const Net &net = drawing.netlist.nets[pin.net];
-    if (!net.has_source)
-      write_edges(drawing, pin.net, "p" + std::to_string(i));
-    else if (drawing.drawn[net.source.symbol])
-      drawing.stream << "  s" << net.source.symbol << " -> p" << i << " [tooltip=\"" << escape(net.name) << "\"];\n";
+    const std::string name = "p" + std::to_string(i);
+    if (!net.has_source) {
+      write_edges(drawing, pin.net, name);
+    } else if (drawing.drawn[net.source.symbol]) {
+      begin_edge(drawing, "s" + std::to_string(net.source.symbol), name, net);
+      drawing.stream << "];\n";
+    }
   }
 }
 
@@ -164,7 +188,8 @@ void write_net_edges(Drawing &drawing) {
     if (net.has_source && drawing.drawn[net.source.symbol])
       write_edges(drawing, i, "s" + std::to_string(net.source.symbol));
     if (!net.rail || !is_net_read(drawing, net)) continue;
-    drawing.stream << "  n" << i << " [label=\"" << escape(net.name) << "\", shape=plaintext];\n";
+    drawing.stream << "  n" << i << " [label=\"" << escape(net.name) << "\", " << Identity{'n', i, "", net.name}
+                   << "shape=plaintext];\n";
     write_edges(drawing, i, "n" + std::to_string(i));
   }
 }
@@ -226,6 +251,14 @@ bool write_dot(std::ostream &stream, const Netlist &netlist, std::string_view si
   write_net_edges(drawing);
   stream << "}\n";
   return true;
+}
+
+bool draw_svg(std::string_view dot, std::string &svg, std::string &fault) {
+  ProgramRun run = run_program({"dot", "-Tsvg"}, dot);
+  svg = std::move(run.output);
+  if (run.status != 0) fault = "'dot' of Graphviz " + run.fault;
+  if (run.status > 0) fault += ": " + run.errors.substr(0, run.errors.find('\n'));
+  return run.status == 0;
 }
 
 } // namespace cubekit

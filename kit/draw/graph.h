@@ -25,4 +25,7 @@ std::vector<std::string_view> signals_of_symbols(const Netlist &netlist);
 // With a signal, draws what it depends on and nothing else. False when the netlist has no such signal.
 [[nodiscard]] bool write_dot(std::ostream &stream, const Netlist &netlist, std::string_view signal);
 
+// Lets Graphviz's dot draw such a text as SVG. False, with a sentence in `fault`, when it can't be started or fails.
+[[nodiscard]] bool draw_svg(std::string_view dot, std::string &svg, std::string &fault);
+
 } // namespace cubekit

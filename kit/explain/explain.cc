@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "kit/command/command.h"
+#include "kit/command/output.h"
 
 namespace cubekit {
 
@@ -120,8 +121,7 @@ std::function<int()> setup_explain(CLI::App &command) {
       std::cerr << "cubekit: no message has the number " << *number << '\n';
       return kNo;
     }
-    std::cout << text;
-    return kYes;
+    return write_output("", [&](std::ostream &stream) { stream << text; });
   };
 }
 

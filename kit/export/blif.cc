@@ -83,7 +83,7 @@ void write_buffer(Writer &writer, const std::string &from, const std::string &to
 
 void write_rows(std::ostream &stream, const Symbol &symbol, std::string_view output_pin) {
   const PrimitiveRow &primitive = primitive_of(symbol);
-  const std::size_t width = primitive.numbered ? symbol.kind->width : 1;
+  const std::size_t width = primitive.numbered ? symbol.width : 1;
   const char *result = primitive.inverted ? " 0\n" : " 1\n";
   switch (primitive.function) {
   case Function::OR: // by its complement: one row

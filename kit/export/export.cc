@@ -6,6 +6,7 @@
 #include <iostream>
 #include <memory>
 
+#include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/netlist/flow.h"
@@ -15,8 +16,8 @@ namespace cubekit {
 
 namespace {
 
-struct Arguments {
-  std::string format, design, output, library = "with";
+struct Arguments : DesignArguments {
+  std::string format, library = "with";
 };
 
 void write_verilog_parts(std::ostream &stream, const Netlist &netlist, const std::string &library) {
@@ -46,9 +47,8 @@ std::function<int()> setup_export(CLI::App &command) {
   command.add_option("FORMAT", arguments->format, "blif, verilog or json")
       ->required()
       ->check(CLI::IsMember({"blif", "verilog", "json"}));
-  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
-      ->required();
-  command.add_option("-o,--output", arguments->output, "the file to write, instead of standard output");
+  declare_design(command, *arguments);
+  declare_output(command, *arguments);
   command
       .add_option("--library", arguments->library,
                   "verilog: write the netlist with the modules of its primitives, without them, or them only")

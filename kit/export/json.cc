@@ -58,16 +58,16 @@ void write_ports(std::ostream &stream, const Netlist &netlist, const PortNames &
 
 // The pins as Verilog has them: those of a table are one vector.
 template <typename WriteOne> void write_pins(List &list, const Netlist &netlist, const Symbol &symbol, WriteOne write) {
-  const Pins pins = pins_of(netlist, symbol);
-  const std::uint32_t vector = is_table(symbol) ? symbol.kind->width : 0;
+  const std::span<const Pin> pins = pins_of(netlist, symbol);
+  const std::uint32_t vector = is_table(symbol) ? symbol.width : 0;
   if (vector > 0) write(next(list) << "\"A\": ", 0U, vector);
-  for (std::uint32_t i = vector; i < pin_count(symbol); i++)
+  for (std::uint32_t i = vector; i < symbol.pin_count; i++)
     write(next(list) << quote(map_name(pins[i].name, kSet)) << ": ", i, 1U);
 }
 
 void write_parameters(std::ostream &stream, const Symbol &symbol) {
   stream << "          \"parameters\": {";
-  if (is_table(symbol)) stream << " \"WIDTH\": " << number_text(symbol.kind->width);
+  if (is_table(symbol)) stream << " \"WIDTH\": " << number_text(symbol.width);
   if (has_rows(symbol)) {
     const TableBits bits = table_bits(symbol);
     stream << ", \"DEPTH\": " << number_text(symbol.row_count) << ", \"ONES\": " << quote(bits.ones)
@@ -77,21 +77,24 @@ void write_parameters(std::ostream &stream, const Symbol &symbol) {
 }
 
 void write_cell(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
-  stream << " {\n          \"hide_name\": 0,\n          \"type\": "
-         << quote(map_name(symbol.kind->primitive_text, kSet)) << ",\n";
+  stream << " {\n          \"hide_name\": 0,\n          \"type\": " << quote(map_name(symbol.primitive_text, kSet))
+         << ",\n";
   write_parameters(stream, symbol);
-  stream << "          \"attributes\": {" << (symbol.kind->protect ? " \"keep\": " + number_text(1) : "") << " },\n"
+  stream << "          \"attributes\": {" << (symbol.protect ? " \"keep\": " + number_text(1) : "") << " },\n"
          << "          \"port_directions\": {";
   List directions{stream, "            "};
   write_pins(directions, netlist, symbol, [&](std::ostream &out, std::uint32_t first, std::uint32_t) {
-    out << quote(direction_text(symbol.kind->ports[first].direction));
+    out << quote(direction_text(pins_of(netlist, symbol)[first].direction));
   });
   if (is_pad(symbol) && !has_enable(symbol)) next(directions) << R"("OE": "input")";
   stream << "\n          },\n          \"connections\": {";
   List connections{stream, "            "};
   write_pins(connections, netlist, symbol, [&](std::ostream &out, std::uint32_t first, std::uint32_t count) {
-    const NetIndex *const nets = pins_of(netlist, symbol).nets + first;
-    for (std::uint32_t i = 0; i < count; i++) out << (i == 0 ? "[ " : ", ") << bit_text(netlist, nets[i]);
+    const char *separator = "[ ";
+    for (const Pin &pin : pins_of(netlist, symbol).subspan(first, count)) {
+      out << separator << bit_text(netlist, pin.net);
+      separator = ", ";
+    }
     out << " ]";
   });
   if (is_pad(symbol) && !has_enable(symbol)) next(connections) << R"("OE": [ "1" ])";

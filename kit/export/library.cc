@@ -60,7 +60,7 @@ void write_ports(std::ostream &stream, const Symbol &symbol) {
   if (primitive.numbered && is_table(symbol))
     write(Direction::IN, "[WIDTH-1:0] A");
   else if (primitive.numbered)
-    for (std::uint32_t i = 0; i < symbol.kind->width; i++) write(Direction::IN, "A", i);
+    for (std::uint32_t i = 0; i < symbol.width; i++) write(Direction::IN, "A", i);
   for (const PinRow &row : primitive.pins)
     if (!row.name.empty()) write(row.direction, row.name);
 }
@@ -71,7 +71,7 @@ void write_gate(std::ostream &stream, const Symbol &symbol) {
     if (gate.name == primitive.name) stream << "  " << gate.verilog;
   stream << " (" << (primitive.inverted ? "ZN0" : "Z0");
   if (!primitive.numbered) stream << ", A0";
-  for (std::uint32_t i = 0; i < symbol.kind->width; i++) stream << ", A" << i;
+  for (std::uint32_t i = 0; i < symbol.width; i++) stream << ", A" << i;
   stream << ");\n";
 }
 
@@ -125,22 +125,22 @@ void write_body(std::ostream &stream, const Symbol &symbol) {
 }
 
 // What is in a macro is not known here, nor are the terms of a ZDOT.
-void write_macro(std::ostream &stream, const Symbol &symbol) {
+void write_macro(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
   const char *separator = "";
   std::string outputs;
-  for (const Port &port : symbol.kind->ports) {
-    const std::string name = verilog_identifier(map_name(port.name, NameSet::VISIBLE));
-    stream << separator << direction_text(port.direction) << " wire " << name;
-    if (port.direction != Direction::IN) outputs += "  assign " + name + " = 1'bx;\n";
+  for (const Pin &pin : pins_of(netlist, symbol)) {
+    const std::string name = verilog_identifier(map_name(pin.name, NameSet::VISIBLE));
+    stream << separator << direction_text(pin.direction) << " wire " << name;
+    if (pin.direction != Direction::IN) outputs += "  assign " + name + " = 1'bx;\n";
     separator = ", ";
   }
   stream << ");\n" << outputs << "endmodule\n\n";
 }
 
-void write_module(std::ostream &stream, const Symbol &symbol) {
+void write_module(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
   const bool shell = is_macro(symbol) || (is_table(symbol) && !has_rows(symbol));
   if (shell) stream << "(* blackbox *)\n";
-  stream << "module " << verilog_identifier(map_name(symbol.kind->primitive_text, NameSet::VISIBLE));
+  stream << "module " << verilog_identifier(map_name(symbol.primitive_text, NameSet::VISIBLE));
   if (has_rows(symbol))
     stream << " #(parameter WIDTH = 1, parameter DEPTH = 1,\n"
               "  parameter [WIDTH*DEPTH-1:0] ONES = 0, parameter [WIDTH*DEPTH-1:0] ZEROS = 0)";
@@ -148,7 +148,7 @@ void write_module(std::ostream &stream, const Symbol &symbol) {
     stream << " #(parameter WIDTH = 1)";
   stream << " (";
   if (is_macro(symbol)) {
-    write_macro(stream, symbol);
+    write_macro(stream, netlist, symbol);
     return;
   }
   write_ports(stream, symbol);
@@ -161,11 +161,10 @@ void write_module(std::ostream &stream, const Symbol &symbol) {
 
 void write_library(std::ostream &stream, const Netlist &netlist) {
   // In the order of the vocabulary, then by width and name.
-  const auto before = [&](const Symbol *a, const Symbol *b) {
-    const SymbolKind &x = *a->kind, &y = *b->kind;
-    if (x.primitive != y.primitive) return x.primitive < y.primitive;
-    if (primitive_of(*a).width_in_name && x.width != y.width) return x.width < y.width;
-    return x.primitive_text < y.primitive_text;
+  const auto before = [](const Symbol *a, const Symbol *b) {
+    if (a->primitive != b->primitive) return a->primitive < b->primitive;
+    if (primitive_of(*a).width_in_name && a->width != b->width) return a->width < b->width;
+    return a->primitive_text < b->primitive_text;
   };
   std::set<const Symbol *, decltype(before)> modules(before);
   bool storage = false;
@@ -178,7 +177,7 @@ void write_library(std::ostream &stream, const Netlist &netlist) {
               "`ifndef CUBENET_POWER_UP\n"
               "`define CUBENET_POWER_UP 1'b0\n"
               "`endif\n\n";
-  for (const Symbol *symbol : modules) write_module(stream, *symbol);
+  for (const Symbol *symbol : modules) write_module(stream, netlist, *symbol);
 }
 
 } // namespace cubekit

@@ -61,31 +61,30 @@ void write_vector(Writer &writer, std::string_view name, std::string_view bits, 
 }
 
 void write_table_parameters(Writer &writer, const Symbol &symbol) {
-  writer.stream << " #(.WIDTH(" << symbol.kind->width << ")";
+  writer.stream << " #(.WIDTH(" << symbol.width << ")";
   if (has_rows(symbol)) {
     const TableBits bits = table_bits(symbol);
     writer.stream << ", .DEPTH(" << symbol.row_count << "), ";
-    write_vector(writer, "ONES", bits.ones, symbol.kind->width);
+    write_vector(writer, "ONES", bits.ones, symbol.width);
     writer.stream << ", ";
-    write_vector(writer, "ZEROS", bits.zeros, symbol.kind->width);
+    write_vector(writer, "ZEROS", bits.zeros, symbol.width);
   }
   writer.stream << ")";
 }
 
 void write_symbol(Writer &writer, const Symbol &symbol) {
   std::ostream &stream = writer.stream;
-  stream << "  " << verilog_identifier(map_name(symbol.kind->primitive_text, kSet));
+  stream << "  " << verilog_identifier(map_name(symbol.primitive_text, kSet));
   if (is_table(symbol)) write_table_parameters(writer, symbol);
   stream << ' ' << verilog_identifier(symbol_name(symbol, kSet)) << " (";
-  const Pins pins = pins_of(writer.netlist, symbol);
+  const std::span<const Pin> pins = pins_of(writer.netlist, symbol);
   std::uint32_t first = 0;
   if (is_table(symbol)) {
     stream << ".A({";
-    for (std::uint32_t i = symbol.kind->width; i > 0; i--)
-      stream << writer.nets[pins[i - 1].net] << (i > 1 ? ", " : "})");
-    first = symbol.kind->width;
+    for (std::uint32_t i = symbol.width; i > 0; i--) stream << writer.nets[pins[i - 1].net] << (i > 1 ? ", " : "})");
+    first = symbol.width;
   }
-  for (std::uint32_t i = first; i < pin_count(symbol); i++)
+  for (std::uint32_t i = first; i < symbol.pin_count; i++)
     stream << (i == 0 ? "." : ", .") << verilog_identifier(map_name(pins[i].name, kSet)) << '('
            << writer.nets[pins[i].net] << ')';
   stream << (is_pad(symbol) && !has_enable(symbol) ? ", .OE(1'b1));\n" : ");\n");

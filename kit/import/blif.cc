@@ -10,7 +10,9 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::ExtensionCode;
+using cubenet::TextSet;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include "kit/command/output.h"
 #include "kit/import/import.h"
 #include "kit/table/read_design.h"
-#include "kit/util/file_text.h"
+#include "kit/util/file.h"
 #include "kit/util/progress.h"
 
 namespace cubekit {
@@ -82,7 +82,7 @@ int run_import(const Arguments &arguments) {
     std::cerr << "cubekit: '" << options.part << "' is no part that a table can name\n";
     return kMisuse;
   }
-  FileText text;
+  std::string text;
   Finding error;
   if (!during("reading", [&] { return read_file(options.path, text, error); })) {
     print_finding(std::cerr, options.path, error);
@@ -90,7 +90,7 @@ int run_import(const Arguments &arguments) {
   }
   Draft draft;
   Remark fault;
-  if (!make_draft(text.view(), options, draft, fault)) {
+  if (!make_draft(text, options, draft, fault)) {
     std::cerr << remark_text(draft, fault);
     return kMisuse;
   }

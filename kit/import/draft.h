@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "kit/util/name_index.h"
@@ -20,8 +21,8 @@ constexpr bool is_high(TermLiteral literal) { return (literal & 1U) != 0; }
 // Product terms, each stored once, in the order of their making. The literals of a term ascend.
 struct TermPool {
   std::vector<TermLiteral> literals;
-  std::vector<std::size_t> starts{0}; // of term t: starts[t] to starts[t + 1]
-  HashIndex index;
+  std::vector<std::size_t> starts{0};                            // of term t: starts[t] to starts[t + 1]
+  std::unordered_multimap<std::uint64_t, std::uint32_t> by_hash; // of their literals
 };
 inline std::size_t term_count(const TermPool &pool) { return pool.starts.size() - 1; }
 inline std::span<const TermLiteral> literals_of(const TermPool &pool, std::uint32_t term) {

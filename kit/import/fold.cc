@@ -6,7 +6,7 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

@@ -11,7 +11,9 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::TextSet;
+using cubenet::upper_case;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

@@ -8,7 +8,8 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::ExtensionCode;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

@@ -1,12 +1,11 @@
 // Has Yosys read a design and turn it into registers, tristate buffers and sums of products. What a table can't hold
 // is looked for halfway, where every cell still knows its line.
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "kit/import/import.h"
 #include "kit/import/yosys_json.h"
+#include "kit/util/file.h"
 #include "kit/util/finding.h"
 #include "kit/util/run_program.h"
 
@@ -39,10 +38,10 @@ bool fail(Remark &fault, std::string text) {
 
 std::string quoted_path(const std::filesystem::path &path) { return '"' + path.string() + '"'; }
 
+// Yosys writes no empty file.
 bool read_json(const std::filesystem::path &path, std::string &text) {
-  std::ifstream file(path, std::ios::binary);
-  text.assign(std::istreambuf_iterator<char>(file), {});
-  return !text.empty();
+  Finding ignored;
+  return read_file(path, text, ignored) && !text.empty();
 }
 
 // Words for Yosys that name the source and what it is.
@@ -58,8 +57,9 @@ std::vector<std::string> source_words(const ImportOptions &options) {
 }
 
 // FILE:LINE: ERROR: TEXT, or ERROR: TEXT
-void tell_error(const std::string &said, Draft &draft, Remark &fault) {
+void tell_error(const ProgramRun &run, Draft &draft, Remark &fault) {
   constexpr std::string_view kError = "ERROR: ";
+  const std::string said = run.output + run.errors;
   const std::size_t at = said.find(kError);
   if (at == std::string::npos) {
     fault = {{}, "yosys failed" + (said.empty() ? "" : ": " + shortened(said))};
@@ -105,21 +105,20 @@ bool run_yosys(const ImportOptions &options, Draft &draft, std::string &json, Re
             quoted_path(directory.path / "middle.json") + "; write_rtlil " + middle;
   std::vector<std::string> words{"yosys", "-q", "-p", script};
   for (std::string &word : source_words(options)) words.push_back(std::move(word));
-  std::string said;
-  int status = run_program(words, said);
-  if (status == -1 && said.empty())
+  ProgramRun run = run_program(words);
+  if (!run.is_started)
     return fail(fault, "this needs Yosys, which can't be started; Debian has it in the package yosys");
-  if (status != 0) {
-    tell_error(said, draft, fault);
+  if (run.status != 0) {
+    tell_error(run, draft, fault);
     return false;
   }
-  if (!check_first_half(directory.path, said, draft, fault, loop)) return false;
+  if (!check_first_half(directory.path, run.output + run.errors, draft, fault, loop)) return false;
   script = "read_rtlil " + middle + "; " + std::string(kSecondHalf) + "abc -sop -I " + std::to_string(options.inputs) +
            " -P " + std::to_string(options.terms) + "; opt_clean; write_json " +
            quoted_path(directory.path / "end.json");
-  status = run_program({"yosys", "-q", "-p", script}, said);
-  if (status == 0 && read_json(directory.path / "end.json", json)) return true;
-  tell_error(said, draft, fault);
+  run = run_program({"yosys", "-q", "-p", script});
+  if (run.status == 0 && read_json(directory.path / "end.json", json)) return true;
+  tell_error(run, draft, fault);
   return false;
 }
 

@@ -13,7 +13,8 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::ExtensionCode;
+using enum cubenet::ExtensionCode;
 using nlohmann::ordered_json;
 
 namespace {

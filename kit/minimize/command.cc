@@ -6,21 +6,21 @@
 #include <memory>
 #include <utility>
 
+#include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/minimize/minimize.h"
 #include "kit/minimize/table_text.h"
 #include "kit/table/read_design.h"
-#include "kit/util/file_text.h"
+#include "kit/util/file.h"
 #include "kit/util/progress.h"
 
 namespace cubekit {
 
 namespace {
 
-struct Arguments {
-  std::string design, truth_table, output;
-  bool case_sensitive = false, each = false;
+struct Arguments : DesignArguments {
+  bool each = false;
 };
 
 // The first interrupt ends the minimization, a second one the process.
@@ -80,8 +80,8 @@ Cover minimize_until_interrupted(const Table &table, bool each) {
 }
 
 int run_minimize(const Arguments &arguments) {
-  Table table{arguments.truth_table.empty() ? arguments.design + ".tt2" : arguments.truth_table};
-  FileText file;
+  Table table{table_source(arguments).path};
+  std::string file;
   Finding error;
   if (!during("reading the truth table", [&] { return read_file(table.name, file, error); })) {
     print_finding(std::cerr, table.name, error);
@@ -89,17 +89,17 @@ int run_minimize(const Arguments &arguments) {
   }
   cubenet::CubeTable cubes;
   std::string messages;
-  if (read_design_text(file.view(), table.name, arguments.case_sensitive, cubes, messages) == nullptr) {
+  if (read_design_text(file, table.name, arguments.case_sensitive, cubes, messages) == nullptr) {
     std::cerr << messages;
     return kMisuse;
   }
-  const TableText text = find_terms(file.view());
+  const TableText text = find_terms(file);
   table.on = read_cover(cubes);
   table.free = read_free_points(text, cubes.inputs, cubes.outputs);
   const Cover cover = minimize_until_interrupted(table, arguments.each);
   if (interrupted) std::cerr << "interrupted: this is the best so far\n";
   const bool is_better = cost_of(cover, arguments.each) < cost_of(table.on, arguments.each);
-  const std::string result = is_better ? replace_terms(text, cover) : std::string(file.view());
+  const std::string result = is_better ? replace_terms(text, cover) : file;
   if (!during("proving the result", [&] { return is_equal(result, arguments, table); })) {
     std::cerr << table.name << ": the result is not equal; this is a fault of cubekit\n";
     return kMisuse;
@@ -114,12 +114,10 @@ int run_minimize(const Arguments &arguments) {
 
 std::function<int()> setup_minimize(CLI::App &command) {
   auto arguments = std::make_shared<Arguments>();
-  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
-      ->required();
-  command.add_option("-i,--tt2", arguments->truth_table, "the truth table, where it is not DESIGN.tt2");
-  command.add_flag("-C,--case", arguments->case_sensitive, "tell upper from lower case, as the translation's -C does");
+  declare_design(command, *arguments);
+  declare_table(command, *arguments);
   command.add_flag("--each", arguments->each, "each output by itself, whatever terms others have");
-  command.add_option("-o,--output", arguments->output, "the file to write, instead of standard output");
+  declare_output(command, *arguments);
   return [arguments] { return run_minimize(*arguments); };
 }
 

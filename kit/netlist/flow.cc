@@ -37,7 +37,7 @@ void visit(Walk &walk, SymbolIndex root) {
   while (!walk.way.empty()) {
     Walk::Visit &step = walk.way.back();
     const Symbol &symbol = walk.netlist.symbols[step.symbol];
-    if (step.next_pin == pin_count(symbol)) {
+    if (step.next_pin == symbol.pin_count) {
       leave(walk, step.symbol);
       continue;
     }
@@ -63,7 +63,7 @@ SymbolIndex find_driver(const Netlist &netlist, NetIndex net_index) {
   // The pad stands alone on its net.
   if (!net.external || net.destination_count != 1) return kNone;
   const EndPoint &end = netlist.destinations[net.first_destination];
-  return port_of(netlist, end).direction == Direction::BIDI ? end.symbol : kNone;
+  return netlist.pins[end.pin].direction == Direction::BIDI ? end.symbol : kNone;
 }
 
 Flow order_symbols(const Netlist &netlist, Passes passes) {

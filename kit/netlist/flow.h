@@ -14,7 +14,7 @@ inline bool is_table(const Symbol &symbol) { return primitive_of(symbol).functio
 inline bool has_rows(const Symbol &symbol) { return is_table(symbol) && symbol.row_count > 0; }
 inline bool is_pad(const Symbol &symbol) { return primitive_of(symbol).function == Function::PAD; }
 // A pad without an enable always drives.
-inline bool has_enable(const Symbol &pad) { return pin_count(pad) > 2; }
+inline bool has_enable(const Symbol &pad) { return pad.pin_count > 2; }
 
 // Whether the symbol's output follows that input at once.
 using Passes = bool (*)(const Symbol &symbol, const Pin &pin);

@@ -90,8 +90,8 @@ PortNames name_ports(const Netlist &netlist, NameSet set, bool outputs_apart) {
 
 std::string module_name(const Netlist &netlist, NameSet set) {
   const std::string_view name = netlist.design;
-  const bool taken = std::any_of(netlist.kinds.begin(), netlist.kinds.end(),
-                                 [&](const SymbolKind &kind) { return kind.primitive_text == name; });
+  const bool taken = std::any_of(netlist.symbols.begin(), netlist.symbols.end(),
+                                 [&](const Symbol &symbol) { return symbol.primitive_text == name; });
   return name.empty() ? "top$n" : map_name(name, set) + (taken ? "$n" : "");
 }
 

@@ -8,16 +8,12 @@
 
 namespace cubekit {
 
-// Parses the text and joins nets and symbols. False at the first line that breaks the format, told in `error`. Names
-// that don't fit together are no errors here: they stand in netlist.faults. Linear in the text.
-[[nodiscard]] bool parse_nxf(FileText text, Netlist &netlist, Finding &error);
+// Parses the text and joins nets and symbols. False at the first line that breaks the format, which `error` tells.
+// Names that don't fit together are no errors here: they stand in netlist.faults. Linear in the text.
+[[nodiscard]] bool parse_nxf(std::string text, Netlist &netlist, Finding &error);
 
-// The same, as files are read that are not in order: slower, and netlist.in_order stays false. Whatever the text, the
-// findings are those after parse_nxf.
-[[nodiscard]] bool parse_nxf_by_name(FileText text, Netlist &netlist, Finding &error);
-
-// Reads a netlist with its destinations, whatever its faults. False, with the reason on `errors`, when the file can't
-// be read or breaks the format.
+// Reads a netlist, whatever its faults. False, with the reason on `errors`, when the file can't be read or breaks the
+// format.
 [[nodiscard]] bool read_nxf(const std::string &path, Netlist &netlist, std::ostream &errors);
 
 // Reads a netlist that is to be used: false, with all reasons on `errors`, when the file can't be read, breaks the

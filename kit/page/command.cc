@@ -6,23 +6,17 @@
 #include <sstream>
 
 #include "kit/check/check.h"
+#include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/draw/graph.h"
-#include "kit/draw/graphviz.h"
 #include "kit/netlist/flow.h"
 #include "kit/page/page.h"
-#include "kit/table/read_design.h"
 #include "kit/util/progress.h"
 
 namespace cubekit {
 
 namespace {
-
-struct Arguments {
-  std::string design, truth_table, part, output;
-  bool case_sensitive = false;
-};
 
 std::string last_component(const std::string &path) { return path.substr(path.rfind('/') + 1); }
 
@@ -31,17 +25,16 @@ struct Sources {
   Netlist netlist;
 };
 
-void gather_netlist(const Arguments &arguments, Sources &sources, PageContents &contents) {
+void gather_netlist(const DesignArguments &arguments, Sources &sources, PageContents &contents) {
   std::ostringstream faults;
   if (load_design(arguments.design, sources.netlist, faults)) contents.netlist = &sources.netlist;
   contents.netlist_faults = std::move(faults).str();
 }
 
-void gather_design(const Arguments &arguments, Sources &sources, PageContents &contents) {
-  TableSource source{table_path(arguments.design, arguments.truth_table), arguments.part, "", arguments.case_sensitive};
-  if (contents.netlist != nullptr) source.netlist_part = contents.netlist->part;
+void gather_design(const DesignArguments &arguments, Sources &sources, PageContents &contents) {
   TruthTable &table = sources.table;
-  const bool done = read_table(source, table);
+  const bool done =
+      read_table(table_source(arguments, contents.netlist == nullptr ? "" : contents.netlist->part), table);
   contents.messages = table.messages;
   if (!done) return;
   contents.design = table.design.get();
@@ -69,7 +62,7 @@ void draw(PageContents &contents, const PageLimits &limits) {
   if (contents.svg.empty() && contents.no_picture.empty()) contents.no_picture = "Graphviz's drawing can't be used.";
 }
 
-int run_page(const Arguments &arguments) {
+int run_page(const DesignArguments &arguments) {
   Sources sources;
   PageContents contents;
   const PageLimits limits;
@@ -92,14 +85,11 @@ int run_page(const Arguments &arguments) {
 } // namespace
 
 std::function<int()> setup_page(CLI::App &command) {
-  auto arguments = std::make_shared<Arguments>();
-  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
-      ->required();
-  command.add_option("-i,--tt2", arguments->truth_table, "the truth table, where it is not DESIGN.tt2");
-  command.add_option("-p,--part", arguments->part, "the part to read the table for, where it is not the netlist's");
-  command.add_flag("-C,--case", arguments->case_sensitive, "tell upper from lower case");
-  command.add_option("-o,--output", arguments->output,
-                     "the file to write, instead of DESIGN.html; - is standard output");
+  auto arguments = std::make_shared<DesignArguments>();
+  declare_design(command, *arguments);
+  declare_table(command, *arguments);
+  declare_part(command, *arguments);
+  declare_output(command, *arguments, "DESIGN.html; - is standard output");
   return [arguments] { return run_page(*arguments); };
 }
 

@@ -4,12 +4,14 @@
 #include <ostream>
 #include <unordered_map>
 
-#include "kit/page/html.h"
 #include "kit/page/page.h"
+#include "kit/util/html.h"
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::display_name;
+using cubenet::extension_code;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

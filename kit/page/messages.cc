@@ -4,8 +4,8 @@
 #include <unordered_map>
 
 #include "kit/explain/explain.h"
-#include "kit/page/html.h"
 #include "kit/page/page.h"
+#include "kit/util/html.h"
 
 namespace cubekit {
 

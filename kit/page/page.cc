@@ -6,8 +6,8 @@
 #include <ostream>
 
 #include "kit/page/files.h"
-#include "kit/page/html.h"
 #include "kit/stat/stat.h"
+#include "kit/util/html.h"
 
 namespace cubekit {
 

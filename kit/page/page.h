@@ -61,8 +61,7 @@ void write_statistics(std::ostream &stream, const PageContents &contents, const 
 // Whether Graphviz draws the netlist in a short time.
 bool can_be_drawn(const Netlist &netlist, const PageLimits &limits);
 
-// A drawing of a netlist as dot made it, as a page may hold it: nothing but shapes and texts, and the texts escaped.
-// Empty when it isn't a drawing of dot's.
+// A drawing of a netlist, as dot made it for draw_svg, as an element of a page. Empty when it isn't whole.
 std::string inline_svg(std::string_view svg, const Netlist &netlist);
 
 struct Message {

@@ -41,13 +41,14 @@
     ArrowLeft: () => pan(-60, 0), ArrowRight: () => pan(60, 0), ArrowUp: () => pan(0, -60), ArrowDown: () => pan(0, 60),
   };
 
+  const nameOf = (link) => link.getAttribute("xlink:title");
+
   // A symbol and the wires that end at it.
   const choose = (symbol) => {
     for (const old of drawing.querySelectorAll(".chosen")) old.classList.remove("chosen");
     if (symbol === null) return;
     symbol.classList.add("chosen");
-    for (const edge of drawing.querySelectorAll(".edge"))
-      if (edge.dataset.from === symbol.id || edge.dataset.to === symbol.id) edge.classList.add("chosen");
+    for (const edge of drawing.querySelectorAll(".edge." + symbol.id)) edge.classList.add("chosen");
   };
 
   const center = (symbol) => {
@@ -58,6 +59,9 @@
   };
 
   const startPicture = () => {
+    // What is shown of a symbol or wire under the pointer: its name, not the one that the drawing has for it.
+    for (const link of drawing.querySelectorAll("a"))
+      link.closest(".node, .edge").querySelector("title").textContent = nameOf(link);
     const { x, y, width, height } = drawing.viewBox.baseVal;
     whole = { x, y, width, height };
     picture.classList.add("live");
@@ -105,8 +109,10 @@
   const items = [...document.querySelectorAll("[data-signal]")].map((place) => ({
     place, text: place.textContent, kind: kindOf(place), symbol: false,
   }));
-  for (const place of document.querySelectorAll("g[data-name]"))
-    items.push({ place, text: place.dataset.name, kind: place.matches(".pin") ? "pin, drawn" : "symbol", symbol: true });
+  for (const place of document.querySelectorAll("g.node"))
+    items.push({
+      place, text: nameOf(place.querySelector("a")), kind: place.matches(".pin") ? "pin, drawn" : "symbol", symbol: true,
+    });
 
   const goTo = (item) => {
     if (item.symbol) {

@@ -3,12 +3,15 @@
 #include <array>
 #include <ostream>
 
-#include "kit/page/html.h"
 #include "kit/page/page.h"
+#include "kit/util/html.h"
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::extension_code;
+using cubenet::kNoSignal;
+using cubenet::upper_case;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

@@ -63,13 +63,14 @@ bool ask_abc(const Formulas &formulas, const std::vector<Claim> &claims, std::st
   const TempDirectory directory;
   if (directory.path.empty()) return error = "no temporary directory could be made", false;
   const std::string actual = directory.path / "actual.blif", wanted = directory.path / "wanted.blif";
-  std::string text;
+  ProgramRun cec;
   if (!write_blif({formulas, claims, &Claim::actual}, actual) ||
       !write_blif({formulas, claims, &Claim::wanted}, wanted))
     error = "its input could not be written";
-  else if (run_program({"berkeley-abc", "-q", "cec " + actual + ' ' + wanted}, text) < 0)
-    error = "berkeley-abc could not be started";
+  else if (cec = run_program({"berkeley-abc", "-q", "cec " + actual + ' ' + wanted}); cec.status < 0)
+    error = "berkeley-abc " + cec.fault;
   if (!error.empty()) return false;
+  const std::string text = cec.output + cec.errors;
   if (text.find("Networks are equivalent") != std::string::npos) return true;
   error = text.empty() ? "no verdict" : text.substr(0, 2000);
   return false;

@@ -93,7 +93,7 @@ Literal gate_value(Circuit &circuit, NetIndex net, const std::vector<NetIndex> &
   case Function::OR: return invert(make_or(circuit.formulas, inputs), primitive.inverted);
   case Function::XOR:
     if (inputs.size() != 2) break;
-    return invert(make_xor(circuit.formulas, inputs[0], inputs[1]), port_of(netlist, source).name == "ZN0");
+    return invert(make_xor(circuit.formulas, inputs[0], inputs[1]), netlist.pins[source.pin].name == "ZN0");
   case Function::BUFFER:
     if (inputs.size() != 1) break;
     return invert(inputs[0], primitive.inverted);

@@ -9,7 +9,10 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::display_name;
+using cubenet::Instance;
+using cubenet::netlist_name;
+using enum cubenet::ExtensionCode;
 
 namespace {
 
@@ -117,11 +120,11 @@ void place_equations(Collector &collector) {
     if (net == kNone) continue;
     // The block itself, or the block in front of the inverter.
     SymbolIndex block = driver_of(collector.netlist, net);
-    if (block != kNone && collector.netlist.symbols[block].kind->primitive == find_primitive("INV")) {
+    if (block != kNone && collector.netlist.symbols[block].primitive == find_primitive("INV")) {
       const NetIndex before = net_at(collector.netlist, block, "A0");
       block = before == kNone ? kNone : driver_of(collector.netlist, before);
     }
-    if (block != kNone && collector.netlist.symbols[block].kind->primitive == find_primitive("ZDOT"))
+    if (block != kNone && collector.netlist.symbols[block].primitive == find_primitive("ZDOT"))
       collector.circuit.zdot_outputs[block] = static_cast<std::uint32_t>(o);
   }
 }

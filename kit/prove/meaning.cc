@@ -6,7 +6,15 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::Connection;
+using cubenet::display_name;
+using cubenet::extension_code;
+using cubenet::Instance;
+using cubenet::kNoSignal;
+using cubenet::Macro;
+using cubenet::netlist_name;
+using cubenet::upper_case;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

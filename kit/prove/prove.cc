@@ -52,7 +52,7 @@ std::string tell_gates(Circuit &circuit, Decider &decider, const Claim &claim, c
     text += "  net " + shortened(netlist.nets[net].name) + " = " + value(net);
     if (driver != kNone) {
       const Symbol &symbol = netlist.symbols[driver];
-      text += ", driven by " + shortened(symbol.kind->primitive_text) + ' ' + shortened(symbol.instance);
+      text += ", driven by " + shortened(symbol.primitive_text) + ' ' + shortened(symbol.instance);
       std::size_t shown = 0;
       for (const Pin pin : pins_of(netlist, symbol)) {
         if (pin.direction != Direction::IN) continue;
@@ -79,7 +79,7 @@ void find_strange_primitives(const Netlist &netlist, int series, ProofReport &re
   for (const Symbol &symbol : netlist.symbols) {
     const PrimitiveRow &primitive = primitive_of(symbol);
     if (series >= primitive.min_series && series <= primitive.max_series) continue;
-    report.texts.push_back(shortened(symbol.kind->primitive_text) + ' ' + shortened(symbol.instance) +
+    report.texts.push_back(shortened(symbol.primitive_text) + ' ' + shortened(symbol.instance) +
                            ": devices of series " + std::to_string(series) + " have no such primitive\n");
   }
 }

@@ -11,7 +11,11 @@
 
 namespace cubekit {
 
-using namespace cubenet;
+using cubenet::equal_names;
+using cubenet::kNoSignal;
+using cubenet::netlist_name;
+using cubenet::upper_case;
+using enum cubenet::ExtensionCode;
 
 namespace {
 

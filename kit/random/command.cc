@@ -1,9 +1,9 @@
 // `cubekit random`.
 #include <CLI/CLI.hpp>
-#include <iostream>
 #include <memory>
+#include <ostream>
 
-#include "kit/command/command.h"
+#include "kit/command/output.h"
 #include "kit/random/random_design.h"
 
 namespace cubekit {
@@ -18,8 +18,7 @@ std::function<int()> setup_random(CLI::App &command) {
   command.add_option("--series", arguments->series, "the device series that it must be legal for")
       ->check(CLI::IsMember({0, 1, 5, 8}));
   return [arguments] {
-    std::cout << random_design(arguments->seed, arguments->series);
-    return std::cout.flush() ? kYes : kMisuse;
+    return write_output("", [&](std::ostream &stream) { stream << random_design(arguments->seed, arguments->series); });
   };
 }
 

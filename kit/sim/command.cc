@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "kit/check/check.h"
+#include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/netlist/flow.h"
@@ -19,8 +20,8 @@ namespace cubekit {
 
 namespace {
 
-struct Arguments {
-  std::string design, vectors, waves, power_up = "0";
+struct Arguments : DesignArguments {
+  std::string vectors, waves, power_up = "0";
 };
 
 Value power_up_value(const std::string &text) {
@@ -108,8 +109,7 @@ int run_sim(const Arguments &arguments) {
 
 std::function<int()> setup_sim(CLI::App &command) {
   auto arguments = std::make_shared<Arguments>();
-  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
-      ->required();
+  declare_design(command, *arguments);
   command.add_option("--vectors", arguments->vectors, "the file of input vectors")->required();
   command.add_option("--vcd", arguments->waves, "write the waveforms of all nets to this file");
   command.add_option("--power-up", arguments->power_up, "what registers and latches hold at the start: 0, 1 or x")

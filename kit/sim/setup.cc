@@ -11,7 +11,7 @@ void set_bit(std::vector<std::uint64_t> &words, std::size_t word, std::size_t bi
 }
 
 Table make_table(const Symbol &symbol) {
-  Table table{(symbol.kind->width + std::size_t{63}) / 64, {}, {}};
+  Table table{(symbol.width + std::size_t{63}) / 64, {}, {}};
   const std::size_t rows = symbol.row_count;
   table.ones.resize(rows * table.words);
   table.zeros.resize(rows * table.words);

@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/netlist/flow.h"
@@ -39,13 +40,13 @@ void count_nets(const Netlist &netlist, Statistics &statistics) {
 }
 
 void count_symbols(const Netlist &netlist, Statistics &statistics) {
-  std::vector<std::size_t> counts(netlist.kinds.size());
+  cubenet::TextMap<std::string_view, std::size_t> counts;
   for (const Symbol &symbol : netlist.symbols) {
     const PrimitiveRow &primitive = primitive_of(symbol);
-    counts[symbol.kind->number]++;
+    counts[symbol.primitive_text]++;
     statistics.symbol_count++;
     statistics.storages += is_storage(primitive.function) ? 1 : 0;
-    if (primitive.width_in_name) statistics.gate_inputs += symbol.kind->width;
+    if (primitive.width_in_name) statistics.gate_inputs += symbol.width;
     if (!has_rows(symbol)) continue;
     statistics.terms += symbol.row_count;
     for (std::size_t row = 0; row < symbol.row_count; row++) {
@@ -53,8 +54,7 @@ void count_symbols(const Netlist &netlist, Statistics &statistics) {
       statistics.literals += text.size() - static_cast<std::size_t>(std::count(text.begin(), text.end(), '-'));
     }
   }
-  for (std::size_t k = 0; k < counts.size(); k++)
-    statistics.symbols[map_name(netlist.kinds[k].primitive_text, NameSet::VISIBLE)] += counts[k];
+  for (const auto &[primitive, count] : counts) statistics.symbols[map_name(primitive, NameSet::VISIBLE)] = count;
 }
 
 void measure_depth(const Netlist &netlist, Statistics &statistics) {
@@ -134,13 +134,11 @@ std::vector<StatisticsRow> describe(const Statistics &statistics) {
 }
 
 std::function<int()> setup_stat(CLI::App &command) {
-  struct Arguments {
-    std::string design;
+  struct Arguments : DesignArguments {
     bool json = false;
   };
   auto arguments = std::make_shared<Arguments>();
-  command.add_option("DESIGN", arguments->design, "the design's name, with its directory and without extension")
-      ->required();
+  declare_design(command, *arguments);
   command.add_flag("--json", arguments->json, "print JSON");
   return [arguments] {
     Netlist netlist;

@@ -94,10 +94,6 @@ bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std:
   return cubenet::check_design(design, cubes) == 0;
 }
 
-std::string table_path(const std::string &design, const std::string &given) {
-  return given.empty() ? design + ".tt2" : given;
-}
-
 bool read_table(const TableSource &source, TruthTable &table) {
   const bool done = read_for_part(source, source.part, table);
   if (!source.part.empty() || source.netlist_part.empty()) return done;

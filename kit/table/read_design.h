@@ -33,9 +33,6 @@ struct TableSource {
   bool case_sensitive = false;
 };
 
-// DESIGN.tt2, unless another file is given.
-std::string table_path(const std::string &design, const std::string &given);
-
 struct TruthTable {
   cubenet::CubeTable cubes;
   std::unique_ptr<cubenet::Design> design; // nullptr: can't be read

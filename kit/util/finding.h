@@ -1,4 +1,4 @@
-// What is found wrong with a file, and how it is told.
+// What is found wrong with a file, and how it is reported.
 #pragma once
 
 #include <cstddef>
@@ -14,11 +14,8 @@ struct Finding {
 };
 
 // A name in such a text. Of a very long one only the beginning: many findings may be about one name.
-inline std::string shortened(std::string_view name) {
-  constexpr std::size_t kLongest = 100;
-  return name.size() <= kLongest ? std::string(name) : std::string(name.substr(0, kLongest)) + "...";
-}
-inline std::string quoted(std::string_view name) { return "'" + shortened(name) + "'"; }
+std::string shortened(std::string_view name);
+std::string quoted(std::string_view name);
 
 // "path:line: text" (or "path: text" for line 0) and a line end.
 void print_finding(std::ostream &stream, const std::string &path, const Finding &finding);

@@ -1,25 +1,26 @@
-// The growing half of the indexes.
 #include "kit/util/name_index.h"
 
 #include <bit>
+#include <utility>
 
 namespace cubekit {
 
-void reserve(HashIndex &index, std::size_t values) {
-  const std::size_t wanted = std::bit_ceil(values + values / 3 + 1);
-  if (wanted <= index.slots.size()) return;
-  HashIndex larger{std::vector<HashIndex::Slot>(wanted), index.size};
-  for (const HashIndex::Slot &slot : index.slots)
-    if (slot.value != kNone) larger.slots[find_place(larger, slot.hash, [](std::uint32_t) { return false; })] = slot;
-  index = std::move(larger);
+void reserve_names(NameIndex &index, std::size_t names) {
+  const std::size_t size = std::bit_ceil(2 * names + 2);
+  if (size <= index.slots.size()) return;
+  const std::vector<NameIndex::Slot> former = std::exchange(index.slots, std::vector<NameIndex::Slot>(size));
+  for (const NameIndex::Slot &slot : former)
+    if (slot.value != kNone) index.slots[find_slot(index, slot.name, slot.hash)] = slot;
 }
 
 std::uint32_t add_name(NameIndex &index, std::string_view name, std::uint32_t value) {
-  const auto next = static_cast<std::uint32_t>(index.entries.size());
-  const std::uint32_t entry = add_value(index.places, hash_name(name), next,
-                                        [&](std::uint32_t other) { return index.entries[other].name == name; });
-  if (entry == next) index.entries.push_back({name, value});
-  return index.entries[entry].value;
+  reserve_names(index, index.size + 1);
+  const auto hash = static_cast<std::uint32_t>(cubenet::hash_text(name));
+  NameIndex::Slot &slot = index.slots[find_slot(index, name, hash)];
+  if (slot.value != kNone) return slot.value;
+  slot = {name, hash, value};
+  index.size++;
+  return value;
 }
 
 } // namespace cubekit

@@ -1,5 +1,5 @@
-// Tells on standard error, in one line that is rewritten in place, what a long run is at. Nothing is shown when
-// standard error is no terminal, nor within the first second of the process.
+// Shows on standard error, in one line that is rewritten in place, what a run is at. Nothing is shown when standard
+// error is no terminal.
 #pragma once
 
 #include <cstddef>
@@ -9,9 +9,9 @@ namespace cubekit {
 
 enum class Printing : bool { NO, YES };
 
-// From its making to its end the program does what it says; one at a time. The line is wiped off at the end, so what is
-// printed in between would be torn: a stage that prints its results says so, and isn't shown when they go to a
-// terminal.
+// From its making to its end the program does what it says; one at a time. The line is painted when a stage begins and
+// when it tells how far it is, ten times a second at most, and wiped off at the end. What is printed in between would
+// be torn: a stage that prints its results says so, and isn't shown when they go to a terminal.
 class Stage {
 public:
   // The text is a fixed one. `steps`: how many there are, 0 for not known.
@@ -20,7 +20,14 @@ public:
   Stage(const Stage &) = delete;
   Stage &operator=(const Stage &) = delete;
 
-  void set_done(std::size_t steps);
+  void set_done(std::size_t done);
+
+private:
+  void paint(std::size_t done) const;
+
+  std::string_view what_;
+  std::size_t steps_;
+  bool is_shown_;
 };
 
 // What the action gives, with the stage shown while it runs.

@@ -1,46 +1,77 @@
-// Starts programs without a shell.
+// Starts programs without a shell, between files in memory: with pipes, all ends would have to be served at once.
 #include "kit/util/run_program.h"
 
-#include <fcntl.h>
 #include <spawn.h>
+#include <sys/mman.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <cstring>
+
+#include "kit/util/file.h"
+#include "util/system.h"
 
 extern char **environ;
 
 namespace cubekit {
 
-int run_program(std::vector<std::string> words, std::string &text) {
-  text.clear();
-  std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) != 0) return -1;
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-  posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
+namespace {
+
+// Standard input, output and error of a program.
+using Streams = std::array<int, 3>;
+
+// Returns 0, or the error that kept it from being started.
+int spawn(std::vector<std::string> &words, const Streams &streams, pid_t &child) {
   std::vector<char *> arguments;
   for (std::string &word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
-  pid_t child = 0;
-  const bool is_started = ::posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ) == 0;
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  for (int stream = 0; stream < 3; stream++)
+    posix_spawn_file_actions_adddup2(&actions, streams[static_cast<std::size_t>(stream)], stream);
+  const int error = ::posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
-  ::close(ends[1]);
-  std::array<char, 4096> block{};
-  for (ssize_t got = 1; is_started && got != 0;) {
-    got = ::read(ends[0], block.data(), block.size());
-    if (got < 0 && errno != EINTR) break;
-    if (got > 0) text.append(block.data(), static_cast<std::size_t>(got));
+  return error;
+}
+
+bool read_back(int descriptor, std::string &text) {
+  return ::lseek(descriptor, 0, SEEK_SET) == 0 && read_all(descriptor, text);
+}
+
+void run(std::vector<std::string> &words, std::string_view input, const Streams &streams, ProgramRun &result) {
+  if (!cubenet::write_all(streams[0], input.data(), input.size()) || ::lseek(streams[0], 0, SEEK_SET) != 0) {
+    result.fault = std::string("can't be given its input: ") + std::strerror(errno);
+    return;
   }
-  ::close(ends[0]);
+  pid_t child = 0;
+  if (const int error = spawn(words, streams, child); error != 0) {
+    result.fault = std::string("can't be started: ") + std::strerror(error);
+    return;
+  }
+  result.is_started = true;
   int status = 0;
-  while (is_started && ::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
   }
-  return is_started && WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  if (WIFEXITED(status)) result.status = WEXITSTATUS(status);
+  if (result.status != 0) result.fault = "failed";
+  if (read_back(streams[1], result.output) && read_back(streams[2], result.errors)) return;
+  result.status = -1;
+  result.fault = std::string("can't be read: ") + std::strerror(errno);
+}
+
+} // namespace
+
+ProgramRun run_program(std::vector<std::string> words, std::string_view input) {
+  ProgramRun result;
+  Streams streams{};
+  for (int &stream : streams) stream = ::memfd_create("stream", MFD_CLOEXEC);
+  run(words, input, streams, result);
+  for (const int stream : streams)
+    if (stream >= 0) ::close(stream);
+  return result;
 }
 
 TempDirectory::TempDirectory() {

@@ -2,6 +2,7 @@
 // both secret.
 #include "util/text_hash.h"
 
+#include <array>
 #include <bit>
 #include <cstring>
 
@@ -52,16 +53,17 @@ std::uint64_t load_tail(std::string_view text) {
   return word;
 }
 
+const std::array<std::uint64_t, 2> seed = make_seed();
+
 template <std::uint64_t fold(std::uint64_t)> std::uint64_t hash(std::string_view text) {
-  TextHasher hasher;
-  for (std::size_t at = 0; at + 8 <= text.size(); at += 8) hasher.add(fold(load<std::uint64_t>(text.data() + at)));
-  hasher.add(fold(load_tail(text)));
-  return hasher.finish(text.size());
+  std::uint64_t state = seed[0];
+  const auto add = [&](std::uint64_t word) { state = join_product(state ^ word, seed[1]); };
+  for (std::size_t at = 0; at + 8 <= text.size(); at += 8) add(fold(load<std::uint64_t>(text.data() + at)));
+  add(fold(load_tail(text)));
+  return join_product(state ^ seed[0] ^ text.size(), seed[1]);
 }
 
 } // namespace
-
-const std::array<std::uint64_t, 2> hash_seed = make_seed();
 
 std::uint64_t join_product_by_halves(std::uint64_t a, std::uint64_t b) {
   const std::uint64_t a_low = a & 0xffffffffU, a_high = a >> 32, b_low = b & 0xffffffffU, b_high = b >> 32;

@@ -2,7 +2,6 @@
 // lookups all meet; nothing that is written may therefore depend on the order of such an index.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -28,21 +27,6 @@ inline std::uint64_t join_product(std::uint64_t a, std::uint64_t b) {
   return join_product_by_halves(a, b);
 #endif
 }
-
-extern const std::array<std::uint64_t, 2> hash_seed;
-
-// hash_text for whoever walks over the text anyway: the words of eight bytes go in as they lie in memory, the last one,
-// of seven bytes at most and perhaps of none, filled up with zeros.
-class TextHasher {
-public:
-  void add(std::uint64_t word) { state_ = join_product(state_ ^ word, hash_seed[1]); }
-  std::uint64_t finish(std::size_t text_size) const {
-    return join_product(state_ ^ hash_seed[0] ^ text_size, hash_seed[1]);
-  }
-
-private:
-  std::uint64_t state_ = hash_seed[0];
-};
 
 // For the standard containers, which can then look up a view among strings. Not noexcept: they keep the hash of each
 // entry for that.

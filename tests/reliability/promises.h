@@ -95,7 +95,7 @@ inline std::string broken_output() {
   const std::string nxf = content_of("d.nxf");
   cubekit::Netlist netlist;
   cubekit::Finding error;
-  if (!cubekit::parse_nxf({nxf.begin(), nxf.end()}, netlist, error)) return listed("d.nxf:", {error});
+  if (!cubekit::parse_nxf(nxf, netlist, error)) return listed("d.nxf:", {error});
   return listed("d.nxf:", cubekit::check_netlist(netlist)) +
          listed("d.ddf:", cubekit::compare_netlists(netlist, content_of("d.ddf"))) +
          listed("d.tvx:", cubekit::check_constraints(content_of("d.tvx")));

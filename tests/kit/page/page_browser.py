@@ -133,11 +133,12 @@ def test_search(browser, wanted):
     """'/' leads to the search, which lists and marks what has the text in its name; Enter goes there."""
     browser.press("/", *wanted)
     result = browser.run("""
-        const names = [...document.querySelectorAll("[data-signal], g[data-name]")];
+        const names = [...document.querySelectorAll("[data-signal], g.node")];
+        const name = (one) => (one.querySelector("title") ?? one).textContent;
         return {focus: document.activeElement.id, query: document.getElementById("query").value,
                 marked: names.filter((one) => one.classList.contains("hit"))
-                             .map((one) => one.dataset.name ?? one.textContent),
-                all: names.map((one) => one.dataset.name ?? one.textContent),
+                             .map(name),
+                all: names.map(name),
                 listed: document.querySelectorAll("#hits button").length,
                 drawn: document.querySelectorAll("g.hit").length};""")
     expect(result["focus"] == "query" and result["query"] == wanted, f"typed into {result}")
@@ -154,14 +155,13 @@ def test_search(browser, wanted):
 def test_chosen_symbol(browser):
     """A symbol that is chosen from the list is marked together with its wires, in the middle of the picture."""
     browser.run("document.querySelector('#query').focus()")
-    name = browser.run("return document.querySelector('g.node:not(.pin)').dataset.name")
+    name = browser.run("return document.querySelector('g.node:not(.pin) title').textContent")
     browser.press(*name)
     chosen = browser.run("""
         [...document.querySelectorAll("#hits button")].find((one) => one.textContent.endsWith("symbol")).click();
         const symbol = document.querySelector("g.node.chosen"), picture = document.getElementById("picture");
         const at = symbol.getBoundingClientRect(), in_box = picture.getBoundingClientRect();
-        const wires = [...document.querySelectorAll(".edge")].filter((one) =>
-            one.dataset.from === symbol.id || one.dataset.to === symbol.id);
+        const wires = document.querySelectorAll(".edge." + symbol.id);
         return {focus: document.activeElement.id, wires: wires.length,
                 marked: document.querySelectorAll(".edge.chosen").length,
                 off: Math.abs(at.x + at.width / 2 - in_box.x - in_box.width / 2)};""")
@@ -275,7 +275,7 @@ def test_hostile(browser, path):
     result = browser.run("""
         return {ran: window.ran, bold: document.querySelectorAll("main b, main img, main script, h1 *").length,
                 title: document.querySelector("h1").textContent,
-                names: [...document.querySelectorAll("[data-signal], g[data-name]")].map((one) => one.textContent)};""")
+                names: [...document.querySelectorAll("[data-signal], g.node")].map((one) => one.textContent)};""")
     expect(result["ran"] is None and result["bold"] == 0, f"markup came in: {result}")
     expect(result["title"] == "<b>x&amp'", f"titled {result['title']}")
     for name in ("</title><script>ran</script>", "<b>bold</b>", "&lt'", WILD):

@@ -23,7 +23,7 @@ void expect_objection(Mutator &mutator, const Symbol &symbol, const char *what) 
   options.shown_differences = 0;
   mutator.tried++;
   EXPECT_FALSE(prove_netlist(*mutator.translation.design, mutator.translation.cubes, mutator.netlist, options, report))
-      << what << " at " << symbol.kind->primitive_text << ' ' << symbol.instance;
+      << what << " at " << symbol.primitive_text << ' ' << symbol.instance;
 }
 
 std::uint32_t pin_of(const Netlist &netlist, const Symbol &symbol, std::string_view name) {
@@ -31,23 +31,21 @@ std::uint32_t pin_of(const Netlist &netlist, const Symbol &symbol, std::string_v
 }
 
 void swap_nets(Mutator &mutator, const Symbol &symbol, std::uint32_t a, std::uint32_t b) {
-  std::vector<NetIndex> &nets = mutator.netlist.pin_nets;
-  if (a == kNone || b == kNone || nets[a] == nets[b]) return;
-  std::swap(nets[a], nets[b]);
+  std::vector<Pin> &pins = mutator.netlist.pins;
+  if (a == kNone || b == kNone || pins[a].net == pins[b].net) return;
+  std::swap(pins[a].net, pins[b].net);
   expect_objection(mutator, symbol, "two pins swapped");
-  std::swap(nets[a], nets[b]);
+  std::swap(pins[a].net, pins[b].net);
 }
 
 void change_primitive(Mutator &mutator, Symbol &symbol, const char *other, const char *pin, const char *other_pin) {
   const std::uint32_t at = pin_of(mutator.netlist, symbol, pin);
   if (at == kNone) return;
-  const SymbolKind *const before = symbol.kind;
-  SymbolKind &kind = mutator.netlist.kinds.emplace_back(*before);
-  kind.primitive = find_primitive(other);
-  kind.ports[at - symbol.first_pin].name = other_pin;
-  symbol.kind = &kind;
+  const PrimitiveIndex primitive = std::exchange(symbol.primitive, find_primitive(other));
+  const std::string_view name = std::exchange(mutator.netlist.pins[at].name, other_pin);
   expect_objection(mutator, symbol, "another primitive");
-  symbol.kind = before;
+  symbol.primitive = primitive;
+  mutator.netlist.pins[at].name = name;
 }
 
 void mutate_row(Mutator &mutator, const Symbol &symbol) {
