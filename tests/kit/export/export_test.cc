@@ -20,15 +20,15 @@ void write_exports(const TempDir &dir, const Netlist &netlist) {
   write_json(json, netlist);
 }
 
-// A module that applies the rows and prints the output pins after each. Bidirectional pins are driven weakly, as by a
-// bus that gives way.
+// A module that applies the rows and prints the output pins after each. Bidirectional pins may be driven against the
+// device.
 std::string bench(const Netlist &netlist, const std::vector<std::vector<Value>> &rows) {
   std::string declarations, ports, targets, shown, format;
   for (std::size_t i = 0; i < netlist.external_pins.size(); i++) {
     const ExternalPin &pin = netlist.external_pins[i];
     const std::string number = std::to_string(i), port = verilog_identifier(map_name(pin.pin, NameSet::VISIBLE));
     declarations += "  wire w" + number + "; reg r" + number + ";\n";
-    if (pin.direction != Direction::OUT) declarations += "  assign (pull1, pull0) w" + number + " = r" + number + ";\n";
+    if (pin.direction != Direction::OUT) declarations += "  assign w" + number + " = r" + number + ";\n";
     ports += (i == 0 ? "." : ", .") + port + "(w" + number + ")";
     targets += (i == 0 ? "r" : ", r") + number;
     if (pin.direction == Direction::IN) continue;
