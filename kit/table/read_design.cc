@@ -66,6 +66,14 @@ bool read_for_part(const TableSource &source, const std::string &part, TruthTabl
   return table.design != nullptr;
 }
 
+// The writer tells no fault of its file, but leaves none then.
+bool write_whole_constraints(const std::string &path, const cubenet::Design &design, std::string &messages) {
+  cubenet::FileStatus status;
+  if (cubenet::write_constraints(path, design) == 0 && cubenet::find_file(path, status)) return true;
+  messages += path + ": can't be written\n";
+  return false;
+}
+
 bool check_table(TruthTable &table) {
   table.messages.clear(); // what is said of a legal design is of no interest
   return during("checking the rules", [&] { return check_design(*table.design, table.cubes, table.messages); });
@@ -147,7 +155,7 @@ bool write_translation(TruthTable &table, const std::string &stem, const std::st
   const CaughtConsole console(table.messages);
   cubenet::Design *const design = table.design.get();
   return cubenet::write_ddf(table.cubes, stem + ".ddf", design) == 0 &&
-         cubenet::write_constraints(stem + ".tvx", *design) == 0 &&
+         write_whole_constraints(stem + ".tvx", *design, table.messages) &&
          cubenet::write_nxf(table.cubes, stem + ".nxf", stem + ".par", response, design) == 0;
 }
 

@@ -155,7 +155,7 @@ TEST(Command, LeavesNoPartOfAnOutput) {
 TEST(Command, TakesNoAnswerFromAFileThatChanges) {
   const cubenet::WorkingDir directory;
   cubenet::write_file("c.tt2", cubenet::read_file(PROJECT_DIR "/examples/counter/counter.tt2"));
-  ASSERT_EQ(std::system(CUBENET_PROGRAM " -b c >/dev/null && mv c.tvx tvx && mkfifo c.tvx"), 0);
+  ASSERT_EQ(std::system(CUBENET_PROGRAM " -b c >/dev/null && rm c.tt2 && mv c.tvx tvx && mkfifo c.tvx"), 0);
   std::string nxf = cubenet::read_file("c.nxf");
   nxf.insert(nxf.find("Two-bit"), std::size_t{1} << 20, 'd'); // only large files are mapped
   struct Change {
