@@ -254,6 +254,7 @@ def compare_shape(bench: Bench, shape: str, form: str) -> None:
         same.failed = "other bytes in " + ", ".join(wrong)
     print_rows(f"{shape}, {form}", bench, rows, source)
     judge_shape(bench, shape, form, mine, [probe, same, copy])
+    os.remove(os.path.join(mine.folder, "bench.tt2"))  # or it would be translated again
     check = make_row(bench, shape, "check", [bench.kit, "check", os.path.join(mine.folder, "bench")])
     copy = copy_row(bench, shape, "copy-check", "same", size)
     run_rounds([check, copy], bench, bench.rounds)

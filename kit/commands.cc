@@ -24,7 +24,7 @@ namespace {
 constexpr auto kCommands = std::to_array<Command>({
     {"import",   "write a PLA, a BLIF netlist or a Verilog module as a truth table",         setup_import},
     {"minimize", "write DESIGN.tt2 with fewer terms that say the same",                      setup_minimize},
-    {"check",    "read DESIGN.nxf, .ddf and .tvx back and judge their form and consistency", setup_check},
+    {"check",    "read DESIGN.nxf, .ddf, .tvx and .par back and judge form and consistency",  setup_check},
     {"prove",    "prove that DESIGN.nxf computes what the truth table DESIGN.tt2 says",      setup_prove},
     {"graph",    "draw DESIGN.nxf for Graphviz, or as SVG",                                  setup_graph},
     {"export",   "write DESIGN.nxf as BLIF, Verilog or JSON",                                setup_export},

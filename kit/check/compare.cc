@@ -13,13 +13,14 @@ namespace {
 
 struct Comparison {
   const Netlist &netlist;
-  const DdfNetlist &ddf;
+  DdfReading &reading;
   std::vector<Finding> &findings;
   bool guarded_first; // a name that could have stayed or been guarded is taken to have been guarded
   bool stripped_known = false;
   NameIndex stripped_nets{}, stripped_symbols{}; // "_PLA<n>_" taken off
   std::vector<std::uint8_t> symbol_listed{}, net_listed{};
   std::vector<bool> pin_named{};
+  std::vector<std::uint32_t> external_pins{};                   // per net: the one that it meets; kNone
   std::vector<std::uint32_t> listed_pins{};                     // of a net: pins of listed symbols
   std::vector<std::pair<NetIndex, const DdfNet *>> open_nets{}; // whose lines don't name all such pins
 };
@@ -85,28 +86,49 @@ NetIndex find_listed_net(Comparison &comparison, std::string_view net) {
   return find_in_netlist(comparison, comparison.stripped_nets, find_net, net);
 }
 
+// Whether a name of the ddf may have become that one: it may have been guarded, numbered, or both.
+bool may_become(std::string_view name, std::string_view renamed) {
+  for (const std::string_view each : {renamed, strip(renamed)})
+    for (const std::string_view guard : {"", "_RES", "_RES_"})
+      if (each.starts_with(guard) && each.substr(guard.size()) == name) return true;
+  return false;
+}
+
 void compare_ports(Comparison &comparison, const char *label, Direction direction,
                    const std::vector<std::string_view> &ports) {
-  const Netlist &netlist = comparison.netlist;
   std::size_t next = 0;
-  const auto find = [&](std::string_view name, bool stripped) {
-    return stripped ? kNone : find_name(netlist.external_by_pin, name);
-  };
-  for (std::uint32_t i = 0; i < netlist.external_pins.size(); i++) {
-    if (netlist.external_pins[i].direction != direction) continue;
-    if (next >= ports.size() ||
-        (find_renamed(find, ports[next], comparison.guarded_first) != i && strip(netlist.external_pins[i].pin).empty()))
-      return report(comparison, 0, std::string(label) + " lack pin " + quoted(netlist.external_pins[i].pin));
+  for (const ExternalPin &pin : comparison.netlist.external_pins) {
+    if (pin.direction != direction) continue;
+    if (next >= ports.size() || !may_become(ports[next], pin.pin))
+      return report(comparison, 0, std::string(label) + " lack pin " + quoted(pin.pin));
     next++;
     if (direction == Direction::BIDI) break; // the list holds one
   }
   if (next < ports.size()) report(comparison, 0, std::string(label) + " list " + quoted(ports[next]) + " too much");
 }
 
+// A register whose data come through an inverter of its own has a line for that pin.
+bool has_data_line(const Netlist &netlist, SymbolIndex index) {
+  const Symbol &symbol = netlist.symbols[index];
+  const NetIndex data = net_at(netlist, index, "D0");
+  if (primitive_of(symbol).function != Function::FLIP_FLOP || data == kNone) return false;
+  return netlist.nets[data].name == std::string(symbol.instance) + "_BD";
+}
+
+void compare_marks(Comparison &comparison, const DdfSymbol &symbol, SymbolIndex found) {
+  const bool protect = comparison.netlist.symbols[found].protect && !symbol.unended;
+  if (symbol.protect != protect)
+    report(comparison, symbol.line,
+           quoted(symbol.instance) + (protect ? " is protected in the .nxf" : " is not protected in the .nxf"));
+  const std::string data = has_data_line(comparison.netlist, found) ? std::string(symbol.instance) + "_BD" : "";
+  if (symbol.data_net != data)
+    report(comparison, symbol.line, quoted(symbol.instance) + " has another pin line below it in the .nxf");
+}
+
 void compare_symbols(Comparison &comparison) {
   const Netlist &netlist = comparison.netlist;
-  SymbolIndex first_listed = kNone;
-  for (const DdfSymbol &symbol : comparison.ddf.symbols) {
+  SymbolIndex &first_listed = comparison.reading.first_listed;
+  for (const DdfSymbol &symbol : comparison.reading.netlist.symbols) {
     const SymbolIndex found = find_listed(comparison, symbol.instance);
     if (found == kNone) {
       report(comparison, symbol.line, "the .nxf has no symbol " + quoted(symbol.instance));
@@ -115,6 +137,7 @@ void compare_symbols(Comparison &comparison) {
     if (netlist.symbols[found].primitive_text != symbol.primitive)
       report(comparison, symbol.line,
              quoted(symbol.instance) + " is " + shortened(netlist.symbols[found].primitive_text) + " in the .nxf");
+    compare_marks(comparison, symbol, found);
     if (std::exchange(comparison.symbol_listed[found], 1) != 0)
       report(comparison, symbol.line, quoted(symbol.instance) + " is listed twice");
     first_listed = std::min(first_listed, found);
@@ -155,6 +178,15 @@ EndPoint find_end(Comparison &comparison, std::string_view item) {
   return {symbol, find_pin(comparison.netlist, symbol, item.substr(dot + 1))};
 }
 
+// How the ddf calls the device pin on the net: like the net, but for what the .nxf puts behind the pin's name.
+std::string_view device_pin(const Comparison &comparison, NetIndex index, std::string_view net) {
+  const std::uint32_t pin = comparison.external_pins[index];
+  const std::string_view name = comparison.netlist.nets[index].name;
+  if (pin == kNone || !name.starts_with(comparison.netlist.external_pins[pin].pin)) return {};
+  const std::string_view suffix = name.substr(comparison.netlist.external_pins[pin].pin.size());
+  return net.ends_with(suffix) ? net.substr(0, net.size() - suffix.size()) : std::string_view{};
+}
+
 // The port first, then the source, then the destinations, in any order: it is that of the ddf's own symbols.
 void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
   const Netlist &netlist = comparison.netlist;
@@ -167,16 +199,20 @@ void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
   const Net &net = netlist.nets[index];
   std::uint32_t at = ddf_net.first_item;
   const std::uint32_t end = ddf_net.first_item + ddf_net.item_count;
-  if (comparison.ddf.items[at].starts_with('.') != net.external)
+  if (comparison.reading.netlist.items[at].starts_with('.') != net.external)
     return fault("should meet a device pin, or should not");
-  if (net.external) at++;
-  if (net.has_source && (at == end || find_end(comparison, comparison.ddf.items[at]).pin != net.source.pin))
+  if (net.external) {
+    const std::string_view item = comparison.reading.netlist.items[at++];
+    if (item.substr(1) != device_pin(comparison, index, ddf_net.name))
+      fault("names device pin " + quoted(item) + ", other than in the .nxf");
+  }
+  if (net.has_source && (at == end || find_end(comparison, comparison.reading.netlist.items[at]).pin != net.source.pin))
     return fault("has another source in the .nxf");
   std::uint32_t open = comparison.listed_pins[index] - (is_listed(comparison, net.source) ? 1 : 0);
   for (; at < end; at++) {
-    const EndPoint point = find_end(comparison, comparison.ddf.items[at]);
+    const EndPoint point = find_end(comparison, comparison.reading.netlist.items[at]);
     if (point.pin == kNone || netlist.pins[point.pin].net != index || comparison.pin_named[point.pin]) {
-      fault("names " + quoted(comparison.ddf.items[at]) + ", other than in the .nxf");
+      fault("names " + quoted(comparison.reading.netlist.items[at]) + ", other than in the .nxf");
       continue;
     }
     comparison.pin_named[point.pin] = true;
@@ -214,16 +250,28 @@ void find_missing_nets(Comparison &comparison) {
   }
 }
 
-std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, bool guarded_first) {
+void compare_cells(Comparison &comparison) {
+  const std::string_view cell = comparison.reading.netlist.cell, design = comparison.netlist.design;
+  if (cell != design && !(cell.empty() && design == "design_name"))
+    report(comparison, 1, "the cell is " + quoted(cell) + ", the design of the .nxf " + quoted(design));
+}
+
+std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, bool guarded_first,
+                             DdfReading &reading) {
   std::vector<Finding> findings;
-  DdfNetlist ddf;
-  Comparison comparison{netlist, ddf, findings, guarded_first};
+  reading = {};
+  Comparison comparison{netlist, reading, findings, guarded_first};
   const auto is_instance = [&](std::string_view name) { return find_listed(comparison, name) != kNone; };
   Finding error;
+  DdfNetlist &ddf = reading.netlist;
   if (!parse_ddf(ddf_text, is_instance, ddf, error)) return {error};
   comparison.symbol_listed.resize(netlist.symbols.size());
   comparison.net_listed.resize(netlist.nets.size());
   comparison.pin_named.resize(netlist.pins.size());
+  comparison.external_pins.resize(netlist.nets.size(), kNone);
+  for (std::uint32_t i = 0; i < netlist.external_pins.size(); i++)
+    if (const NetIndex net = netlist.external_pins[i].net; net != kNone) comparison.external_pins[net] = i;
+  compare_cells(comparison);
   compare_ports(comparison, "OUTPUTS", Direction::OUT, ddf.outputs);
   compare_ports(comparison, "INPUTS", Direction::IN, ddf.inputs);
   compare_ports(comparison, "INOUTS", Direction::BIDI, ddf.inouts);
@@ -240,11 +288,14 @@ std::vector<Finding> compare(const Netlist &netlist, std::string_view ddf_text, 
 
 } // namespace
 
-std::vector<Finding> compare_netlists(const Netlist &netlist, std::string_view ddf_text) {
-  std::vector<Finding> findings = compare(netlist, ddf_text, false);
+std::vector<Finding> compare_netlists(const Netlist &netlist, std::string_view ddf_text, DdfReading &reading) {
+  std::vector<Finding> findings = compare(netlist, ddf_text, false, reading);
   if (findings.empty()) return findings;
-  std::vector<Finding> others = compare(netlist, ddf_text, true);
-  return others.size() < findings.size() ? others : findings;
+  DdfReading other;
+  std::vector<Finding> others = compare(netlist, ddf_text, true, other);
+  if (others.size() >= findings.size()) return findings;
+  reading = std::move(other);
+  return others;
 }
 
 } // namespace cubekit

@@ -105,23 +105,28 @@ bool take_unended(DdfParser &parser, std::string_view &instance) {
   return fail(parser, "the line must hold the name of a latch and what follows it");
 }
 
+// "\tPIN D0 IN net;" below a register.
+bool take_data_pin(DdfParser &parser, std::vector<DdfSymbol> &symbols) {
+  if (symbols.empty() || !symbols.back().data_net.empty()) return fail(parser, "a pin line must follow a register");
+  return take(parser, ";\n", symbols.back().data_net);
+}
+
 bool take_symbol(DdfParser &parser) {
   DdfSymbol symbol;
   symbol.line = parser.line;
+  if (skip(parser, "\tPIN D0 IN ")) return take_data_pin(parser, parser.netlist.symbols);
   if (skip(parser, "SYM XBIDI1 ")) {
     symbol.primitive = "XBIDI1";
     if (!take(parser, ";\n", symbol.instance)) return false;
-  } else if (skip(parser, "\tPIN D0 IN ")) { // of the register before
-    std::string_view net;
-    return take(parser, ";\n", net);
   } else {
     if (!take(parser, ": ", symbol.primitive)) return false;
-    const bool unended = symbol.primitive == "XDL2" || symbol.primitive == "XDL3" || symbol.primitive == "XDL4";
-    if (unended ? !take_unended(parser, symbol.instance)
-                : !take(parser, symbol.primitive == "ZDOT" ? "\n" : ";\n", symbol.instance))
+    symbol.unended = symbol.primitive == "XDL2" || symbol.primitive == "XDL3" || symbol.primitive == "XDL4";
+    if (symbol.unended ? !take_unended(parser, symbol.instance)
+                       : !take(parser, symbol.primitive == "ZDOT" ? "\n" : ";\n", symbol.instance))
       return false;
     constexpr std::string_view kProtect = " PROTECT";
-    if (symbol.instance.ends_with(kProtect)) symbol.instance.remove_suffix(kProtect.size());
+    symbol.protect = symbol.instance.ends_with(kProtect);
+    if (symbol.protect) symbol.instance.remove_suffix(kProtect.size());
   }
   parser.netlist.symbols.push_back(symbol);
   return true;

@@ -12,6 +12,9 @@ namespace cubekit {
 
 struct DdfSymbol {
   std::string_view primitive, instance;
+  bool protect = false;
+  bool unended = false;           // the form has no place for a mark
+  std::string_view data_net = {}; // of the pin line below it; empty: there is none
   std::size_t line = 0;
 };
 

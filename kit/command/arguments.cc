@@ -9,8 +9,13 @@ void declare_design(CLI::App &command, DesignArguments &arguments) {
       ->required();
 }
 
+void declare_truth_table(CLI::App &command, DesignArguments &arguments, std::string_view use) {
+  command.add_option("-i,--tt2", arguments.truth_table,
+                     "the truth table, where it is not DESIGN.tt2" + std::string(use));
+}
+
 void declare_table(CLI::App &command, DesignArguments &arguments) {
-  command.add_option("-i,--tt2", arguments.truth_table, "the truth table, where it is not DESIGN.tt2");
+  declare_truth_table(command, arguments);
   command.add_flag("-C,--case", arguments.case_sensitive, "tell upper from lower case, as the translation did");
 }
 

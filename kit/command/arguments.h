@@ -21,7 +21,9 @@ struct DesignArguments {
 
 // DESIGN
 void declare_design(CLI::App &command, DesignArguments &arguments);
-// -i and -C: how DESIGN.tt2 is read
+// -i; `use` ends the help.
+void declare_truth_table(CLI::App &command, DesignArguments &arguments, std::string_view use = "");
+// The same and -C: how the table is read
 void declare_table(CLI::App &command, DesignArguments &arguments);
 // -p
 void declare_part(CLI::App &command, DesignArguments &arguments);

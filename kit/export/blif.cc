@@ -66,8 +66,12 @@ std::string driven_name(const Writer &writer, NetIndex net) {
 void write_ports(Writer &writer) {
   std::ostream &stream = writer.stream;
   stream << ".inputs";
+  const auto put_input = [&](NetIndex net) {
+    if (is_input(writer, net)) stream << " \\\n  " << writer.names.nets[net];
+  };
+  for (const ExternalPin &pin : writer.netlist.external_pins) put_input(pin.net);
   for (NetIndex i = 0; i < writer.netlist.nets.size(); i++)
-    if (is_input(writer, i)) stream << " \\\n  " << writer.names.nets[i];
+    if (!writer.netlist.nets[i].external) put_input(i);
   stream << "\n.outputs";
   for (std::size_t i = 0; i < writer.names.pins.size(); i++)
     if (is_output(writer, writer.netlist.external_pins[i])) stream << " \\\n  " << writer.names.pins[i];

@@ -3,8 +3,10 @@
 #include "kit/check/check.h"
 
 #include <CLI/CLI.hpp>
+#include <filesystem>
 #include <iostream>
 #include <memory>
+#include <sstream>
 
 #include "kit/command/arguments.h"
 #include "kit/command/command.h"
@@ -26,9 +28,25 @@ void write_verilog_parts(std::ostream &stream, const Netlist &netlist, const std
   if (library != "without") write_library(stream, netlist);
 }
 
+// Adds the pins of the table that nothing uses. Returns kYes, or kMisuse with the reason on standard error.
+int add_pins_of_table(const std::string &path, std::vector<DeclaredPin> &pins, Netlist &netlist) {
+  std::ostringstream messages;
+  for (const bool case_sensitive : {false, true}) { // the netlist doesn't tell
+    const TableSource source{path, "", std::string(netlist.part), case_sensitive};
+    if (load_pins(source, pins, messages) == kYes && add_unused_pins(pins, netlist)) return kYes;
+  }
+  std::cerr << path << ": is not the truth table of this netlist\n";
+  return kMisuse;
+}
+
 int run_export(const Arguments &arguments) {
   Netlist netlist;
   if (!load_design(arguments.design, netlist, std::cerr)) return kMisuse;
+  std::vector<DeclaredPin> pins;
+  const std::string table = table_source(arguments).path;
+  const bool is_given = !arguments.truth_table.empty();
+  if (is_given || std::filesystem::exists(table))
+    if (const int status = add_pins_of_table(table, pins, netlist); status != kYes && is_given) return status;
   return write_output(arguments.output, [&](std::ostream &stream) {
     const Stage stage("writing", 0, arguments.output.empty() ? Printing::YES : Printing::NO);
     if (arguments.format == "blif")
@@ -48,6 +66,7 @@ std::function<int()> setup_export(CLI::App &command) {
       ->required()
       ->check(CLI::IsMember({"blif", "verilog", "json"}));
   declare_design(command, *arguments);
+  declare_truth_table(command, *arguments, ": its pins that nothing uses are ports too");
   declare_output(command, *arguments);
   command
       .add_option("--library", arguments->library,

@@ -5,8 +5,10 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "kit/netlist/netlist.h"
+#include "kit/table/read_design.h"
 
 namespace CLI {
 class App;
@@ -16,6 +18,11 @@ namespace cubekit {
 
 // `cubekit export`.
 std::function<int()> setup_export(CLI::App &command);
+
+// Adds an input port, on a net of its own, for each pin that the table declares and the netlist doesn't have, as
+// nothing reads or drives it; each stands where the table declares it. The netlist holds views into the pins. False,
+// with the netlist as it was, when it is not one of that table.
+[[nodiscard]] bool add_unused_pins(const std::vector<DeclaredPin> &declared, Netlist &netlist);
 
 // Combinational logic as it is. Where it ends, at storage, tristates, macros and ZDOT blocks, what leaves them is an
 // input of the model and what enters them is an output INSTANCE.PIN; a loop of gates is cut at one net, which is an

@@ -41,7 +41,7 @@ std::string quoted_path(const std::filesystem::path &path) { return '"' + path.s
 // Yosys writes no empty file.
 bool read_json(const std::filesystem::path &path, std::string &text) {
   Finding ignored;
-  return read_file(path, text, ignored) && !text.empty();
+  return read_temporary(path, text, ignored) && !text.empty();
 }
 
 // Words for Yosys that name the source and what it is.

@@ -58,10 +58,23 @@ void print_values(const VectorReader &reader, const Simulator &simulator) {
   print_columns(reader, driven, shown);
 }
 
+// Tells of each pin the first row that fights with the device over it.
+void tell_contests(const std::string &path, const VectorReader &reader, const Simulator &simulator,
+                   std::vector<bool> &told) {
+  for (const std::uint32_t pin : contested_pins(simulator)) {
+    if (!told[pin])
+      print_finding(std::cerr, path,
+                    {reader.line, "pin " + quoted(reader.netlist.external_pins[pin].pin) +
+                                      " is driven by the device too, to the other value"});
+    told[pin] = true;
+  }
+}
+
 // Returns kNo at a row that does not settle, with the reason in the reader's error; kMisuse at a row that can't be
 // read.
-int step_rows(VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
+int step_rows(const std::string &path, VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
   Stage stage("rows simulated", 0, Printing::YES);
+  std::vector<bool> told(reader.netlist.external_pins.size());
   std::size_t rows = 0;
   while (read_row(reader)) {
     std::string restless;
@@ -70,6 +83,7 @@ int step_rows(VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
       return kNo;
     }
     print_values(reader, simulator);
+    tell_contests(path, reader, simulator, told);
     if (waves != nullptr) write_wave_row(*waves);
     stage.set_done(++rows);
   }
@@ -79,7 +93,7 @@ int step_rows(VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
 int run_rows(const Arguments &arguments, VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
   print_names(reader);
   if (waves != nullptr) write_wave_header(*waves);
-  const int status = step_rows(reader, simulator, waves);
+  const int status = step_rows(arguments.vectors, reader, simulator, waves);
   if (status != kYes) print_finding(std::cerr, arguments.vectors, reader.error);
   return status;
 }

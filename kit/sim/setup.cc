@@ -60,8 +60,12 @@ void add_cell(Simulator &simulator, SymbolIndex index, std::span<const std::uint
     cell.table = static_cast<std::uint32_t>(simulator.tables.size());
     simulator.tables.push_back(make_table(symbol));
   }
-  if (is_pad(symbol)) cell.pin = pins_of_nets[cell.output];
-  simulator.places[index] = {false, static_cast<std::uint32_t>(simulator.cells.size())};
+  const auto place = static_cast<std::uint32_t>(simulator.cells.size());
+  if (is_pad(symbol)) {
+    cell.pin = pins_of_nets[cell.output];
+    simulator.pads.push_back(place);
+  }
+  simulator.places[index] = {false, place};
   simulator.cells.push_back(cell);
 }
 

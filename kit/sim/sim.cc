@@ -104,12 +104,20 @@ Value input_value(const Simulator &simulator, const Cell &cell, std::uint32_t in
   return as_logic(simulator.values[simulator.inputs[cell.first_input + input]]);
 }
 
-// What stands behind a buffer with an enable: its data, what drives from outside, or nobody knows which.
-Value drive(const Simulator &simulator, const Cell &cell) {
-  const Value enable = cell.input_count > 1 ? input_value(simulator, cell, 1) : Value::HIGH;
-  if (enable == Value::HIGH) return input_value(simulator, cell, 0);
-  if (enable != Value::LOW) return Value::UNKNOWN;
+Value enable_value(const Simulator &simulator, const Cell &cell) {
+  return cell.input_count > 1 ? input_value(simulator, cell, 1) : Value::HIGH;
+}
+
+Value outside_value(const Simulator &simulator, const Cell &cell) {
   return cell.pin == kNone ? Value::OPEN : simulator.outside[cell.pin];
+}
+
+// What stands behind a buffer with an enable: its data, what drives from outside, what both agree on, or nobody knows.
+Value drive(const Simulator &simulator, const Cell &cell) {
+  const Value enable = enable_value(simulator, cell), outside = outside_value(simulator, cell);
+  if (enable == Value::LOW) return outside;
+  const Value inside = enable == Value::HIGH ? input_value(simulator, cell, 0) : Value::UNKNOWN;
+  return outside == Value::OPEN || outside == inside ? inside : Value::UNKNOWN;
 }
 
 Value compute(Simulator &simulator, const Cell &cell) {
@@ -220,6 +228,17 @@ std::string name_restless(const Simulator &simulator) {
 }
 
 } // namespace
+
+std::vector<std::uint32_t> contested_pins(const Simulator &simulator) {
+  std::vector<std::uint32_t> pins;
+  for (const std::uint32_t pad : simulator.pads) {
+    const Cell &cell = simulator.cells[pad];
+    if (enable_value(simulator, cell) != Value::HIGH) continue;
+    const Value inside = input_value(simulator, cell, 0), outside = outside_value(simulator, cell);
+    if (inside <= Value::HIGH && outside == invert(inside)) pins.push_back(cell.pin);
+  }
+  return pins;
+}
 
 bool step(Simulator &simulator, std::span<const Value> row, std::string &restless) {
   simulator.current = kNone;

@@ -7,6 +7,7 @@
 //   row
 //     of the clock edge come too late for it. The first row sets levels and makes no edges.
 //   - Clear and set act by level, clear over set. A latch follows while its gate is 1.
+//   - A pin that the device and the row both drive is unknown, unless they agree.
 //   - An unknown clock, gate, enable, clear or set leaves a value known only where both possibilities agree.
 // Loops of gates settle like latches do. What does not settle is reported.
 #pragma once
@@ -64,10 +65,11 @@ struct Storage {
 
 struct Simulator {
   const Netlist &netlist;
-  std::vector<Cell> cells{};       // drivers first, as far as there are no loops
-  std::vector<NetIndex> inputs{};  // of all cells
-  std::vector<Table> tables{};     // of the PLA cells
-  std::vector<Storage> storages{}; // registers and latches
+  std::vector<Cell> cells{};         // drivers first, as far as there are no loops
+  std::vector<std::uint32_t> pads{}; // cells
+  std::vector<NetIndex> inputs{};    // of all cells
+  std::vector<Table> tables{};       // of the PLA cells
+  std::vector<Storage> storages{};   // registers and latches
   struct Place {
     bool storage;
     std::uint32_t index; // kNone: the symbol does nothing that is known here (a macro, a ZDOT)
@@ -87,6 +89,9 @@ Simulator make_simulator(const Netlist &netlist, Value power_up);
 // Applies one row, a value per external pin (of output pins, none is looked at), and lets it settle. False when it does
 // not; `restless` then names some of the nets that keep changing.
 [[nodiscard]] bool step(Simulator &simulator, std::span<const Value> row, std::string &restless);
+
+// External pins that the device and the row drive to opposite values: they are unknown.
+std::vector<std::uint32_t> contested_pins(const Simulator &simulator);
 
 inline Value pin_value(const Simulator &simulator, std::size_t external_pin) {
   return simulator.values[simulator.netlist.external_pins[external_pin].net];

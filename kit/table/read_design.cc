@@ -6,10 +6,13 @@
 #include <cstring>
 #include <ostream>
 
+#include "constraints/constraints.h"
 #include "drc/check_design.h"
 #include "kit/command/command.h"
 #include "kit/util/progress.h"
 #include "model/run_settings.h"
+#include "netlist/map_design.h"
+#include "netlist/writers.h"
 #include "reader/reader.h"
 #include "report/console.h"
 #include "report/messages.h"
@@ -63,19 +66,35 @@ bool read_for_part(const TableSource &source, const std::string &part, TruthTabl
   return table.design != nullptr;
 }
 
+// The writer tells no fault of its file, but leaves none then.
+bool write_whole_constraints(const std::string &path, const cubenet::Design &design, std::string &messages) {
+  cubenet::FileStatus status;
+  if (cubenet::write_constraints(path, design) == 0 && cubenet::find_file(path, status)) return true;
+  messages += path + ": can't be written\n";
+  return false;
+}
+
+bool check_table(TruthTable &table) {
+  table.messages.clear(); // what is said of a legal design is of no interest
+  return during("checking the rules", [&] { return check_design(*table.design, table.cubes, table.messages); });
+}
+
 } // namespace
 
-bool is_part(const std::string &name) {
-  if (name.find_first_of(" \t,\r\n") != std::string::npos) return false;
-  std::string text = "#$ PROPERTY corvane PART " + name + "\n#$ PINS 1 a\n.i 1\n.o 1\n.ilb a\n.ob a\n1 1\n.end\n",
-              messages;
-  const CaughtConsole console(messages);
-  std::FILE *file = ::fmemopen(text.data(), text.size(), "rb");
-  if (file == nullptr) return false;
+std::unique_ptr<cubenet::Design> read_statements(const std::string &statements, const std::string &part) {
+  std::string messages;
   cubenet::CubeTable cubes;
-  const bool is_read = cubenet::read_tt2(file, "part", cubes) != nullptr;
-  std::fclose(file);
-  return is_read;
+  cubenet::reset_run_settings();
+  choose_part(part);
+  const std::string table = statements + "#$ PINS 1 a\n.i 1\n.o 1\n.ilb a\n.ob a\n1 1\n.end\n";
+  auto design = read_design_text(table, "statements", false, cubes, messages);
+  cubenet::reset_run_settings();
+  return design;
+}
+
+bool is_part(const std::string &name) {
+  return name.find_first_of(" \t,\r\n") == std::string::npos &&
+         read_statements("#$ PROPERTY corvane PART " + name + '\n', "") != nullptr;
 }
 
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
@@ -104,13 +123,36 @@ bool read_table(const TableSource &source, TruthTable &table) {
 
 int load_table(const TableSource &source, TruthTable &table, std::ostream &errors) {
   int status = read_table(source, table) ? kYes : kMisuse;
-  if (status == kYes) {
-    table.messages.clear(); // what is said of a legal design is of no interest
-    const auto check = [&] { return check_design(*table.design, table.cubes, table.messages); };
-    if (!during("checking the rules", check)) status = kNo;
-  }
+  if (status == kYes && !check_table(table)) status = kNo;
   if (status != kYes) errors << table.messages;
   return status;
+}
+
+int load_pins(const TableSource &source, std::vector<DeclaredPin> &pins, std::ostream &errors) {
+  TruthTable table;
+  int status = read_table(source, table) ? kYes : kMisuse;
+  if (status == kYes) {
+    pins.clear(); // the check takes the names of unused ones away
+    for (const std::string &name : table.design->pin_names) pins.push_back({name, false});
+    if (!check_table(table)) status = kNo;
+  }
+  if (status != kYes) {
+    errors << table.messages;
+    return status;
+  }
+  const CaughtConsole console(table.messages);
+  const cubenet::MappedDesign mapped = cubenet::map_design(*table.design, table.cubes, cubenet::XorPlace::WITH_SIGNAL);
+  for (const cubenet::ExternalPin &pin : mapped.netlist.external_pins)
+    pins[static_cast<std::size_t>(pin.pin)].is_used = true;
+  return kYes;
+}
+
+bool write_translation(TruthTable &table, const std::string &stem, const std::string &response) {
+  const CaughtConsole console(table.messages);
+  cubenet::Design *const design = table.design.get();
+  return cubenet::write_ddf(table.cubes, stem + ".ddf", design) == 0 &&
+         write_whole_constraints(stem + ".tvx", *design, table.messages) &&
+         cubenet::write_nxf(table.cubes, stem + ".nxf", stem + ".par", response, design) == 0;
 }
 
 } // namespace cubekit

@@ -1,18 +1,16 @@
-// The truth table of a design, read by the translator's own reader, and judged by its checker.
+// The truth table of a design, read by the translator's own reader, judged by its checker and written by its writers.
 #pragma once
 
 #include <iosfwd>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "model/cube_table.h"
 #include "model/design.h"
 
 namespace cubekit {
-
-// Whether a table may name that part.
-[[nodiscard]] bool is_part(const std::string &name);
 
 // Reads a truth table. nullptr when that fails. `messages` becomes what there is to say of it.
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
@@ -21,6 +19,12 @@ std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_
 // The same of a text in memory that is called `name`.
 std::unique_ptr<cubenet::Design> read_design_text(std::string_view text, const std::string &name, bool case_sensitive,
                                                   cubenet::CubeTable &cubes, std::string &messages);
+
+// A table of one pin with these statements, for the part of a command line (empty: none). nullptr: they can't be read.
+std::unique_ptr<cubenet::Design> read_statements(const std::string &statements, const std::string &part);
+
+// Whether a table may name that part.
+[[nodiscard]] bool is_part(const std::string &name);
 
 // Whether the design breaks no rule. What the checker has to say is added to `messages`.
 [[nodiscard]] bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std::string &messages);
@@ -45,5 +49,18 @@ struct TruthTable {
 // The same, and checks the design. Returns kYes, or with the messages on `errors` kMisuse for a table that can't be
 // read and kNo for a design that breaks a rule.
 [[nodiscard]] int load_table(const TableSource &source, TruthTable &table, std::ostream &errors);
+
+// The pins that a table declares, in its order.
+struct DeclaredPin {
+  std::string name;
+  bool is_used; // a netlist of the table has it
+};
+
+// Returns kYes, or as load_table.
+[[nodiscard]] int load_pins(const TableSource &source, std::vector<DeclaredPin> &pins, std::ostream &errors);
+
+// Writes STEM.ddf, .tvx, .nxf and, where there is something for it, .par of a design that was checked, by the run
+// settings. False when a file can't be written; `messages` of the table has the reason.
+[[nodiscard]] bool write_translation(TruthTable &table, const std::string &stem, const std::string &response);
 
 } // namespace cubekit

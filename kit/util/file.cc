@@ -23,15 +23,25 @@ bool read_all(int descriptor, std::string &text) {
   return got == 0;
 }
 
-bool read_file(const std::string &path, std::string &text, Finding &error) {
+namespace {
+
+bool read(const std::string &path, bool is_ours, std::string &text, Finding &error) {
   text.clear();
   const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  if (cubenet::FileStatus status; descriptor >= 0 && cubenet::file_status(descriptor, status))
+  if (cubenet::FileStatus status; !is_ours && descriptor >= 0 && cubenet::file_status(descriptor, status))
     cubenet::protect_from_output(status);
   const bool done = descriptor >= 0 && read_all(descriptor, text);
   if (!done) error = {0, std::strerror(errno)};
   if (descriptor >= 0) ::close(descriptor);
   return done;
+}
+
+} // namespace
+
+bool read_file(const std::string &path, std::string &text, Finding &error) { return read(path, false, text, error); }
+
+bool read_temporary(const std::string &path, std::string &text, Finding &error) {
+  return read(path, true, text, error);
 }
 
 } // namespace cubekit

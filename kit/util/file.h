@@ -14,4 +14,7 @@ namespace cubekit {
 // with the reason in `error`.
 [[nodiscard]] bool read_file(const std::string &path, std::string &text, Finding &error);
 
+// The same of a temporary file of ours. Once it is removed, an output may be made in its place on the disk.
+[[nodiscard]] bool read_temporary(const std::string &path, std::string &text, Finding &error);
+
 } // namespace cubekit

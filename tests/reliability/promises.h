@@ -5,13 +5,13 @@
 #include <fstream>
 #include <iterator>
 #include <set>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "frame/run.h"
 #include "kit/check/check.h"
-#include "kit/netlist/nxf_parser.h"
 #include "model/names.h"
 #include "report/console.h"
 #include "support/arguments.h"
@@ -31,12 +31,6 @@ struct PromiseConsole final : HostConsole {
 inline std::string content_of(const std::string &path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
-}
-
-inline std::string listed(const char *what, const std::vector<cubekit::Finding> &findings) {
-  std::string text;
-  for (const cubekit::Finding &each : findings) text += what + std::to_string(each.line) + ": " + each.text + "\n";
-  return text;
 }
 
 // Whether all lines of the log stand in the console text, in order; a few lines go to the console alone.
@@ -86,19 +80,15 @@ inline bool has_doubtful_macros(std::string_view design) {
   return false;
 }
 
-// Both netlists and the constraints are whole, well formed and tell the same; else what is wrong.
+// All outputs are whole, well formed and tell the same; else what is wrong.
 inline std::string broken_output() {
   for (const char *name : {"d.ddf", "d.tvx", "d.nxf"})
     if (!std::filesystem::exists(name)) return std::string(name) + " is missing\n";
   if (std::filesystem::exists("d.par") && !content_of("d.par").ends_with("END\n")) return "d.par is cut off\n";
   if (has_doubtful_macros(content_of("d.tt2"))) return {};
-  const std::string nxf = content_of("d.nxf");
-  cubekit::Netlist netlist;
-  cubekit::Finding error;
-  if (!cubekit::parse_nxf(nxf, netlist, error)) return listed("d.nxf:", {error});
-  return listed("d.nxf:", cubekit::check_netlist(netlist)) +
-         listed("d.ddf:", cubekit::compare_netlists(netlist, content_of("d.ddf"))) +
-         listed("d.tvx:", cubekit::check_constraints(content_of("d.tvx")));
+  std::ostringstream found;
+  const int status = cubekit::check_files("d", "", found, found);
+  return status == 0 ? "" : found.str();
 }
 
 // Translates d.tt2. Empty when all promises are kept: exit status 0 or 2; success is told exactly with status 0, over

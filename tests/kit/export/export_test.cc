@@ -20,15 +20,15 @@ void write_exports(const TempDir &dir, const Netlist &netlist) {
   write_json(json, netlist);
 }
 
-// A module that applies the rows and prints the output pins after each. Bidirectional pins are driven weakly, as by a
-// bus that gives way.
+// A module that applies the rows and prints the output pins after each. Bidirectional pins may be driven against the
+// device.
 std::string bench(const Netlist &netlist, const std::vector<std::vector<Value>> &rows) {
   std::string declarations, ports, targets, shown, format;
   for (std::size_t i = 0; i < netlist.external_pins.size(); i++) {
     const ExternalPin &pin = netlist.external_pins[i];
     const std::string number = std::to_string(i), port = verilog_identifier(map_name(pin.pin, NameSet::VISIBLE));
     declarations += "  wire w" + number + "; reg r" + number + ";\n";
-    if (pin.direction != Direction::OUT) declarations += "  assign (pull1, pull0) w" + number + " = r" + number + ";\n";
+    if (pin.direction != Direction::OUT) declarations += "  assign w" + number + " = r" + number + ";\n";
     ports += (i == 0 ? "." : ", .") + port + "(w" + number + ")";
     targets += (i == 0 ? "r" : ", r") + number;
     if (pin.direction == Direction::IN) continue;
@@ -261,6 +261,25 @@ TEST(ExportTest, WrongUseAndUnsoundNetlistsAreRefused) {
   ASSERT_TRUE(translate_example(dir, "adder", "-pla"));
   EXPECT_EQ(run_kit("export blif " + dir.file("adder") + " -o /dev/full").status, 2);
   EXPECT_EQ(run_kit("export blif " + dir.file("adder") + " > /dev/full").status, 2);
+}
+
+// The port "GND" of the netlist is the pin "_RES_GND" of another declaration.
+TEST(ExportTest, KeepsPinsThatNothingUsesWhereTheTableIsAtHand) {
+  const TempDir dir;
+  const std::string in = "cd " + dir.path.string() + " && ", kit = in + CUBEKIT_PROGRAM " export ";
+  write_file(dir.file("d.tt2"), "#$ PINS 5 n1 GND n2 y _RES_GND\n.i 1\n.o 1\n.ilb GND\n.ob y\n1 1\n.end\n");
+  ASSERT_EQ(run(in + CUBENET_PROGRAM " -b d").status, 0);
+  const std::string inputs = ".inputs \\\n  n1 \\\n  _RES_GND \\\n  n2\n.outputs \\\n  y\n";
+  EXPECT_NE(run(kit + "blif d").text.find(inputs), std::string::npos) << run(kit + "blif d").text;
+  EXPECT_EQ(run(kit + "verilog --library without d | sed '/);/q'").text,
+            "module design_name (\n  input wire n1,\n  input wire _RES_GND,\n  input wire n2,\n  output wire y\n);\n");
+  EXPECT_EQ(run(kit + "json d | grep -c '\"n[12]\": { \"direction\": \"input\"'").text, "2\n");
+  ASSERT_EQ(run(in + "mv d.tt2 t").status, 0);
+  EXPECT_EQ(run(kit + "blif d | grep -c n1").text, "0\n");
+  EXPECT_EQ(run(kit + "blif -i t d | grep -c n1").text, "1\n");
+  ASSERT_EQ(run(in + "sed 's/GND/gnd/g' t >d.tt2").status, 0);
+  EXPECT_EQ(run(kit + "blif d >out").text, "d.tt2: is not the truth table of this netlist\n");
+  EXPECT_EQ(run(kit + "blif d -i d.tt2 >out").status, 2);
 }
 
 } // namespace

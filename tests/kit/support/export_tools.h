@@ -84,7 +84,7 @@ template <typename Test> void for_each_translation(const std::vector<std::string
 // A netlist around the given lines of its logical section.
 inline std::string nxf_text(const std::string &logic) {
   return "NXF 11.0.5 L;\n\nSECTION HEADER;\n\tDESIGN small 1.0.0;\n\tDESCRIPTION  ;\nEND;\n\nSECTION DEVICE;\n"
-         "\tTECHNOLOGY t;\n\tPART p5;\nEND;\n\nSECTION LOGICAL;\n" +
+         "\tTECHNOLOGY Tarvex;\n\tPART p5;\nEND;\n\nSECTION LOGICAL;\n" +
          logic + "END;\n\nEND;\n\n";
 }
 

@@ -35,6 +35,7 @@ inline void translate(const std::string &text, const std::string &options, Trans
     void print(std::string_view more) override { text += more; }
   } console;
   cubenet::write_file("d.tt2", text);
+  std::remove("d.par"); // of an earlier design
   cubenet::HostConsole *before = cubenet::set_host_console(&console);
   cubenet::Arguments arguments("cubenet -b" + (options.empty() ? "" : " " + options) + " d");
   cubenet::reset_run_settings();
@@ -59,18 +60,10 @@ inline std::string prove_translation(const Translation &translation, const Proof
   return text;
 }
 
-// What the form of the translation's three files leaves to be wished for.
+// What the check finds in the files of the translation.
 inline std::string check_translation() {
-  const std::string tvx = cubenet::read_file("d.tvx");
-  Netlist netlist;
-  Finding error;
-  if (!parse_nxf(cubenet::read_file("d.nxf"), netlist, error)) return error.text + '\n';
   std::ostringstream text;
-  for (const Finding &finding : check_netlist(netlist)) print_finding(text, "d.nxf", finding);
-  for (const Finding &finding : compare_netlists(netlist, cubenet::read_file("d.ddf")))
-    print_finding(text, "d.ddf", finding);
-  for (const Finding &finding : check_constraints(tvx)) print_finding(text, "d.tvx", finding);
-  return text.str();
+  return check_files("d", "", text, text) == 0 ? "" : text.str();
 }
 
 } // namespace cubekit
