@@ -14,7 +14,7 @@ struct InstallationHost {
   void (*message_box)(const char *text, const char *caption);
 };
 
-// The running program's path and the message boxes of the system; printed to the console if it has none.
+// The running program's path and the system's message boxes, printed to the console if it has none.
 InstallationHost system_installation_host();
 
 // Sets QVSROOT to the parent of the program's directory. Returns 1 if it did, 0 if QVSROOT and

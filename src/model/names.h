@@ -42,7 +42,7 @@ enum ExtensionCode : int {
   EXT_UNKNOWN = 62,
 };
 
-// Classifies an extension (exact, upper case; empty is none). Only here CLK counts as C.
+// Classifies an extension (exact, upper case; empty is none). Only this function treats CLK as C.
 ExtensionCode extension_code(std::string_view extension);
 
 // "base.ext", or the base alone; for messages.

@@ -1,5 +1,5 @@
 // Takes the terms, their connections and the netlist around them, prints the nets and symbols of the planes.
-// One pass over the terms each for their gates, their literals, and the printing of nets and symbols.
+// Separate passes over the terms find their gates, locate their literals, and print nets and symbols.
 #include "netlist/gate_planes.h"
 
 #include <algorithm>
