@@ -35,7 +35,7 @@ install_packages() {
 
 # want_packages GROUP...: the same for tests that are skipped without the packages.
 want_packages() {
-  (install_packages "$@") || echo "Tests that need them are skipped." >&2
+  (install_packages "$@") || echo "Tests that need them will be skipped." >&2
 }
 
 # build PRESET TARGET CMAKE_OPTION...: configures build/PRESET and builds the target there.
