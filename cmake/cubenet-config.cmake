@@ -1,17 +1,17 @@
 # Designs as parts of a build. After find_package(cubenet):
 #
 #   cubenet_translate(NAME [DESIGN table.tt2] [OPTIONS option...] [PROVE [SOURCE source]])
-#     Translates the table, NAME.tt2 unless DESIGN says otherwise, into NAME.nxf, NAME.ddf and NAME.tvx in the folder
-#     NAME of the binary directory. OPTIONS are those of cubenet. With PROVE the netlist is proved against its table,
-#     and with SOURCE also against what the table was imported from.
+#     Translates the table, NAME.tt2 by default, into NAME.nxf, NAME.ddf and NAME.tvx in the folder NAME of
+#     the binary directory. OPTIONS are those of cubenet. With PROVE the netlist is proved against its table,
+#     and with SOURCE also against the source that the table was imported from.
 #
 #   cubekit_import(NAME SOURCE source [OPTIONS option...] [DEPENDS file...])
-#     Makes NAME.tt2 of a Verilog, BLIF or PLA file in the binary directory. OPTIONS are those of cubekit import;
-#     DEPENDS names what the source includes.
+#     Makes NAME.tt2 in the binary directory from a Verilog, BLIF or PLA file. OPTIONS are those of cubekit
+#     import; DEPENDS lists the files that the source includes.
 #
-# Each makes a target, NAME and NAME-table, that is part of "all". A run that fails fails the build and shows what it
-# said; one that goes well shows its warnings alone. A parameter file, NAME.par, comes with designs that have parameters:
-# what needs it depends on the target.
+# They make the targets NAME and NAME-table, which are part of "all". A failing run shows its output and fails
+# the build; a successful one shows only its warnings. Designs with parameters also get a file NAME.par; what
+# needs it must depend on the target.
 
 # Run by the build: cmake "-DRUN=program;argument;..." -P this-file
 if(CMAKE_SCRIPT_MODE_FILE)
@@ -35,7 +35,7 @@ if(NOT CUBENET_PROGRAM)
 endif()
 set(_cubenet_script "${CMAKE_CURRENT_LIST_FILE}")
 
-# The command of a custom command that runs a program by this file.
+# The command line of a custom command that runs a program through this file.
 function(_cubenet_run result)
   list(JOIN ARGN "$<SEMICOLON>" run)
   set(${result} "${CMAKE_COMMAND}" "-DRUN=${run}" -P "${_cubenet_script}" PARENT_SCOPE)
@@ -43,7 +43,7 @@ endfunction()
 
 function(_cubenet_absolute result file)
   get_filename_component(path "${file}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_SOURCE_DIR}")
-  # A file that the build makes is looked for where it makes it.
+  # Files made by the build are in the binary directory.
   get_filename_component(made "${file}" ABSOLUTE BASE_DIR "${CMAKE_CURRENT_BINARY_DIR}")
   get_source_file_property(is_made "${made}" GENERATED)
   if(is_made)
@@ -77,7 +77,7 @@ function(cubenet_translate name)
   set(outputs "${folder}/${name}.${netlist}" "${folder}/${name}.ddf" "${folder}/${name}.tvx")
   file(MAKE_DIRECTORY "${folder}")
   _cubenet_run(translate "${CUBENET_PROGRAM}" -b -i "${table}" ${arg_OPTIONS} "${name}")
-  # The log and the parameters of an earlier run go first.
+  # First removes the log and parameters of an earlier run.
   add_custom_command(
     OUTPUT ${outputs}
     BYPRODUCTS "${folder}/cubenet.log"

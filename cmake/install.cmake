@@ -1,4 +1,4 @@
-# Where everything goes on a user's machine, and the packages made of it: scripts/package builds them.
+# Installation paths, and the packages that scripts/package builds.
 include(GNUInstallDirs)
 
 install(TARGETS cubenet RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
@@ -14,7 +14,7 @@ foreach(manual IN LISTS manuals)
   string(REGEX REPLACE ".*\\." "" section ${manual})
   install(FILES docs/man/${manual} DESTINATION ${CMAKE_INSTALL_MANDIR}/man${section})
 endforeach()
-# Debian's packages have a folder of their own.
+# Debian packages get a separate folder.
 if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
   set(zsh_functions vendor-completions)
 else()
@@ -52,7 +52,7 @@ design rules and writes it as netlists of flip-flops, latches, pads and\n\
 sums of products, with constraints for the fitter. Its companion cubekit\n\
 proves netlists against their truth tables, draws, simulates and exports\n\
 them.")
-# What a package of this system must look like: the times of all files are one, manuals and the list of changes packed.
+# Debian's rules for packages: one time for all files, compressed manuals and changelog.
 set(CPACK_PRE_BUILD_SCRIPTS ${CMAKE_SOURCE_DIR}/packaging/finish.cmake)
 set(CPACK_SOURCE_GENERATOR TGZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME cubenet-${PROJECT_VERSION})

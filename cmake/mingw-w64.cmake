@@ -1,4 +1,4 @@
-# What both toolchains of Debian's cross compiler share; the processor is set by the file that includes this.
+# Shared by both toolchains of Debian's cross compiler; the including file sets the processor.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_CXX_COMPILER ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32-g++-win32)
 set(CMAKE_DLLTOOL ${CMAKE_SYSTEM_PROCESSOR}-w64-mingw32-dlltool)

@@ -1,8 +1,9 @@
-# Run by CPack over what was installed, before it is packed.
+# Run by CPack on the installed files, before they are packed.
 if(CPACK_GENERATOR STREQUAL "DEB")
   set(root ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
   file(GLOB manuals ${root}/usr/share/man/man*/*)
-  set(permissions FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ) # whatever those of the sources are
+  # Independent of the sources' permissions.
+  set(permissions FILE_PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
   file(COPY ${CMAKE_CURRENT_LIST_DIR}/changelog DESTINATION ${root}/usr/share/doc/cubenet ${permissions})
   file(COPY ${CMAKE_CURRENT_LIST_DIR}/lintian-overrides DESTINATION ${root}/usr/share/lintian/overrides ${permissions})
   file(RENAME ${root}/usr/share/lintian/overrides/lintian-overrides ${root}/usr/share/lintian/overrides/cubenet)

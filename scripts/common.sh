@@ -3,7 +3,7 @@ set -euo pipefail
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 JOBS=$(nproc)
 
-# Runs a command without a word; shows everything it said when it fails.
+# Runs a command silently; shows all its output if it fails.
 quietly() {
   local said status=0
   said=$(mktemp)
@@ -16,7 +16,7 @@ quietly() {
   return "$status"
 }
 
-# install_packages GROUP...: installs what is missing of these groups; without the right to do so it names them and stops.
+# install_packages GROUP...: installs missing packages of these groups or, if not root, lists them and stops.
 install_packages() {
   command -v dpkg-query >/dev/null || return 0
   local group package missing=()
@@ -33,9 +33,9 @@ install_packages() {
   quietly env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends "${missing[@]}"
 }
 
-# want_packages GROUP...: the same for tests that are skipped without them.
+# want_packages GROUP...: the same for tests that are skipped without the packages.
 want_packages() {
-  (install_packages "$@") || echo "Tests that need them are skipped." >&2
+  (install_packages "$@") || echo "Tests that need them will be skipped." >&2
 }
 
 # build PRESET TARGET CMAKE_OPTION...: configures build/PRESET and builds the target there.
@@ -46,7 +46,7 @@ build() {
   quietly cmake --build "$ROOT/build/$preset" -j "$JOBS" --target "$target"
 }
 
-# run_tests PRESET: the whole suite of a built preset. Only ctest's closing summary is shown when all tests pass.
+# run_tests PRESET: the whole suite of a built preset. If all tests pass, only ctest's summary is shown.
 run_tests() {
   local said status=0
   said=$(mktemp)

@@ -1,4 +1,4 @@
-// The program as the system starts it.
+// The program's entry point.
 #include "frame/run.h"
 #include "util/process.h"
 

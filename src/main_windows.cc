@@ -1,5 +1,5 @@
-// The program as Windows starts it: a process without windows inside a host. The host splits the command line, and all
-// console output goes through it; then the run.
+// The Windows entry point: a process without windows, inside a host that splits the command line and takes
+// all console output.
 #include <algorithm>
 #include <array>
 #include <string>
@@ -20,7 +20,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE, LPSTR, int) {
   int count = 0;
   std::array<char *, kMostArguments> arguments{};
   HostSplitCommandLine(GetCommandLineA(), &count, arguments.data());
-  count = std::clamp(count, 0, kMostArguments); // of more arguments the host had no place to put
+  count = std::clamp(count, 0, kMostArguments); // the host drops further arguments
   char empty[] = "";
   for (char *&argument : arguments)
     if (argument == nullptr) argument = empty;

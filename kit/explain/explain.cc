@@ -1,5 +1,5 @@
-// `cubekit explain`: looks a message up, or writes all of them as a page. The repeats of output-list entries, which
-// have a number per extension, are told alike.
+// `cubekit explain`: looks up a message, or writes all of them as a page. Repeated output-list entries have a
+// number per extension and share one explanation.
 #include "kit/explain/explain.h"
 
 #include <CLI/CLI.hpp>
@@ -38,7 +38,7 @@ std::string format(long number, const std::string &meaning, const std::string &c
   return std::to_string(number) + ": " + meaning + "\n  Why: " + cause + "\n  What to do: " + remedy + '\n';
 }
 
-// Marks that Markdown would take for its own.
+// Escapes the characters that Markdown interprets.
 std::string escape(std::string_view text) {
   std::string escaped;
   for (const char c : text) {
@@ -52,9 +52,9 @@ constexpr const char *kPageHead = R"(# Messages
 
 <!-- Written by `cubekit explain --all`. -->
 
-Each finding of `cubenet` has a number, which stands before `ERROR`, `WARNING` or `SYSTEM ERROR` on the console and in
-`cubenet.log`. Errors end the run with status 2, warnings never do. `cubekit explain NUMBER` shows one entry of this
-page.
+Each finding of `cubenet` has a number, printed before `ERROR`, `WARNING` or `SYSTEM ERROR` on the console and
+in `cubenet.log`. Errors end the run with status 2, warnings never do. `cubekit explain NUMBER` shows one
+entry of this page.
 )";
 
 struct Chapter {
@@ -112,7 +112,7 @@ std::string messages_page() {
 std::function<int()> setup_explain(CLI::App &command) {
   auto number = std::make_shared<long>();
   auto all = std::make_shared<bool>();
-  command.add_option("NUMBER", *number, "the number that stands before ERROR or WARNING");
+  command.add_option("NUMBER", *number, "the number printed before ERROR or WARNING");
   command.add_flag("--all", *all, "write all messages as a Markdown page");
   command.require_option(1);
   return [number, all] {

@@ -1,4 +1,4 @@
-// What the numbered messages of the translator mean, in plain words.
+// Explanations of the translator's numbered messages.
 #pragma once
 
 #include <functional>
@@ -17,7 +17,7 @@ std::function<int()> setup_explain(CLI::App &command);
 struct Explanation {
   int number;
   const char *meaning; // what it says
-  const char *cause;   // why it comes
+  const char *cause;   // why it is reported
   const char *remedy;  // what to do
 };
 
@@ -26,10 +26,10 @@ std::span<const Explanation> reader_explanations();    // files, the reader, att
 std::span<const Explanation> attribute_explanations(); // attributes and device selection
 std::span<const Explanation> checker_explanations();   // the design rules, and the mapping
 
-// The entry as text of a few lines; empty when the number is none that the translator reports.
+// The entry as a few lines of text; empty if the translator never reports that number.
 std::string explain(long number);
 
-// All entries as a Markdown page, a heading for each number.
+// All entries as a Markdown page, one heading per number.
 std::string messages_page();
 
 } // namespace cubekit

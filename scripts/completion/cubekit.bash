@@ -1,5 +1,5 @@
-# bash completion for cubekit; what there is to choose from is asked of cubekit itself.
-_cubekit_choices() { # the first words of the lines below a heading of a help page
+# bash completion for cubekit; the choices come from cubekit itself.
+_cubekit_choices() { # first words of the lines under a heading of a help page
   sed -n "/^$1:/,/^\$/s/^  \([^ ,]*\)\(,\([^ ]*\)\)\?.*/\1 \3/p"
 }
 

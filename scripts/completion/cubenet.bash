@@ -6,7 +6,7 @@ _cubenet() {
     mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     return
     ;;
-  -p | -fext | -and | -or | -V) return ;; # values of the user's own
+  -p | -fext | -and | -or | -V) return ;; # free text
   esac
   if [[ $cur == -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W "-b -v -vb -bv -p -i -fext -pla -and -or -V -C" -- "$cur")

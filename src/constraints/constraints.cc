@@ -1,6 +1,6 @@
-// Writes the constraints file: a fixed sequence of bracketed sections, each a few "key=names;" lists over the pins, the
-// input list or the output list. A section without members leaves nothing, not even its header. The fitter's reader of
-// this file grew with it, so spellings, blanks and blank lines are exactly what it expects, also where they look wrong.
+// Writes the constraints file: a fixed sequence of bracketed sections, each a few "key=names;" lists over the
+// pins, the input list or the output list. A section without members is omitted with its header. Spellings,
+// blanks and blank lines are exactly what the fitter expects, even where they look wrong.
 
 #include "constraints/constraints.h"
 
@@ -21,7 +21,7 @@ bool show_constraints_progress = false;
 
 namespace {
 
-// A section's header stands before its first line.
+// Writes the section's header before its first line.
 struct Section {
   OutputFile &file;
   std::string_view header;
@@ -74,7 +74,7 @@ template <typename Field> void add_outputs(List &list, const Design &design, Fie
   add_entries(list, design.OLB, design.olb_attributes, field);
 }
 
-// Statements of the older family carry their lists ready made: "SLOW=a,b;". A value without '=' names nothing.
+// Statements of the older family contain ready-made lists: "SLOW=a,b;". A value without '=' names nothing.
 void add_values(List &list, const Design &design, std::string_view name, std::string_view setting) {
   for (const auto &[entry, text] : design.name_values) {
     if (entry != name || !text.starts_with(setting)) continue;
@@ -108,13 +108,13 @@ void write_option(Section &section, std::string_view option) {
   if (is_either(key, "SLOWSLEW", "SLEWRATE")) {
     put(file, "SLEWRATE=");
     if (is_either(value, "ON", "FAST")) put(file, "FAST;\n");
-    // "Slow" is the fitter's default and stays without its name. Any other word leaves the line open: the next line of
-    // the file joins it, and the fitter skips both.
+    // "Slow" is the fitter's default and is not named. Any other word leaves the line open: the next line is
+    // joined to it, and the fitter skips both.
     if (is_either(value, "OFF", "SLOW")) put(file, ";\n");
     return;
   }
   const bool is_voltage = equal_ignoring_case(key, "VOLTAGE");
-  if (is_voltage) value = take_word(option); // the level; which kind of pin it is for is not told
+  if (is_voltage) value = take_word(option); // the level; the kind of pin is not written
   put_all(file, is_voltage ? "VOLTAGE" : key, '=', value, ";\n");
 }
 
@@ -141,7 +141,8 @@ void write_global_constraints(OutputFile &file, const Design &design) {
 }
 
 void write_power(OutputFile &file, const Design &design) {
-  // Power marks live in path slots: ELP is low power, ETP high power. No blank line follows this section.
+  // Power marks are stored in path slots: ELP is low power, ETP high power. No blank line follows this
+  // section.
   Section section{file, "[Power]\n"};
   List low{section, "Low = ", ", "};
   add_inputs(low, design, &SignalNames::ELP);
@@ -151,8 +152,8 @@ void write_power(OutputFile &file, const Design &design) {
   end_list(high, ";\n");
 }
 
-// Lists over pins: by an attribute's code, then from the older family's statements. Only the last list of such a
-// section is followed by a blank line; a section that ends with another list runs into the next one.
+// Lists over pins: by an attribute's code, then from the older family's statements. Only the last list of
+// such a section is followed by a blank line; a section that ends with another list runs into the next one.
 struct PinList {
   std::string_view key;
   int code;
@@ -234,7 +235,7 @@ void write_locations(OutputFile &file, const Design &design) {
   if (section.started) put(file, '\n');
 }
 
-// Register type ("GLB", "IOC") by name, of the signals that have one; a pin's type goes before a node's.
+// Register types ("GLB", "IOC") by signal name; a pin's type takes precedence over a node's.
 using RegisterTypes = TextMap<std::string_view, std::string_view>;
 
 void add_types(RegisterTypes &types, const std::vector<std::string> &names, const BitSet &glb, const BitSet &ioc) {
@@ -249,7 +250,8 @@ void write_symbol_attributes(OutputFile &file, const Design &design) {
   Section section{file, "[symbol/MODULE attribute]\n"};
   const auto write_entries = [&](const auto &names, const auto &attributes) {
     for (std::size_t i = 0; i < names.size(); i++) {
-      // The output list is judged by the input list's extensions too: fitter scripts rely on the types that come of it.
+      // The output list also depends on the input list's extensions: fitter scripts rely on the resulting
+      // types.
       const bool is_plain = i >= design.IB_EXT.size() || design.IB_EXT[i].empty();
       const auto type = is_plain ? types.find(names[i]) : types.end();
       const bool is_protected = attributes[i].PROTECT != 0;
@@ -268,7 +270,7 @@ void write_ptsa_bypass(OutputFile &file, const Design &design) {
   Section section{file, "[PTSABYPASS]\n"};
   List list{section, "BYPASS="};
   add_inputs(list, design, &SignalNames::ECP);
-  // Outputs alone stand under the section's old name.
+  // A list of outputs only has the section's old name.
   if (!section.started) section.header = "[4PTs Bypass]\n";
   add_outputs(list, design, &SignalNames::ECP);
   end_list(list, ";\n\n");
@@ -294,7 +296,7 @@ void write_preserve(OutputFile &file, const Design &design) {
   end_list(list, ";\n\n");
 }
 
-// Groups in first-met order, each with its members, gathered in one walk over the lists.
+// Groups in order of first appearance with their members, collected in one walk over the lists.
 struct Group {
   std::string_view name;
   std::vector<std::string_view> members;
@@ -328,7 +330,7 @@ void write_groups(OutputFile &file, const Design &design) {
 
 struct SectionStep {
   const char *progress;
-  void (*write)(OutputFile &file, const Design &design); // nullptr: nothing stands here
+  void (*write)(OutputFile &file, const Design &design); // nullptr: writes nothing
 };
 
 constexpr SectionStep kSteps[] = {
@@ -346,11 +348,11 @@ constexpr SectionStep kSteps[] = {
     {"clk\n", write_clocks},
     {"preserve\n", write_preserve},
     {"keep xor\n", nullptr},
-    {"group assignemnts\n", nullptr}, // named twice, and spelled like this, in the progress logs that exist
+    {"group assignemnts\n", nullptr}, // named twice, and spelled like this, in existing progress logs
     {"group assignemnts\n", write_groups},
 };
 
-// A netlist is worth having without its constraints, but those of an earlier run would pass for them.
+// A netlist is useful without constraints, but those of an earlier run would be mistaken for its own.
 void remove_former(const std::string &file_name) {
   FileStatus status;
   if (find_file(file_name, status) && status.is_regular) remove_file(file_name);

@@ -10,7 +10,7 @@ namespace cubenet {
 // Prints the name of each section to the console before it is written; off in every run.
 extern bool show_constraints_progress;
 
-// Writes the file's sections; a section without members is left out. Always 0: faults of the file are not reported.
+// Writes the file's sections, omitting those without members. Always 0: faults of the file are not reported.
 int write_constraints(const std::string &file_name, const Design &design);
 
 } // namespace cubenet

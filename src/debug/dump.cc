@@ -1,6 +1,7 @@
-// Lists the whole design database, the checker's flag records and the head of the cube table, one labelled value a line
-// under the database's own field names. Comparing two listings is how a change of the database is looked at, so labels,
-// widths and separators stay as they are, uneven ones included. A text that is not set is listed as empty.
+// Lists the whole design database, the checker's flag records and the head of the cube table, one labelled
+// value per line under the database's field names. Changes of the database are examined by comparing two
+// listings, so labels, widths and separators stay as they are, uneven ones included. Texts that are not set
+// are listed as empty.
 
 #include "debug/dump.h"
 
@@ -28,7 +29,7 @@ void put_value(OutputFile &file, std::int64_t value) { put_all(file, Signed{valu
 void put_value(OutputFile &file, std::string_view value) { put(file, value); }
 void put_value(OutputFile &file, const Rare<std::string> &value) { put(file, *value); }
 
-// One line of a label, as it stands, and a value.
+// A line with a label, verbatim, and a value.
 template <typename Value> void put_line(OutputFile &file, std::string_view label, const Value &value) {
   put(file, label);
   put_value(file, value);
@@ -169,7 +170,8 @@ void dump_signals(OutputFile &file, const SignalList &list) {
   }
 }
 
-// The register types are listed by node index, those of the pins too: a pin beyond the node count is not shown.
+// The register types are listed by node index, those of the pins too: a pin beyond the node count is not
+// shown.
 void dump_placement(OutputFile &file, const Design &design) {
   put(file, kSeparator);
   for (std::size_t i = 0; i < design.node_names.size(); i++) {

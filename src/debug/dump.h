@@ -11,7 +11,7 @@ namespace cubenet {
 
 void put_listing(OutputFile &file, const Design &design, const CubeTable &cubes);
 
-// Writes the listing into the named file, in place of what is there. 0, or 2 when the file can't be written whole.
+// Writes the listing to the named file, replacing it. 0, or 2 if the file can't be written whole.
 [[nodiscard]] int dump_design(const std::string &file_name, const Design &design, const CubeTable &cubes);
 
 } // namespace cubenet

@@ -1,7 +1,6 @@
-// Judges the attribute records one by one: the checks that all of them share, then what its family does.
-// What stands is stored on the pin, the node or the list entry that the attribute is for; a record whose work is done
-// is dropped, and so is one that draws a finding. Locations, reservations and what waits for the paths keep their
-// record.
+// Checks the attribute records one by one: the common checks, then those of the attribute's family. Valid
+// attributes are stored with their pin, node or list entry; a record is dropped once it is stored or has a
+// finding. Locations, reservations and path attributes keep their record.
 #include "drc/entry_attributes.h"
 #include "drc/passes.h"
 #include "model/run_settings.h"
@@ -58,7 +57,7 @@ void report_undeclared(const Property &property, const Attribute &row) {
                  shown.c_str(), attribute, shown.c_str(), attribute, shown.c_str());
 }
 
-// An attribute of a pin as a whole. True when a finding was reported.
+// An attribute of a whole pin. True if a finding was reported.
 bool is_misplaced(const AttributeCase &given) {
   const char *attribute = given.attribute_name.c_str();
   const char *shown = given.shown.c_str();
@@ -81,7 +80,7 @@ bool is_misplaced(const AttributeCase &given) {
   return true;
 }
 
-// Where the text names the extension by itself, the signal stands alone.
+// If the text names the extension separately, the signal is given without it.
 bool has_bad_extension(const AttributeCase &given) {
   const char *attribute = given.attribute_name.c_str();
   const char *name = given.name.c_str();

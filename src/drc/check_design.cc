@@ -1,4 +1,4 @@
-// The order of the checks. Every pass runs to its end whatever the passes before it found, so that one run shows all
+// The order of the checks. Every pass is completed whatever the earlier ones found, so that one run shows all
 // findings of a design.
 #include "drc/check_design.h"
 
@@ -23,7 +23,7 @@ int check_design(Design &design, const CubeTable &cubes) {
 
   int failed = check_declarations(design);
 
-  // Every list entry knows its signal, every signal its roles, and unused names are gone after these two.
+  // After these two, every list entry has its signal, every signal its roles, and unused names are gone.
   const TextIndex names = index_signals(design, true);
   failed |= bind_list_entries(design, names);
   failed |= collect_signal_flags(design, names);
@@ -33,7 +33,7 @@ int check_design(Design &design, const CubeTable &cubes) {
   failed |= check_signals(design);
   mark_output_enable_feed(design, cubes);
 
-  // Attributes are judged by what the signals turned out to be.
+  // Attributes are checked against the signals' roles.
   write_numeric_locations(design);
   failed |= check_attributes(design);
   check_paths(design);

@@ -1,5 +1,5 @@
-// The design rule checker: judges a design that has been read, removes its unused pins and nodes, and fills the groups
-// of the database that are marked "checker".
+// The design rule checker: checks a design that has been read, removes its unused pins and nodes, and fills
+// the groups of the database that are marked "checker".
 #pragma once
 
 #include "model/cube_table.h"
@@ -7,7 +7,8 @@
 
 namespace cubenet {
 
-// Runs all passes in order and reports every finding. 0 when no ERROR was reported, else 1; warnings never fail.
+// Runs all passes in order and reports every finding. 0 if no ERROR was reported, otherwise 1; warnings never
+// fail.
 [[nodiscard]] int check_design(Design &design, const CubeTable &cubes);
 
 } // namespace cubenet

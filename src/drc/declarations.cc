@@ -1,5 +1,5 @@
-// Declared names against each other and against the lists: repeated declarations, undeclared signals, the flag records
-// of the signals that are used, and the removal of those that are not.
+// Compares declared names with each other and with the lists: repeated declarations, undeclared signals, flag
+// records of used signals, removal of unused ones.
 #include <array>
 
 #include "drc/list_rules.h"
@@ -27,7 +27,7 @@ constexpr std::array<MacroUseRow, 2> kMacroUses{{
     {DRIVEN_BY_MACRO, F_PIN_MOUT, F_NODE_MOUT},
 }};
 
-// Calls visit(a, b) for a name and each later one that equals it: a over `from`..`to`, b not below `others`.
+// Calls visit(a, b) for each name and each later equal one: a in `from`..`to`, b not below `others`.
 template <typename Visit>
 void for_each_equal_pair(const TextIndex &index, SignalIndex from, SignalIndex to, SignalIndex others, Visit visit) {
   for (SignalIndex a = from; a < to; a++)
@@ -68,7 +68,7 @@ EntryChains chain_entries(const std::vector<SignalIndex> &signals, SignalIndex s
   return chains;
 }
 
-// Where the signals are used. A name that is declared twice is known by its first declaration.
+// Where the signals are used. A name declared twice is represented by its first declaration.
 struct SignalUses {
   EntryChains outputs, inputs;
   std::vector<std::uint8_t> macros; // per signal: MacroUse bits
@@ -185,7 +185,7 @@ int collect_signal_flags(Design &design, const TextIndex &exact_names) {
   return failed;
 }
 
-// "PULLUP on" switches all pull-ups on, unless it is meant for a pin called "on".
+// "PULLUP on" switches all pull-ups on, unless there is a pin called "on".
 void remove_ambiguous_pullup(Design &design) {
   std::string &option = design.header.option[kPullupOption];
   if (option.size() <= kPullupKeyword.size()) return;
@@ -222,7 +222,7 @@ int check_pin_locks(Design &design) {
   locations.reserve(design.xpins.size());
   for (const XPin &xpin : design.xpins) locations.push_back(*xpin.xpin_num);
   const TextIndex index = index_texts(std::move(locations), false);
-  // Of equal locations the first pin keeps its own, so each later one is reported once.
+  // The first pin with a location keeps it, so each later one is reported once.
   for (std::size_t pin = 0; pin < design.xpins.size(); pin++) {
     if (index.first[pin] != static_cast<std::int32_t>(pin)) continue;
     for (std::int32_t at = index.next[pin]; at != kNoPosition; at = index.next[static_cast<std::size_t>(at)]) {

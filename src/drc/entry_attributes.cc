@@ -1,4 +1,5 @@
-// Attributes of list entries: which entry a statement about a signal is for, and what it leaves there.
+// Attributes of list entries: finds the entry that a statement about a signal applies to, and stores the
+// attribute there.
 #include "drc/entry_attributes.h"
 
 #include <array>
@@ -11,7 +12,7 @@ namespace cubenet {
 
 namespace {
 
-// The entry that stands for a signal written without an extension: the first of these that drives it.
+// The entry meant by a signal without an extension: the first of these that drives it.
 constexpr std::array<ExtensionCode, 12> kDataInputs{EXT_NONE, EXT_X1,  EXT_D, EXT_DX1, EXT_REG, EXT_GX1,
                                                     EXT_T,    EXT_TX1, EXT_J, EXT_K,   EXT_S,   EXT_R};
 
@@ -57,7 +58,7 @@ void mark_clock(SignalAttributes &attributes, std::string_view type) {
   if (const ClockType *row = find_clock_type(type)) attributes.*row->mark = 1;
 }
 
-// A group names a whole register input: the pair behind an XOR gate goes by its first half.
+// A group names a whole register input: the pair of an XOR gate is represented by its first half.
 ExtensionCode group_extension(const AttributeCase &given) {
   struct Pair {
     ExtensionCode whole, first_half;
@@ -91,7 +92,7 @@ bool refuse_register_type(const AttributeCase &given, bool to_io_cell) {
   return true;
 }
 
-// A register lies in a logic block or in an I/O cell; the first statement decides.
+// A register is placed in a logic block or an I/O cell; the first statement counts.
 void place_register(const AttributeCase &given, bool to_io_cell) {
   Design &design = given.design;
   const bool pin = is_pin(design, given.signal);
@@ -158,8 +159,8 @@ void bind_path_start(AttributeCase &given) {
   if (given.property.ilb_idx < 0) refuse_unread(given);
 }
 
-// The equation that ends the path, and the entry that reads the signal. Where there is an equation, a reader that leads
-// nowhere is no reason to ignore the attribute.
+// The equation that ends the path, and the entry that reads the signal. If there is an equation, an unused
+// reader doesn't make the attribute invalid.
 void bind_path_end(AttributeCase &given) {
   Property &property = given.property;
   property.ob_idx = find_driven_entry(given);

@@ -10,7 +10,7 @@
 
 namespace cubenet {
 
-// One attribute statement of a declared signal while it is judged.
+// An attribute statement of a declared signal while it is checked.
 struct AttributeCase {
   Design &design;
   const EntryIndex &outputs, &inputs;
@@ -20,7 +20,7 @@ struct AttributeCase {
   SignalIndex signal;
   ExtensionCode extension; // as written
   std::string name;        // of the signal, as declared
-  std::string shown;       // the same with the extension, when it was written with one
+  std::string shown;       // the same with the extension, if written with one
   bool failed = false;     // an ERROR was reported
 };
 
@@ -32,7 +32,7 @@ inline bool has_use(const AttributeCase &given, UseFlag flag) {
 }
 inline bool is_registered(const AttributeCase &given) { return has_use(given, F_FF); }
 
-// An attribute that is ignored, or that has done all it is for.
+// Drops an attribute that is ignored or completely processed.
 inline void drop_attribute(Property &property) {
   property.attr_name = CODE_NONE;
   property.ilb_idx = -1;

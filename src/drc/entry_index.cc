@@ -1,4 +1,4 @@
-// A sorted list, searched by halves.
+// A sorted list with binary search.
 #include "drc/entry_index.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
-// What the product terms drive and read: constant and undriven outputs, inputs that no useful term has a literal of,
-// and the outputs that merely pass tristate nodes on. The rows are walked in place; nothing is kept per term.
+// What the product terms drive and read: constant and undriven outputs, inputs without a literal in a useful
+// term, and outputs that merely pass on tristate nodes. The rows are walked in place; nothing is kept per
+// term.
 #include <algorithm>
 #include <bit>
 
@@ -11,7 +12,7 @@ namespace cubenet {
 
 namespace {
 
-// May hold the bits of the last inputs, too.
+// May also contain the bits of the last inputs.
 constexpr std::size_t first_output_word(const CubeTable &cubes) { return 1 + 2 * cubes.inputs / 32; }
 
 bool has_literal(const CubeTable &cubes, const std::uint32_t *row) {
@@ -29,7 +30,7 @@ void count_terms(FanOut &fan_out, const CubeTable &cubes) {
   }
 }
 
-// Inputs count as read by the terms that drive an output which is neither constant nor empty.
+// Inputs count as read if a term with their literal drives an output that is neither constant nor empty.
 void mark_read_inputs(FanOut &fan_out, const CubeTable &cubes) {
   std::vector<std::uint32_t> live(cubes.words_per_row, 0); // in the layout of a row
   for (std::size_t output = 0; output < cubes.outputs; output++) {
@@ -67,7 +68,7 @@ bool is_tristate_node(const Design &design, SignalIndex signal) {
   return signal != kNoSignal && !is_pin(design, signal) && (signal_flags(design, signal).role_flags & F_OE) != 0;
 }
 
-// The number of inputs when the row has no literal.
+// The number of inputs if the row has no literal.
 std::size_t first_literal(const CubeTable &cubes, const std::uint32_t *row) {
   for (std::size_t w = 0; w < input_words(cubes); w++)
     if (const std::uint32_t found = literal_mask(row[1 + w], input_word_mask(cubes, w)); found != 0)
@@ -79,7 +80,7 @@ std::size_t first_literal(const CubeTable &cubes, const std::uint32_t *row) {
 
 void analyze_fan_out(Design &design, const CubeTable &cubes) {
   FanOut &fan_out = design.fan_out;
-  design.terms = {}; // listed anew from these counts
+  design.terms = {}; // to be listed again from these counts
   fan_out.status.assign(design.OLB.size(), OUTPUT_LOGIC);
   fan_out.cubes.assign(design.OLB.size(), 0);
   fan_out.fans_out.assign(design.ILB.size(), 0);
@@ -90,18 +91,18 @@ void analyze_fan_out(Design &design, const CubeTable &cubes) {
   report_unread_inputs(design);
 }
 
-// An output carries the mark when each of its terms has one literal and any term of the table, also one that drives
-// other outputs or none, has a tristate node for its first literal.
+// An output gets the mark if each of its terms has one literal and any term of the table, even one that
+// drives other outputs or none, has a tristate node as its first literal.
 void mark_output_enable_feed(Design &design, const CubeTable &cubes) {
   FanOut &fan_out = design.fan_out;
   fan_out.oe_feed.assign(design.OLB.size(), 0);
-  std::vector<std::uint8_t> is_tristate(design.ILB.size() + 1, 0); // the last one stands for "no literal"
+  std::vector<std::uint8_t> is_tristate(design.ILB.size() + 1, 0); // the last one means "no literal"
   for (std::size_t input = 0; input < design.ILB.size(); input++)
     is_tristate[input] = is_tristate_node(design, design.ilb_signals[input]);
   if (std::find(is_tristate.begin(), is_tristate.end(), 1) == is_tristate.end()) return;
 
   bool is_fed = false;
-  std::vector<std::uint8_t> is_gate(design.OLB.size(), 0); // some term of the output has more than one literal
+  std::vector<std::uint8_t> is_gate(design.OLB.size(), 0); // a term of the output has more than one literal
   for (std::size_t i = 0; i < cubes.NUM_CUBES; i++) {
     const std::uint32_t *row = cube(cubes, i);
     is_fed = is_fed || is_tristate[first_literal(cubes, row)] != 0;

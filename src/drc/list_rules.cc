@@ -1,5 +1,5 @@
-// Which dot extensions are legal on which side of an equation, and the flag that each one sets. An entry draws at most
-// one message. CLK is not among the extensions here: on the lists only C names the clock.
+// The dot extensions that are legal on each side of an equation, and the flag that each sets. An entry causes
+// at most one message. CLK is not an extension here: on the lists only C is the clock.
 #include "drc/list_rules.h"
 
 #include <algorithm>
@@ -13,12 +13,12 @@ namespace cubenet {
 
 namespace {
 
-// Either a flag is set (a second entry is a repeat), or the extension is legal on the other side alone.
+// Either a flag is set (a second entry is a repeat), or the extension is legal only on the other side.
 struct EntryRow {
   std::string_view extension;
   std::uint32_t role_flag, use_flag; // both 0: rejected
   int number;                        // of the repeat, or of the rejection
-  const char *legal_as;              // rejected: what the extension is for
+  const char *legal_as;              // rejected: the purpose of the extension
 };
 
 struct Side {
@@ -39,7 +39,7 @@ constexpr const char *kReset = "register reset";
 constexpr const char *kPreset = "register preset";
 constexpr const char *kXor = "input to XOR gate";
 
-// Each repeat has a number of its own; tools downstream tell the repeats apart by it.
+// Each repeat has its own number; downstream tools distinguish the repeats by it.
 // clang-format off
 constexpr std::array<EntryRow, 30> kOutputRows{{
     // extension role  use number    legal as
@@ -114,7 +114,7 @@ constexpr std::array<EntryRow, 30> kInputRows{{
 constexpr Side kOutputSide{kOutputRows, "output", "left", "right", F_OB};
 constexpr Side kInputSide{kInputRows, "input", "right", "left", F_ILB};
 
-// Both lists refuse what is no extension, and the two that no device of this system has.
+// Both lists refuse unknown extensions, and the two that no device supports.
 void report_unusable(const std::string &extension, const std::string &name) {
   if (extension == "FC" || extension == "LD")
     report_error(31248, "Dot extension '.%s' is not supported, signal '%s.%s' is invalid", extension.c_str(),

@@ -1,5 +1,6 @@
-// The passes of the checker, in the order in which check_design runs them. Those that return an int report findings: 1
-// when an ERROR was among them, else 0. All take time linear in what they look at (plus the number of messages).
+// The passes of the checker, in the order in which check_design runs them. Those that return an int report
+// findings: 1 if there was an ERROR, otherwise 0. All take time linear in their input plus the number of
+// messages.
 #pragma once
 
 #include <string>
@@ -11,18 +12,18 @@
 
 namespace cubenet {
 
-// Equal names within the pins, within the nodes and between both, as the case rule has it.
+// Equal names among pins, among nodes and between both, by the case-sensitivity setting.
 [[nodiscard]] int check_declarations(const Design &design);
 
-// Fills ilb_signals, olb_signals and the signals of macro connections; reports list entries that nothing declares.
+// Fills ilb_signals, olb_signals and the signals of macro connections; reports undeclared list entries.
 [[nodiscard]] int bind_list_entries(Design &design, const TextIndex &exact_names);
 
-// Fills pin_flags and node_flags, and removes the pins and nodes that neither list nor any macro names.
+// Fills pin_flags and node_flags, and removes the pins and nodes that are in neither list and no macro.
 [[nodiscard]] int collect_signal_flags(Design &design, const TextIndex &exact_names);
 
 void remove_ambiguous_pullup(Design &design);
 
-// Fills fan_out, but for the output-enable feed marks.
+// Fills fan_out, except for the output-enable feed marks.
 void analyze_fan_out(Design &design, const CubeTable &cubes);
 void mark_output_enable_feed(Design &design, const CubeTable &cubes);
 
@@ -30,9 +31,9 @@ void mark_output_enable_feed(Design &design, const CubeTable &cubes);
 
 void write_numeric_locations(Design &design);
 
-// Judges the attribute records and stores what stands on pins, nodes and list entries.
+// Checks the attribute records and stores the valid ones with pins, nodes and list entries.
 [[nodiscard]] int check_attributes(Design &design);
-// Builds the paths from the path attributes that stand, judges them, and attaches their names to list entries.
+// Builds the paths from the valid path attributes, checks them, and attaches their names to list entries.
 void check_paths(Design &design);
 
 [[nodiscard]] int check_pin_locks(Design &design);

@@ -1,5 +1,6 @@
-// Timing paths: each path attribute names paths that start or end at its signal. All points are gathered first; then
-// each path is judged, and the names of those that stand go to the list entries of their points.
+// Timing paths: each path attribute names paths that start or end at its signal. All points are collected
+// first; then each path is checked, and the names of valid ones are stored with the list entries of their
+// points.
 #include <algorithm>
 #include <array>
 #include <string>
@@ -76,7 +77,7 @@ bool refuse_name(const std::string &path, const Property &property, const std::s
   return true;
 }
 
-// The first fault ignores the attribute with all its names.
+// After the first fault the attribute is ignored with all its names.
 bool has_bad_name(const Property &property, const std::string &shown) {
   bool is_bad = false;
   for_each_word(property.attribute_value,
@@ -90,7 +91,7 @@ std::uint32_t path_of(PathTable &table, std::string_view name) {
   return at->second;
 }
 
-// False when the path has such a point already.
+// False if the path has such a point already.
 bool take_point(Path &path, int kind, const std::string &shown) {
   const bool is_start = is_path_start(kind);
   PathPoint &point = is_start ? path.start : path.end;
@@ -129,7 +130,7 @@ void gather_points(Design &design, PathTable &table) {
   }
 }
 
-// Reports what makes the path useless; its name is cleared then. A path that has only an end is kept.
+// Reports what makes the path useless, and clears its name. A path with only an end is kept.
 void judge_path(Path &path) {
   if (path.name.size() > kTextLimit) {
     path.name.resize(kTextLimit);
@@ -149,7 +150,7 @@ void judge_path(Path &path) {
   path.name.clear();
 }
 
-// What is left of the names stays in the records, and goes to the slot of the attribute's kind.
+// The remaining names stay in the records, and are stored in the slot of the attribute's kind.
 void attach_points(Design &design, const PathTable &table) {
   for (Property &property : design.properties)
     if (is_path_code(property.attr_name)) property.attribute_value.clear();

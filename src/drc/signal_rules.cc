@@ -1,6 +1,6 @@
-// What a signal's equations and readers say together: which register they describe, whether its inputs are complete and
-// free of conflict, and what only a register, only a pin or only some device series may have. Each rule is a row; a
-// signal draws the message of every row that applies, in table order.
+// Rules for the combination of a signal's equations and readers: which register they describe, whether its
+// inputs are complete and free of conflict, and what is legal only on a register, a pin or some device
+// series. Each rule is a row; every row that applies to a signal is reported, in table order.
 #include "drc/signal_rules.h"
 
 #include <array>
@@ -14,7 +14,8 @@ namespace cubenet {
 
 namespace {
 
-constexpr std::uint32_t kDStyle = F_D | F_REG | F_DX1 | F_GX1 | F_DX2 | F_GX2; // the data inputs that a latch may have
+// The data inputs that a latch may have.
+constexpr std::uint32_t kDStyle = F_D | F_REG | F_DX1 | F_GX1 | F_DX2 | F_GX2;
 constexpr std::uint32_t kOtherData = F_T | F_J | F_S | F_TX1 | F_K | F_R | F_TX2;
 constexpr std::uint32_t kDX = F_DX1 | F_DX2;
 constexpr std::uint32_t kGX = F_GX1 | F_GX2;
@@ -26,7 +27,7 @@ struct DataInput {
   RoleFlag flag;
   const char *extension;
 };
-// In the order in which conflicts with them are reported.
+// In the order in which conflicts are reported.
 constexpr std::array<DataInput, 14> kSecondaries{{{F_DX1, ".D.X1"},
                                                   {F_DX2, ".D.X2"},
                                                   {F_T, ".T"},
@@ -42,7 +43,8 @@ constexpr std::array<DataInput, 14> kSecondaries{{{F_DX1, ".D.X1"},
                                                   {F_X1, ".X1"},
                                                   {F_X2, ".X2"}}};
 
-// The first row whose primary is present decides what the register is; only the rows of that primary are looked at.
+// The first row whose primary is present determines the kind of register; only the rows of that primary are
+// checked.
 struct ConflictRow {
   RoleFlag primary;
   const char *extension;
@@ -63,12 +65,12 @@ constexpr std::array<ConflictRow, 14> kConflicts{{
     {F_TX1, ".T.X1",   31287,  kGX | kX},
     {F_TX2, ".T.X2",   31288,  kGX | kX},
     {F_GX1, ".REG.X1", 31289,  kX},
-    {F_GX2, ".REG.X2", 312290, F_X1}, // the number is known by this spelling; not 31290
+    {F_GX2, ".REG.X2", 312290, F_X1}, // tools know the number by this spelling; not 31290
     {F_GX2, ".REG.X2", 31290,  F_X2},
 }};
 // clang-format on
 
-// What a rule may ask beyond single flags.
+// Conditions of rules beyond single flags.
 enum Situation : std::uint32_t {
   ALWAYS = 0,
   REGISTERED = 1U << 0,
@@ -80,7 +82,7 @@ enum Situation : std::uint32_t {
   LATCH = 1U << 6,
   PRESET_AND_RESET = 1U << 7,
   SMALL_SERIES = 1U << 8, // has no registers with both preset and reset
-  PLAIN_NODES = 1U << 9,  // the series has no tristate buffers inside
+  PLAIN_NODES = 1U << 9,  // the series has no internal tristate buffers
   VERBOSE = 1U << 10,
   INVERTED = 1U << 11,
   GATE = 1U << 12, // a node, or a pin with an equation
@@ -92,14 +94,14 @@ enum Situation : std::uint32_t {
   T_REGISTER = 1U << 17,
 };
 
-// Both flag words of a signal as one.
+// Both flag words of a signal combined.
 using Flags = std::uint64_t;
 constexpr Flags use(std::uint32_t use_flags) { return Flags{use_flags} << 32; }
 
 enum Severity : std::uint8_t { ERROR, WARNING };
 
-// Applies when all situations in `when` hold, all flags of `all` are set and none of `none`. The text names the signal
-// by each "%s".
+// Applies if all situations in `when` hold, all flags of `all` are set and none of `none`. Each "%s" in the
+// text is the signal's name.
 struct Rule {
   std::uint32_t when;
   Flags all, none;
@@ -178,7 +180,7 @@ constexpr std::array kRules{
          "'.LH' or '.LE'"},
     Rule{REGISTERED, F_AR | F_RE, 0, 31332,
          "Register '%s' has conflicting reset signal; '%s.AR' and '%s.RE' cannot be used in the same design"},
-    // The word "reset" is meant to stand in the preset text too.
+    // The word "reset" is intended in the preset text too.
     Rule{REGISTERED, F_AP | F_PR, 0, 31332,
          "Register '%s' has conflicting reset signal; '%s.AP' and '%s.PR' cannot be used in the same design"},
     Rule{REGISTERED | PRESET_AND_RESET | SMALL_SERIES, 0, 0, 31335,
@@ -213,7 +215,7 @@ constexpr std::array kRules{
     Rule{COMBINATIONAL, F_RE, 0, 31348,
          "Dot extension '.RE' is used on combinational signal '%s'; dot extension '.RE' can only be used on registered "
          "signals"},
-    // The second half of the two preset texts names the reset extensions; tools know the texts so.
+    // The second half of the two preset texts names the reset extensions; tools rely on these texts.
     Rule{COMBINATIONAL, F_AP, 0, 31349,
          "Dot extension '.AP' is used on combinational signal '%s'; dot extension '.AR' can only be used on registered "
          "signals"},
@@ -237,7 +239,7 @@ constexpr std::array kRules{
          "Dot extension '.OE' is used on node '%s'; dot extension '.OE' can only be applied to a pin"},
     Rule{COMBINATIONAL | PIN, F_PIN | use(F_IO | F_IN), 0, 31331,
          "Signal '%s' has conflicting pin feedbacks; '%s' and '%s.PIN' cannot be used in the same design"},
-    Rule{COMBINATIONAL, F_PIN, use(F_IO), 31339, // nodes draw it beside 31329
+    Rule{COMBINATIONAL, F_PIN, use(F_IO), 31339, // nodes get it in addition to 31329
          "Dot extension '.PIN' is used on input pin '%s'; dot extension '.PIN' can only be used as feedback from "
          "output pin"},
     Rule{COMBINATIONAL | INVERTED, 0, 0, 31355,
@@ -304,7 +306,7 @@ int report_rule(const Rule &rule, const std::string &name) {
     return 0;
   }
   report_error(rule.number, "%s", text.c_str());
-  // This one is also told in plain words.
+  // Also printed as a plain console line.
   if (rule.number == kNoInput) console_printf("Gate '%s' has no input\n", name.c_str());
   return 1;
 }

@@ -1,5 +1,5 @@
-// Banner and usage text. Both show the same title; the usage text goes to the console as it stands, the banner through
-// the messages, which wrap it.
+// Banner and usage text. Both show the same title; the usage text goes to the console unchanged, the banner
+// through the messages, which wrap it.
 #include "frame/banner.h"
 
 #include <cstdio>
@@ -18,7 +18,8 @@ constexpr const char *kRightsNotice[] = {
     "Use and copying are subject to the license agreement.",
 };
 
-// "-p", "-fext", "-pla", "-and", "-or", "-vb" and "-bv" are for the tools that start this program and stay unlisted.
+// "-p", "-fext", "-pla", "-and", "-or", "-vb" and "-bv" are for tools that start this program, and are not
+// listed.
 constexpr const char *kUsage = //
     "Usage: cubenet [-b] [-i file_name] [-v] [-V level] design_name\n\n"
     "       -b                               print brief program name\n"

@@ -1,5 +1,5 @@
-// Options are rows of one table; the rules for values are the same for all of them. Nothing is printed here: the driver
-// prints the usage text when the line is wrong.
+// Options are rows of one table; all follow the same rules for values. Nothing is printed here: the driver
+// prints the usage text if the line is wrong.
 #include "frame/command_line.h"
 
 #include <cerrno>
@@ -20,7 +20,7 @@ struct Option {
   void (*apply)(CommandLine &command, const char *value); // a missing value is null
 };
 
-// Text that is no number, or none that an int holds, counts as 0, which no setting takes.
+// Text that is not a number in the range of int counts as 0, which no setting accepts.
 int read_number(const char *text) {
   errno = 0;
   const long number = std::strtol(text, nullptr, 10);
@@ -67,8 +67,8 @@ const Option *find_option(std::string_view name) {
   return nullptr;
 }
 
-// Takes the option at the front of the `left` last arguments and returns how many arguments it used up. The value of an
-// option must have one more argument after it: the design name can't be taken for a value.
+// Takes the option at the front of the last `left` arguments and returns the number of arguments used. An
+// option's value must be followed by another argument, so the design name is never taken as a value.
 int take_option(CommandLine &command, int left, char **arguments) {
   const Option *const option = find_option(arguments[0]);
   if (option != nullptr && option->value == Value::kNone) {

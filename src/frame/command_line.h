@@ -1,4 +1,4 @@
-// The command line: options into the run settings and the driver's own choices, and the names of all files of the run.
+// The command line: options for the run settings and for the driver, and the names of all files of the run.
 #pragma once
 
 #include <optional>
@@ -15,7 +15,8 @@ struct CommandLine {
   std::optional<std::string> nxf_extension; // "-fext"
 };
 
-// Sets the run settings as well. On a usage error both hold what was gathered before and after it.
+// Sets the run settings as well. After a usage error both hold the valid options, before and after the wrong
+// one.
 CommandLine parse_command_line(int argc, char **argv);
 
 struct FileNames {
@@ -23,12 +24,12 @@ struct FileNames {
   std::string nxf;
   std::string constraints;
   std::string ddf;
-  std::string listing; // has its name, but nothing writes it
+  std::string listing; // has a name, but is never written
   std::string parameters;
-  std::string response; // only named, in the parameter file
+  std::string response; // only named in the parameter file
 };
 
-// All from the design name as typed: an extension in it stays.
+// All derived from the design name as typed, including any extension.
 FileNames make_file_names(const CommandLine &command);
 
 } // namespace cubenet

@@ -1,4 +1,4 @@
-// The installation directory: two cuts of the program's path, put into the environment.
+// The installation directory: the program's path without its last two components, put into the environment.
 #include "frame/installation.h"
 
 #include <cstdlib>
@@ -9,7 +9,7 @@
 namespace cubenet {
 namespace {
 
-// `path` up to its last separator; empty when there is none behind the first character.
+// `path` up to its last separator; empty if there is none after the first character.
 std::string_view parent_directory(std::string_view path) {
   const std::size_t separator = path.find_last_of("\\/");
   return separator == std::string_view::npos ? std::string_view() : path.substr(0, separator);

@@ -1,5 +1,5 @@
-// The installation directory in the environment, for hosts that start further tools from it. A translation run needs
-// none of it.
+// Puts the installation directory into the environment, for hosts that start other tools from it. A
+// translation doesn't need it.
 #pragma once
 
 #include <cstddef>
@@ -7,19 +7,19 @@
 
 namespace cubenet {
 
-constexpr std::size_t kLongestProgramPath = 1031; // of a longer one the front counts
+constexpr std::size_t kLongestProgramPath = 1031; // a longer one is cut
 
 struct InstallationHost {
-  std::string (*program_path)(); // empty when it can't be told
+  std::string (*program_path)(); // empty if unknown
   void (*message_box)(const char *text, const char *caption);
 };
 
-// The running program's path as the system knows it, and its message boxes, printed to the console where it has none.
+// The running program's path and the system's message boxes, printed to the console if it has none.
 InstallationHost system_installation_host();
 
-// Puts the parent of the program's directory into QVSROOT. 1 when it did, 0 when QVSROOT and QVS_USE_QVSROOT are set
-// and stay, 2 when the program's path has no such parent. With QVS_DEBUG_ENV set it shows what it did in two message
-// boxes.
+// Sets QVSROOT to the parent of the program's directory. Returns 1 if it did, 0 if QVSROOT and
+// QVS_USE_QVSROOT are set, and kept, 2 if the program's path has no such parent. With QVS_DEBUG_ENV set, it
+// shows what it did in two message boxes.
 int set_installation_directory(const InstallationHost &host);
 
 } // namespace cubenet

@@ -1,4 +1,4 @@
-// The program's path where the system is POSIX, and boxes where it has none.
+// The program's path on POSIX systems, and message boxes printed to the console.
 #include <array>
 
 #include <unistd.h>

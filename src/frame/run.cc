@@ -1,5 +1,5 @@
-// The run: command line, log, banner, input, and the stages one after the other. The first stage that fails ends it;
-// what earlier stages have written stays.
+// The run: command line, log, banner, input, and the stages in order. The first stage that fails ends it;
+// files written by earlier stages are kept.
 #include "frame/run.h"
 
 #include <cstdio>
@@ -27,21 +27,22 @@ constexpr int kSuccess = 0;
 constexpr int kFailure = 2;
 
 [[noreturn]] void end_without_memory(long bytes) {
-  set_out_of_memory_hook(nullptr); // reporting takes memory too, and may find none
+  set_out_of_memory_hook(nullptr); // reporting needs memory too, and may fail
   discard_open_outputs();
   report_system_error(31104, "Out of memory allocating %ld bytes\n", bytes);
   stop_messages();
   std::exit(kFailure);
 }
 
-// What a run still needs is never written as an output, whatever the names say: here, what its messages go to.
+// Files that a run still needs are never written as outputs, under any name: here, those that receive its
+// messages.
 void protect_messages() {
   for (std::FILE *const stream : {stdout, stderr})
     if (FileStatus status; file_status(descriptor_of(stream), status)) protect_from_output(status);
   protect_from_output(std::string(kProgram) + ".log");
 }
 
-// A directory can be opened, but not read; a file that grows by the messages of the run has no end.
+// A directory can be opened, but not read; a file that receives the run's messages would never end.
 std::FILE *open_input(const std::string &name) {
   std::FILE *const input = std::fopen(name.c_str(), "rb");
   if (input == nullptr) return nullptr;
@@ -55,12 +56,12 @@ std::FILE *open_input(const std::string &name) {
 }
 
 bool translate(std::FILE *input, const FileNames &names) {
-  // The product terms and all that is declared about their signals.
+  // The product terms and all declarations.
   CubeTable cubes;
   const std::unique_ptr<Design> design = read_tt2(input, names.input, cubes);
   if (design == nullptr) return false;
 
-  // From here on every signal has its flags, only used ones are left, and no rule is broken.
+  // From here on every signal has its flags, only used signals are left, and no rule is broken.
   if (check_design(*design, cubes) != 0) return false;
 
   // Renames the signals that collide with generated names.
@@ -68,7 +69,7 @@ bool translate(std::FILE *input, const FileNames &names) {
 
   if (write_constraints(names.constraints, *design) != 0) return false;
 
-  // Starts from the names as the ddf writer left them.
+  // Starts from the names left by the ddf writer.
   return write_nxf(cubes, names.nxf, names.parameters, names.response, design.get()) == 0;
 }
 

@@ -3,7 +3,8 @@
 
 namespace cubenet {
 
-// 0 when the design was translated whole; 2 on a usage error, an input that can't be opened, or a failed stage.
+// 0 if the design was translated completely; 2 on a usage error, an input that can't be opened, or a failed
+// stage.
 int run_program(int argc, char **argv);
 
 } // namespace cubenet

@@ -1,4 +1,5 @@
-// The attributes of signals: one table of their codes (Property::attr_name), for the reader, the checker and messages.
+// The attributes of signals: one table of their codes (Property::attr_name), used by the reader, the checker
+// and messages.
 #pragma once
 
 #include <array>
@@ -53,7 +54,7 @@ enum AttributeCode : int {
 };
 static_assert(CODE_VOLTAGE_VCC == 33 && CODE_CLK == 39 && CODE_ENP == 49 && CODE_PULL_DOWN == 54);
 
-// What an attribute is about; the families of pins come first.
+// What an attribute applies to; the families of pins come first.
 enum class AttributeFamily : std::uint8_t {
   OPENDRAIN,
   SLEW,
@@ -61,7 +62,7 @@ enum class AttributeFamily : std::uint8_t {
   OUTDELAY,
   VOLTAGE,
   CRIT,
-  LOCK, // the last one of pins
+  LOCK, // the last family of pins
   LXOR2,
   PRESERVE,
   PROTECT,
@@ -78,7 +79,7 @@ struct Attribute {
   AttributeCode code;
   AttributeFamily family;
   std::string_view keyword;
-  std::string_view setting{}; // follows a '='; empty: none
+  std::string_view setting{}; // after '='; empty: none
 };
 
 // clang-format off
@@ -126,7 +127,7 @@ inline constexpr auto kAttributes = std::to_array<Attribute>({
 });
 // clang-format on
 
-// nullptr: no attribute has that code; or that keyword and setting, in upper case.
+// nullptr if no attribute has that code, or that upper-case keyword and setting.
 const Attribute *find_attribute(int code);
 const Attribute *find_attribute(std::string_view keyword, std::string_view setting);
 
@@ -136,7 +137,7 @@ std::string attribute_name(const Attribute &attribute);
 constexpr bool is_of_pins(const Attribute &attribute) { return attribute.family <= AttributeFamily::LOCK; }
 constexpr bool is_path_code(int code) { return code >= CODE_SCP && code <= CODE_ENP; }
 constexpr bool is_path_start(int code) { return code >= CODE_SCP && code < CODE_ECP; }
-// The kind in which a path of that starting kind must end.
+// The ending kind that a path of that starting kind must have.
 constexpr int end_of_path(int start_code) { return start_code + CODE_ECP - CODE_SCP; }
 
 } // namespace cubenet

@@ -1,4 +1,4 @@
-// Construction of bit sets; testing and changing bits is inline.
+// Construction of bit sets; bits are tested and changed inline.
 #include "model/bit_set.h"
 
 namespace cubenet {

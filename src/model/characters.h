@@ -1,4 +1,4 @@
-// The characters of names, and how messages show one that has no place there.
+// The characters of names, and how messages show an illegal one.
 #pragma once
 
 #include <array>
@@ -26,7 +26,7 @@ inline constexpr std::array<CharacterClass, 256> kCharacterClasses = make_charac
 constexpr CharacterClass class_of(char c) { return kCharacterClasses[static_cast<unsigned char>(c)]; }
 constexpr bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-// A control character is shown as '^' and the character 64 places up, any other as it is.
+// A control character is shown as '^' and the character 64 above it, any other unchanged.
 constexpr std::array<char, 3> show_character(char c) {
   const auto code = static_cast<unsigned char>(c);
   if (code < 32 || code == 127) return {'^', static_cast<char>(code + 64), 0};

@@ -1,4 +1,4 @@
-// The types of clock nets, a row each, in the order of the constraints file.
+// The types of clock nets, one row each, in the order of the constraints file.
 #pragma once
 
 #include <algorithm>
@@ -25,7 +25,7 @@ inline constexpr std::array<ClockType, 7> kClockTypes{{
     {"SLOWCLK", &SignalAttributes::SLOWCLK},
 }};
 
-// The type of that name in any case; nullptr: there is none.
+// The type of that name, in any case; nullptr if there is none.
 inline const ClockType *find_clock_type(std::string_view name) {
   const auto *row = std::find_if(kClockTypes.begin(), kClockTypes.end(),
                                  [&](const ClockType &each) { return equal_ignoring_case(each.name, name); });

@@ -1,5 +1,5 @@
-// Storage of the cube table. The block is grown with realloc, which moves large blocks by remapping their pages, so a
-// table of many megabytes never exists twice.
+// Storage of the cube table. The block is grown with realloc, which moves large blocks by remapping their
+// pages, so a table of many megabytes never exists twice.
 #include "model/cube_table.h"
 
 #include <cstdlib>

@@ -1,8 +1,9 @@
 // The product terms of a design: one row ("cube") per term, all rows in one block that grows as it fills.
 //
-// Row layout (32-bit words): word 0 holds the number of data words in its low 10 bits; data bit b lies in word 1 + b/32
-// at position b mod 32. Input k owns bits 2k ("the input may be 0") and 2k+1 ("the input may be 1"); both set: the term
-// does not depend on the input; exactly one set: a literal. Output j owns bit 2*NI + j: the term drives the output.
+// Row layout (32-bit words): word 0 has the number of data words in its low 10 bits; data bit b is in word 1
+// + b/32 at position b mod 32. Input k owns bits 2k ("the input may be 0") and 2k+1 ("the input may be 1");
+// both set: the term does not depend on the input; exactly one set: a literal. Output j owns bit 2*NI + j:
+// the term drives the output.
 #pragma once
 
 #include <bit>
@@ -11,7 +12,7 @@
 
 namespace cubenet {
 
-// What a row says of one input: its two bits as a number.
+// One input in a row: its two bits as a number.
 enum Literal : std::uint32_t { LITERAL_EMPTY = 0, LITERAL_COMPLEMENT = 1, LITERAL_TRUE = 2, LITERAL_ABSENT = 3 };
 
 struct CubeTable {
@@ -35,8 +36,8 @@ void set_cube_layout(CubeTable &table, std::size_t inputs, std::size_t outputs);
 
 void grow_cubes(CubeTable &table);
 
-// Makes room for one more row and returns it with its count word set and its data words as they come. The row is in the
-// table only once the caller has raised NUM_CUBES, so a term that turns out to be wrong is dropped by not doing so.
+// Makes room for one more row and returns it with its count word set and its data words uninitialised. The
+// row is in the table once the caller has incremented NUM_CUBES; an invalid term is dropped by not doing so.
 inline std::uint32_t *next_raw_cube(CubeTable &table) {
   if (table.NUM_CUBES == table.capacity) grow_cubes(table);
   std::uint32_t *row = table.rows + table.NUM_CUBES * table.words_per_row;
@@ -44,7 +45,7 @@ inline std::uint32_t *next_raw_cube(CubeTable &table) {
   return row;
 }
 
-// The same, with its data words cleared.
+// The same with data words cleared.
 std::uint32_t *next_cube(CubeTable &table);
 
 void release_cubes(CubeTable &table);
@@ -57,8 +58,8 @@ inline Literal literal_at(const std::uint32_t *row, std::size_t input) {
   return static_cast<Literal>(row[1 + input / 16] >> (2 * (input % 16)) & 3U);
 }
 
-// The literals of 16 inputs as a mask: bit 2k is set when input k of the word has exactly one of its two bits set. The
-// last input word may hold output bits; `mask` (from input_word_mask) cuts them off.
+// The literals of 16 inputs as a mask: bit 2k is set when input k of the word has exactly one of its two bits
+// set. The last input word may hold output bits; `mask` (from input_word_mask) cuts them off.
 inline std::uint32_t literal_mask(std::uint32_t word, std::uint32_t mask) { return (word ^ (word >> 1)) & mask; }
 
 constexpr std::uint32_t kAllInputs = 0x55555555U; // of a word
@@ -71,7 +72,7 @@ constexpr std::uint32_t input_word_mask(const CubeTable &table, std::size_t word
 
 std::size_t count_literals(const CubeTable &table, const std::uint32_t *row);
 
-// Calls visit(word, mask) for every input word of the row that holds literals, in order; mask as literal_mask has it.
+// Calls visit(word, mask) for every input word of the row with literals, in order; mask as from literal_mask.
 template <typename Visit> void for_each_literal_word(const CubeTable &table, const std::uint32_t *row, Visit visit) {
   const auto look_at = [&](std::size_t word, std::uint32_t all) {
     const std::uint32_t mask = literal_mask(row[1 + word], all);

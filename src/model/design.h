@@ -1,7 +1,7 @@
-// The design database: everything known of the one design that a run translates. The reader creates and fills it, the
-// design rule checker adds the groups marked "checker", and from then on it is read only, but for the renaming of
-// colliding names by the netlist mapping. Field names in upper case (and those of the attribute records) are the labels
-// of the debug listing.
+// The design database: everything known about the one design that a run translates. The reader creates and
+// fills it, the design rule checker adds the groups marked "checker", and after that only the netlist mapping
+// changes it, by renaming colliding names. Upper-case field names (and those of the attribute records) are
+// the labels of the debug listing.
 #pragma once
 
 #include <array>
@@ -27,7 +27,8 @@ struct DesignHeader {
   std::array<std::string, 15> option; // device-wide switches, "KEYWORD value"; empty: not set
 };
 
-// Placement and electrical attributes of one pin. There is one for every pin and few are set, so it is kept small.
+// Placement and electrical attributes of one pin. Every pin has a record and few are set, so it is kept
+// small.
 struct XPin {
   Rare<std::string> xpin_num; // location (package pin); empty: not locked
   Rare<std::string> grp;
@@ -37,14 +38,14 @@ struct XPin {
 
 using Mark = std::uint8_t; // 0 or 1
 
-// The attributes of a list entry that hold names.
+// The attributes of a list entry that contain names.
 struct SignalNames {
   std::string SCP, SAP, SNP, SLP, STP; // the paths that start at this signal, by kind, space-separated
   std::string ECP, EAP, ENP, ELP, ETP; // the paths that end at this signal, by kind
   std::string GRP;
 };
 
-// Attributes of one input-list or output-list entry; as small as the pins' for the same reason.
+// Attributes of one input-list or output-list entry; kept as small as the pins'.
 struct SignalAttributes {
   Mark LXOR2 = 0, PRESERVE = 0, PROTECT = 0, ZDOT = 0;
   Mark SLOWCLK = 0, FASTCLK = 0, CLK0 = 0, CLK1 = 0, CLK2 = 0, ICLK0 = 0, ICLK1 = 0;
@@ -52,11 +53,12 @@ struct SignalAttributes {
   Rare<SignalNames> names;
 };
 
-// One attribute statement of one signal. Code 0: rejected by the reader, or ignored or consumed by the checker.
+// One attribute statement of one signal. Code 0: rejected by the reader, or ignored or consumed by the
+// checker.
 struct Property {
   int attr_name = 0;
   std::string pin_node_name; // without dot extension
-  std::string pi_node_ext;   // upper case; empty: written without one
+  std::string pi_node_ext;   // upper case; empty: none
   std::string attribute_value;
   int ilb_idx = -1;        // checker: input-list entry, -1 none
   int ob_idx = -1;         // checker: output-list entry, -1 none
@@ -64,7 +66,7 @@ struct Property {
 };
 
 struct PathPoint {
-  std::string signal; // as declared, with the extension as written; empty: the point is not specified
+  std::string signal; // name as declared, extension as written; empty: the point is not specified
   int kind = 0;       // attribute code 40..49; 0: not specified
 };
 
@@ -86,8 +88,8 @@ constexpr SignalIndex kNoSignal = -1;
 // A net that is connected to a macro port.
 struct Connection {
   std::string name;
-  std::string pin_part;           // text behind the '.'; empty: none
-  SignalIndex signal = kNoSignal; // checker: the declared signal of that name; kNoSignal: a plain net
+  std::string pin_part;           // text after the '.'; empty: none
+  SignalIndex signal = kNoSignal; // checker: the declared signal of that name; kNoSignal: an undeclared net
 };
 
 // A placed macro (INSTANCE statement); connections in the order of the macro's ports.
@@ -107,20 +109,21 @@ enum OutputStatus : std::int8_t {
 struct FanOut {
   std::vector<OutputStatus> status;   // per output-list entry
   std::vector<std::uint32_t> cubes;   // per output-list entry: number of terms that drive it
-  std::vector<std::uint8_t> oe_feed;  // per output-list entry: 1 when it carries the output-enable feed mark
+  std::vector<std::uint8_t> oe_feed;  // per output-list entry: 1 if it has the output-enable feed mark
   std::vector<std::uint8_t> fans_out; // per input-list entry: 1 when a used term has a literal of it
 };
 
-// The terms of each output that is neither constant nor empty, and the places of their literals.
+// The terms of each output that is neither constant nor empty, and the positions of their literals.
 struct TermLists {
-  std::vector<std::uint32_t> starts; // per output-list entry, and one more: its part of `terms`; empty: not listed yet
+  std::vector<std::uint32_t> starts; // per output-list entry, and one more: into `terms`; empty: not listed
   std::vector<std::uint32_t> terms;  // cube indices, ascending per output
 
   // PLA form only: the inputs that the terms of an output use.
-  std::vector<std::uint32_t> needed;       // per output-list entry: so many of its first terms use all its inputs
-  std::vector<std::uint32_t> word_readers; // per input word: how many outputs use any of its inputs
+  std::vector<std::uint32_t>
+      needed; // per output-list entry: the number of its first terms that together use all its inputs
+  std::vector<std::uint32_t> word_readers; // per input word: the number of outputs that use any of its inputs
 
-  // The input words of a row that hold literals; not listed where it takes no longer to look through the row.
+  // The input words of a row that hold literals; not listed where scanning the row takes no longer.
   std::vector<std::size_t> word_starts; // per term, and one more: its part of `words`
   std::vector<std::uint32_t> words;     // ascending per term
 };
@@ -134,13 +137,13 @@ struct Design {
   std::vector<std::string> OLB;        // output columns
   std::vector<std::string> OB_EXT;     // parallel to OLB
   BitSet pin_inversion;                // per pin: written with '-' on the pin list
-  BitSet output_inversion;             // per output-list entry: '-' on the output list, flipped by a 0 of .phase
+  BitSet output_inversion;             // per output-list entry: '-' there, flipped by a 0 of .phase
   std::vector<int> pin_locations;      // numeric location per pin; -1 none (no statement sets it)
 
   DesignHeader header;
   int device_series = 0; // 0, 1, 5 or 8: "-p", else from header.part
 
-  // Attribute block (reader, then judged by the checker).
+  // Attribute block (reader, then validated by the checker).
   std::vector<XPin> xpins;                                      // per pin
   std::vector<std::string> node_groups;                         // per node: GRP
   std::vector<SignalAttributes> ilb_attributes;                 // per ILB entry
@@ -161,9 +164,9 @@ struct Design {
   std::vector<SignalIndex> ilb_signals; // per ILB entry
   std::vector<SignalIndex> olb_signals; // per OLB entry
   FanOut fan_out;
-  bool reserve_pins = false; // a RESERVE_PIN or BI_Z statement stands: the .par file names the reserve-pin file
+  bool reserve_pins = false; // a RESERVE_PIN or BI_Z is in effect: .par names the reserve-pin file
 
-  // Netlist writers: the first one lists the terms, the second one finds them listed.
+  // Netlist writers: listed by the first, reused by the second.
   TermLists terms;
 };
 

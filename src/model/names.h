@@ -1,4 +1,4 @@
-// How a signal with a dot extension is spelled: in messages, and in netlists.
+// The spelling of signals with dot extensions, in messages and in netlists.
 #pragma once
 
 #include <string>
@@ -42,17 +42,17 @@ enum ExtensionCode : int {
   EXT_UNKNOWN = 62,
 };
 
-// Classifies an extension (exact, upper case; empty is none). CLK counts as C here, and only here.
+// Classifies an extension (exact, upper case; empty is none). Only this function treats CLK as C.
 ExtensionCode extension_code(std::string_view extension);
 
 // "base.ext", or the base alone; for messages.
 std::string display_name(std::string_view base, std::string_view extension);
 
-// "base_ext", compound extensions without their dot and REG as G ("D.X1" is DX1, "REG.X2" is GX2); the base alone
-// without an extension. The suffixes of plain names ("_PIN", "_D", "_Z") are the mapping's to choose.
+// "base_ext", compound extensions without their dot and REG as G ("D.X1" is DX1, "REG.X2" is GX2); the base
+// alone without an extension. The mapping chooses the suffixes of plain names ("_PIN", "_D", "_Z").
 std::string netlist_name(std::string_view base, std::string_view extension);
 
-// Names compared by the rule of the case-sensitivity setting.
+// Compares names by the case-sensitivity setting.
 bool equal_names(std::string_view a, std::string_view b, bool case_sensitive);
 bool equal_ignoring_case(std::string_view a, std::string_view b); // ASCII letters only, whatever the locale
 std::string upper_case(std::string_view text);                    // ASCII letters only

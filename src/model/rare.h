@@ -1,4 +1,4 @@
-// A value that is empty in almost every record that has one: it takes one word until it is written.
+// A field that is empty in almost every record: it takes one word until it is written.
 #pragma once
 
 #include <memory>
@@ -26,7 +26,7 @@ public:
   }
 
 private:
-  std::unique_ptr<T> own_; // none: an empty value
+  std::unique_ptr<T> own_; // null: an empty value
 };
 
 } // namespace cubenet

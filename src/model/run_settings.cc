@@ -1,4 +1,4 @@
-// The run settings and the device series that a part name stands for.
+// The run settings, and the device series of a part name.
 #include "model/run_settings.h"
 
 namespace cubenet {

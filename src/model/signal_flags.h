@@ -1,5 +1,5 @@
-// The flag record that the design rule checker keeps per declared pin and per declared node. The bit positions are
-// fixed: every reader tests these exact bits. (F_Q, F_FB, F_OE and F_PIN lie between F_RE and F_AP on purpose.)
+// The flag record that the design rule checker keeps per declared pin and node. The bit positions are fixed:
+// every reader tests these exact bits. (F_Q, F_FB, F_OE and F_PIN are between F_RE and F_AP on purpose.)
 #pragma once
 
 #include <cstdint>
@@ -40,14 +40,14 @@ enum RoleFlag : std::uint32_t {
   F_PR = 1U << 29,
 };
 
-// use_flags: how the signal is read, and where it was seen.
+// use_flags: how the signal is read, and where it occurs.
 enum UseFlag : std::uint32_t {
   F_IN = 1U << 1,         // plain name on the input list
   F_DIN = 1U << 2,        // .D on the input list
   F_TIN = 1U << 3,        // .T on the input list
   F_RIN = 1U << 4,        // .REG on the input list
   F_IO = 1U << 8,         // a pin's output-list entry was accepted
-  F_NOD = 1U << 9,        // the record is a pin's (its absence means node, whatever the name suggests)
+  F_NOD = 1U << 9,        // the record is a pin's (unset: a node's, despite the name)
   F_FF = 1U << 10,        // registered
   F_ILB = 1U << 11,       // an input-list entry was accepted
   F_OB = 1U << 12,        // an output-list entry was accepted

@@ -16,7 +16,7 @@ std::uint64_t hash_name(const TextIndex &index, std::string_view text) {
 }
 std::uint32_t high_half(std::uint64_t hash) { return static_cast<std::uint32_t>(hash >> 32); }
 
-// Where the text of that hash stands, or the free slot where it belongs.
+// The slot of the text with that hash, or the free slot where it belongs.
 std::size_t find_slot(const TextIndex &index, std::string_view text, std::uint64_t hash) {
   const std::size_t mask = index.slots.size() - 1;
   const auto is_other = [&](const TextIndex::Slot &slot) {

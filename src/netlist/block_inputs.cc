@@ -1,5 +1,5 @@
-// Takes the listed terms, gives the inputs of one output's block at a time. The masks and the list of words are work
-// space that is cleared by the words last in use, so an output costs what its terms hold, however wide the table is.
+// Takes the listed terms, gives the inputs of one output's block at a time. Only the masks of words last in
+// use are cleared, so the cost of an output depends on its terms, not on the width of the table.
 #include "netlist/block_inputs.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace cubenet {
 
 namespace {
 
-// Adds what a term uses; returns how many inputs were not there yet.
+// Adds the inputs that a term uses; returns how many are new.
 std::size_t add_term(BlockInputs &inputs, std::uint32_t term) {
   std::size_t added = 0;
   for_each_literal_word(inputs.cubes, inputs.lists, term, [&](std::uint32_t word, std::uint32_t mask) {
@@ -29,7 +29,8 @@ void forget_inputs(BlockInputs &inputs) {
   inputs.words.clear();
 }
 
-// Adds the output's terms until `most` inputs are found; returns how many terms there were up to the last new input.
+// Adds the output's terms until `most` inputs are found; returns the number of terms up to the last new
+// input.
 std::uint32_t add_terms(BlockInputs &inputs, std::size_t output, std::size_t most) {
   const std::uint32_t first = inputs.lists.starts[output], last = inputs.lists.starts[output + 1];
   std::uint32_t needed = 0;

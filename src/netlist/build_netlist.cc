@@ -1,5 +1,6 @@
-// Takes a checked design and the connections of its terms, gives the netlist: signal by signal, pins first, the nets
-// in statement order and the symbols in print order, then the nets' sources and destinations as the symbols have them.
+// Takes a checked design and the connections of its terms, gives the netlist: signal by signal, pins first,
+// the nets in statement order and the symbols in print order, then the nets' sources and destinations derived
+// from the symbols.
 #include "netlist/build_netlist.h"
 
 #include <numeric>
@@ -33,8 +34,8 @@ void link_columns(Netlist &netlist) {
   }
 }
 
-// What is read, or drives a pin, but has no source (a tristate pin without data, a macro input on a net that nobody
-// drives) is tied to 0, so that every net has a source.
+// Nets that are read or drive a pin but have no source (a tristate pin without data, a macro input on an
+// undriven net) are tied to 0, so that every net has a source.
 void tie_undriven_nets(NetlistBuilder &builder) {
   Netlist &netlist = builder.netlist;
   constexpr std::uint8_t kDriven = 1, kNeeded = 2;
@@ -63,8 +64,8 @@ void tie_undriven_nets(NetlistBuilder &builder) {
   }
 }
 
-// Names that the program is free to choose: each stays as it is unless another of its kind has it, and then gets a
-// number. `for_each_name` visits those of the kind. Only the ones that may matter are held.
+// Names that the program is free to choose: each is kept unless another of its kind has it, and then gets a
+// number. `for_each_name` visits the names of the kind. Only those that may collide are held.
 template <typename ForEachName>
 void name_yielding(Netlist &netlist, const std::vector<Name *> &yielding, ForEachName for_each_name) {
   if (yielding.empty()) return;
@@ -76,7 +77,7 @@ void name_yielding(Netlist &netlist, const std::vector<Name *> &yielding, ForEac
     const std::string text = name_text(name);
     if (sought.contains(text) || sought.contains(std::string_view(text).substr(0, text.rfind('_')))) taken.insert(text);
   });
-  TextMap<std::string_view, int> numbers; // next one per wanted name
+  TextMap<std::string_view, int> numbers; // next number per name
   for (std::size_t i = 0; i < wanted.size(); i++) {
     std::string text = wanted[i];
     for (int &number = numbers.try_emplace(wanted[i], 2).first->second; !taken.insert(text).second; number++)
@@ -86,7 +87,7 @@ void name_yielding(Netlist &netlist, const std::vector<Name *> &yielding, ForEac
   }
 }
 
-// Nets that only macros need keep away from the names of all signals as well, whose pins may be called so.
+// Nets that only macros need avoid the names of all signals as well, because pins may have these names.
 void name_yielding_nets(NetlistBuilder &builder) {
   Netlist &netlist = builder.netlist;
   std::vector<Name *> yielding;
@@ -98,7 +99,7 @@ void name_yielding_nets(NetlistBuilder &builder) {
   });
 }
 
-// Of macros that were given one name the first keeps it, and what ties a net to 0 is called like that net.
+// Of macros with the same name, the first keeps it; the symbol that ties a net to 0 has that net's name.
 void name_yielding_symbols(NetlistBuilder &builder) {
   Netlist &netlist = builder.netlist;
   std::vector<Name *> yielding;
@@ -139,7 +140,7 @@ Netlist build_netlist(const Design &design, const CubeTable &cubes, const Connec
   netlist.column_nets.assign(design.ILB.size(), kNone);
   builder.columns = group_by_signal(design.ilb_signals, signal_count(design));
   builder.outputs = group_by_signal(design.olb_signals, signal_count(design));
-  // Most signals have one net. What is reserved and not used takes no memory; what grows takes it three times.
+  // Most signals have one net. Unused reserved space takes no memory; growing would take it three times.
   netlist.nets.reserve(static_cast<std::size_t>(signal_count(design)) + design.OLB.size());
   collect_macro_pins(builder);
   for (SignalIndex signal = 0; signal < signal_count(design); signal++)

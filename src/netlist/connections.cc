@@ -1,5 +1,5 @@
-// Takes the checked design and its terms, gives the per-output term lists and the recognised XOR functions. Gates are
-// left to the gate planes and the writers.
+// Takes the checked design and its terms, gives the per-output term lists and the recognised XOR functions.
+// The gate planes and the writers make the gates.
 #include "netlist/connections.h"
 
 #include <array>
@@ -41,8 +41,8 @@ std::optional<XorGate> recognise_xor(const CubeTable &cubes, const Design &desig
   return XorGate{a->inputs[0], a->inputs[1], equal_polarity != test_bit(design.output_inversion, output)};
 }
 
-// A term's row is looked through once for each output that the term drives. Where rows are short, or terms drive few
-// outputs, that is in proportion to the table; else the words with literals are listed.
+// A term's row is scanned once for each output that the term drives. If rows are short, or terms drive few
+// outputs, that is linear in the table; otherwise the words with literals are listed.
 constexpr std::size_t kShortRow = 16;  // input words
 constexpr std::size_t kFewOutputs = 8; // per term, on average
 

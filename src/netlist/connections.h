@@ -1,5 +1,6 @@
-// What the product terms connect: which terms make up each output, which outputs are two-input XOR functions, and, in
-// gate form, which gate each term becomes. Built once per writer run over the term lists, which both runs share.
+// What the product terms connect: which terms make up each output, which outputs are two-input XOR functions,
+// and, in gate form, which gate each term becomes. Built once per writer from the term lists, which both
+// share.
 #pragma once
 
 #include <cstdint>
@@ -26,24 +27,24 @@ constexpr std::uint32_t kNoXor = ~0U;
 struct Connections {
   const TermLists &lists;               // the design's
   std::vector<OutputForm> forms;        // per output-list entry
-  std::vector<std::uint32_t> xor_index; // per output-list entry: into xor_gates; kNoXor for the rest
+  std::vector<std::uint32_t> xor_index; // per output-list entry: into xor_gates, or kNoXor
   std::vector<XorGate> xor_gates;
-  std::vector<std::uint32_t> refused; // outputs that carry the LXOR2 attribute and are no plain two-input XOR
+  std::vector<std::uint32_t> refused; // outputs with the LXOR2 attribute that aren't a plain two-input XOR
 };
 
 inline std::uint32_t term_count(const Connections &connections, std::size_t output) {
   return connections.lists.starts[output + 1] - connections.lists.starts[output];
 }
-// The first of the output's terms.
+// The output's first term.
 inline const std::uint32_t *first_term(const Connections &connections, std::size_t output) {
   return connections.lists.terms.data() + connections.lists.starts[output];
 }
 
-// Lists the terms of each output, in time linear in the size of the table, unless they are listed already: nothing
-// behind the checker changes them.
+// Lists the terms of each output, in time linear in the size of the table, unless they are listed already:
+// nothing changes them after the checker.
 void list_terms(const CubeTable &cubes, Design &design);
 
-// The same as for a row by itself, but without a look at words without literals where the others are listed.
+// As for a single row, but skips words without literals if the others are listed.
 template <typename Visit>
 void for_each_literal_word(const CubeTable &cubes, const TermLists &lists, std::uint32_t term, Visit visit) {
   const std::uint32_t *row = cube(cubes, term);
@@ -61,8 +62,8 @@ void for_each_literal(const CubeTable &cubes, const TermLists &lists, std::uint3
                         [&](std::uint32_t word, std::uint32_t mask) { for_each_literal_of(row, word, mask, visit); });
 }
 
-// The terms must be listed. An output that carries the LXOR2 attribute and is no plain two-input XOR stays a sum of
-// products.
+// The terms must be listed. An output with the LXOR2 attribute that isn't a plain two-input XOR stays a sum
+// of products.
 Connections map_build_connections(const CubeTable &cubes, const Design &design);
 
 // Reports the refused attributes (31600).

@@ -1,6 +1,6 @@
-// The ddf netlist: one cell with its ports, a list of symbols without their pins, and a line per net. It prints the
-// netlist that the NXF file prints, with gaps and oddities that the tools which read this format rely on; each stands
-// in a place of its own below.
+// The ddf netlist: one cell with its ports, a list of symbols without their pins, and a line per net. It
+// prints the same netlist as the NXF file, with gaps and oddities that tools which read this format rely on;
+// each is marked "Wanted" below.
 #include <string_view>
 
 #include "model/run_settings.h"
@@ -16,7 +16,7 @@ namespace cubenet {
 
 namespace {
 
-// Wanted: this writer's file errors begin so.
+// Wanted: this writer's file errors begin like this.
 constexpr const char *kErrorLead = "1 ";
 
 struct DdfWriter {
@@ -32,7 +32,7 @@ void write_port_list(const DdfWriter &writer, std::string_view label, Direction 
     if (pin.direction != direction) continue;
     put_all(writer.file, any ? std::string_view(", ") : label, signal_name(writer.design, pin.pin));
     any = true;
-    // Wanted: the list of bidirectional pins holds the first one alone.
+    // Wanted: the list of bidirectional pins has only the first one.
     if (direction == Direction::BIDI) break;
   }
   if (any) put(writer.file, ";\n");
@@ -61,7 +61,7 @@ std::string_view symbol_kind(const DdfWriter &writer, const Symbol &symbol) {
 }
 
 void write_symbol(const DdfWriter &writer, const Symbol &symbol) {
-  // Wanted: the inverter behind a register that stores the complement is left out, though nets name it.
+  // Wanted: the inverter after a register that stores the complement is omitted, though nets name it.
   if (symbol.primitive == Primitive::INV && symbol.instance.suffix == "_QB") return;
   // Wanted: the bidirectional pad of a register is spelled as in the NXF file.
   if (symbol.primitive == Primitive::XBIDI1 && is_registered(writer, static_cast<SignalIndex>(symbol.origin)))
@@ -69,7 +69,7 @@ void write_symbol(const DdfWriter &writer, const Symbol &symbol) {
   put(writer.file, symbol_kind(writer, symbol));
   if (has_width(symbol.primitive)) put_number(writer.file, symbol.pin_count - 1);
   put_all(writer.file, ": ", symbol.instance);
-  // Wanted: XDL2 to XDL4 end without a mark or a line end; the next symbol follows on the same line.
+  // Wanted: XDL2 to XDL4 have neither semicolon nor line end; the next symbol follows on the same line.
   if (symbol.primitive >= Primitive::XDL2 && symbol.primitive <= Primitive::XDL4) return;
   // Wanted: a ZDOT line has no semicolon.
   if (symbol.primitive == Primitive::ZDOT) return put(writer.file, '\n');
@@ -78,14 +78,14 @@ void write_symbol(const DdfWriter &writer, const Symbol &symbol) {
   if (stores_complement(writer, symbol)) put_all(writer.file, "\tPIN D0 IN ", symbol.instance.base, "_BD;\n");
 }
 
-// Wanted: no gates of expanded product terms; taken XOR gates stand with the outputs.
+// Wanted: no gates of expanded product terms; XOR gates are listed with the outputs.
 void write_symbols(const DdfWriter &writer) {
   put(writer.file, "SYMBOLS:\n");
   for (const Symbol &symbol : writer.netlist.symbols) write_symbol(writer, symbol);
   put(writer.file, "ENDSYMBOLS;\n\n");
 }
 
-// net: .port, source, destinations; the port and the source where there are any.
+// net: .port, source, destinations; port and source if there are any.
 void write_net(const DdfWriter &writer, std::size_t statement) {
   const Net &net = writer.netlist.nets[writer.netlist.statements[statement]];
   put(writer.file, net.name);

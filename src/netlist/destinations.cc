@@ -1,5 +1,5 @@
-// Takes a mapped design, gives the destinations of one net at a time. The blocks are walked once for as many words as
-// the limit allows: in most designs for all of them at once.
+// Takes a mapped design, gives the destinations of one net at a time. Each walk over the blocks covers as
+// many words as the limit allows: in most designs all of them.
 #include "netlist/destinations.h"
 
 #include <algorithm>
@@ -8,9 +8,9 @@ namespace cubenet {
 
 namespace {
 
-constexpr std::size_t kLeast = std::size_t{4} << 20; // bytes that may be held, whatever the design
+constexpr std::size_t kLeast = std::size_t{4} << 20; // bytes that may always be held
 
-// In readers. With as many bytes as the rows of the table have, and some for every name, the walks stay few.
+// In readers. As many bytes as the rows of the table take, and some for each name, keep the walks few.
 std::size_t choose_limit(const CubeTable &cubes) {
   const std::size_t rows = cubes.NUM_CUBES * cubes.words_per_row * sizeof(std::uint32_t);
   const std::size_t names = (cubes.inputs + cubes.outputs) * 16;
@@ -23,7 +23,7 @@ bool is_held(const Destinations &all, NetIndex net) {
   return held;
 }
 
-// Gives their parts to the words that the statements from the first on need, as far as the limit allows.
+// Assigns parts to the words that the statements need, from the first on, up to the limit.
 void choose_words(Destinations &all, std::size_t first) {
   std::fill(all.starts.begin(), all.starts.end(), kNotHeld);
   std::size_t count = 0;
@@ -34,7 +34,7 @@ void choose_words(Destinations &all, std::size_t first) {
       count += all.inputs.lists.word_readers[k / 16];
     });
   }
-  std::vector<BlockReader>().swap(all.readers); // never old and new ones at a time
+  std::vector<BlockReader>().swap(all.readers); // never old and new ones at once
   all.readers.resize(count);
 }
 

@@ -1,6 +1,6 @@
-// The destinations of the nets. A few terms that drive many outputs make more inputs of PLA and ZDOT blocks than the
-// truth table has characters, so of these only as many as the limit allows are held, for the statements that come next,
-// and by the word of sixteen columns. Memory is bounded by the table and the names, never by the number of
+// The destinations of the nets. A few terms that drive many outputs make more inputs of PLA and ZDOT blocks
+// than the truth table has characters, so these inputs are held only up to a limit, for the next statements,
+// by words of sixteen columns. Memory is bounded by the table and the names, never by the number of
 // destinations.
 #pragma once
 
@@ -28,15 +28,16 @@ struct Destinations {
 
   const Netlist &netlist;
   BlockInputs inputs;
-  std::size_t limit;                // of `readers`, unless one net alone has more
+  std::size_t limit;                // of `readers`, unless a single net has more
   std::vector<std::size_t> starts;  // per input word: its part of `readers`, or kNotHeld
   std::vector<std::size_t> ends;    // per input word
   std::vector<BlockReader> readers; // in print order per word
-  std::vector<Destination> found;   // of the net asked for last
+  std::vector<Destination> found;   // of the last requested net
 };
 
-// The destinations of a statement's net, in print order; valid until the next call. The blocks are walked again for
-// each part that is held: once in all designs but those whose text is hundreds of times as long as their table.
+// The destinations of a statement's net, in print order; valid until the next call. The blocks are walked
+// once for each part that is held: in total once, unless the netlist is hundreds of times as long as the
+// table.
 std::span<const Destination> find_destinations(Destinations &destinations, std::size_t statement);
 
 } // namespace cubenet

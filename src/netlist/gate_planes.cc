@@ -1,5 +1,5 @@
-// Takes the terms, their connections and the netlist around them, prints the nets and symbols of the planes. One pass
-// over the terms per question: which gate each becomes, where its literals are, and the two printings.
+// Takes the terms, their connections and the netlist around them, prints the nets and symbols of the planes.
+// Separate passes over the terms find their gates, locate their literals, and print nets and symbols.
 #include "netlist/gate_planes.h"
 
 #include <algorithm>
@@ -168,7 +168,7 @@ void put_list(OutputFile &file, const GatePlanes &planes, std::size_t list) {
   put_or_pins(file, planes, or_pins);
 }
 
-// Several columns on one net: their literals are merged back into the order of the terms.
+// Several columns on one net: their literals are merged into term order.
 void put_merged_lists(OutputFile &file, const GatePlanes &planes, NetIndex net) {
   std::vector<LiteralAt> all;
   for_each_column(planes.netlist, net, [&](std::uint32_t k) {
@@ -182,7 +182,7 @@ void put_merged_lists(OutputFile &file, const GatePlanes &planes, NetIndex net) 
   put_or_pins(file, planes, or_pins);
 }
 
-// A gate, or the tree of gates that stands for it.
+// A gate, or the tree of gates that replaces it.
 struct Tree {
   bool is_or;
   bool invert; // the final gate drives ZN0
@@ -213,7 +213,7 @@ void map_emit_tree_nets(OutputFile &file, const Tree &tree, std::uint32_t n, std
   if (n > tree.width) map_emit_tree_nets(file, tree, rank_size(n, tree.width), level + 1);
 }
 
-// The width is part of the name of a gate of two inputs and more.
+// The name of a gate of two or more inputs includes its width.
 void put_gate_kind(OutputFile &file, std::string_view kind, std::uint32_t inputs) {
   put_all(file, "SYM ", kind);
   if (inputs > 1) put_number(file, inputs);
@@ -281,7 +281,7 @@ void put_tree_nets(OutputFile &file, const Tree &tree, std::uint32_t inputs) {
   if (inputs > tree.width) map_emit_tree_nets(file, tree, rank_size(inputs, tree.width), 1);
 }
 
-// `text` holds the name of a gate that is not an output's.
+// `text` is the name of a gate that is not an output's.
 Tree and_tree(const GatePlanes &planes, std::uint32_t term, std::string &text) {
   const std::uint32_t output = planes.gates[term].output;
   Tree tree{false, false, false, planes.and_width, planes.prefixes.and_gates, term, {}, {}};
@@ -363,8 +363,8 @@ void write_and_symbols(OutputFile &file, const GatePlanes &planes) {
   }
 }
 
-// The prefixes under which names that are there read like names of the planes, by how many numbers follow: "P7" has
-// one, "P7_0_1" three.
+// Prefixes under which existing names look like names of the planes, by the number of numbers that follow:
+// "P7" has one, "P7_0_1" three.
 std::array<TextSet<std::string>, 4> find_taken_prefixes(const Netlist &netlist) {
   std::array<TextSet<std::string>, 4> taken;
   const auto take = [&](const Name &name) {

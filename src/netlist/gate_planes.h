@@ -1,6 +1,6 @@
-// Product terms as gates: an AND gate per term, an OR gate per output, trees of both where a gate would be too wide,
-// and one inverter per input that some term needs complemented. The planes are never held as symbols: names, pins and
-// nets follow from the terms, and are printed straight from them.
+// Product terms as gates: an AND gate per term, an OR gate per output, trees of both where a gate would be
+// too wide, and one inverter per input that some term needs complemented. The planes are never held as
+// symbols: names, pins and nets follow from the terms, and are printed straight from them.
 #pragma once
 
 #include <cstddef>
@@ -16,28 +16,28 @@
 
 namespace cubenet {
 
-// First parts of all generated names of the planes.
+// Prefixes of all generated names of the planes.
 struct PlanePrefixes {
   std::string or_gates, and_gates, inverters;
 };
 
-// The default prefixes, but for those that a pin or node name begins with (in any case); and others where a name of the
-// planes would meet one of the netlist.
+// The default prefixes, or others if a pin or node name begins with one (in any case) or a name of the planes
+// would collide with one of the netlist.
 PlanePrefixes map_choose_prefixes(const Design &design, const Netlist &netlist);
 
-// Where the literals of every input are: one list per input and polarity, entries (term, place of the literal in the
-// term) packed into one number, terms ascending. 32 bits serve every table below some gigabytes.
+// The literals of each input: one list per input and polarity, each entry (term, position of the literal in
+// the term) packed into one number, terms ascending. 32 bits are enough for tables below some gigabytes.
 struct LiteralLists {
   std::vector<std::size_t> starts; // 2 * input + (1 for complemented), and one more
   std::vector<std::uint32_t> narrow;
-  std::vector<std::uint64_t> wide; // used instead of narrow when a term and a place need more than 32 bits
+  std::vector<std::uint64_t> wide; // used instead of narrow if term and position need more than 32 bits
   int place_bits = 0;
 };
 
-// What becomes of a term.
+// How a term is mapped.
 struct TermGate {
-  std::uint32_t literals = 0;   // 0: it drives no output that is a sum of products, and no gate is made
-  std::uint32_t output = kNone; // the output whose gate it is: its only term, and one that drives nothing else
+  std::uint32_t literals = 0;   // 0: no gate, because it drives no output that is a sum of products
+  std::uint32_t output = kNone; // the output whose gate it is: its only term, driving nothing else
 };
 
 struct GatePlanes {

@@ -1,5 +1,5 @@
-// Placed macros: hard blocks whose ports connect to signals in the form that a connection names, or to nets of their
-// own. A net gets one driver; what a macro would drive a second time is kept apart on a net of its own.
+// Placed macros: hard blocks whose ports connect to signals, in the form that a connection names, or to
+// separate nets. A net gets one driver; an output that would be a second driver gets a separate net.
 #include "netlist/macros.h"
 
 #include <unordered_set>
@@ -15,7 +15,7 @@ NetIndex add_statement_net(NetlistBuilder &builder, std::string name) {
   return net;
 }
 
-// A net that nothing declares, by the name that its statement gives it.
+// An undeclared net, by its name in the statement.
 NetIndex plain_net(NetlistBuilder &builder, const std::string &name) {
   if (name == "GND" || name == "VCC") return rail(builder.netlist, name == "VCC");
   const auto [at, is_new] = builder.plain_nets.try_emplace(name, kNone);
@@ -25,7 +25,7 @@ NetIndex plain_net(NetlistBuilder &builder, const std::string &name) {
 
 ExtensionCode connection_code(const Connection &connection) { return extension_code(upper_case(connection.pin_part)); }
 
-// An output that is meant for the signal as a whole.
+// An output that drives the signal as a whole.
 bool is_target(const Connection &connection, bool is_output) {
   const ExtensionCode code = connection_code(connection);
   return is_output && (code == EXT_NONE || code == EXT_PIN);
@@ -44,8 +44,8 @@ NetIndex driver_net(SignalMapper &mapper) {
   return net_of(mapper, has(mapper, EXT_OE) ? "_D" : "");
 }
 
-// Connects what the signals have left over: nets that nothing declares, parts of signals that no equation makes, and
-// outputs whose net has a driver.
+// Makes the remaining connections: undeclared nets, parts of signals without an equation, and outputs whose
+// net already has a driver.
 struct LeftOverPins {
   NetlistBuilder &builder;
   TextMap<std::string, NetIndex> parts{}; // by "signal.part"

@@ -1,4 +1,4 @@
-// The placed macros: what they read and drive, and the nets that only they connect.
+// Placed macros: what they read and drive, and the nets that only they connect.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +13,9 @@ namespace cubenet {
 std::string spelled_name(const std::string &base, const Connection &connection, bool is_output);
 
 void collect_macro_pins(NetlistBuilder &builder);
-// The macro output that drives a signal without an equation of its own; nullptr for none.
+// The macro output that drives a signal without an equation; nullptr for none.
 const MacroPin *find_macro_driver(const NetlistBuilder &builder, SignalIndex signal);
-// Which forms of the signal macros read, as a bit per extension code.
+// The forms in which macros read the signal, a bit per extension code.
 std::uint32_t macro_reads(const NetlistBuilder &builder, SignalIndex signal);
 void connect_macro_pins(NetlistBuilder &builder, SignalMapper &mapper, const ReadNets &reads, const MacroPin *driver);
 void add_macros(NetlistBuilder &builder);

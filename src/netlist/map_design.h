@@ -1,4 +1,4 @@
-// What both netlist writers do first.
+// The first step of both netlist writers.
 #pragma once
 
 #include "model/cube_table.h"
@@ -14,8 +14,8 @@ struct MappedDesign {
   Netlist netlist;
 };
 
-// Renames colliding names, connects the terms and builds the netlist; reports 31600, 31620 and 31621. The netlist
-// refers to the design's names: the design must outlive it unchanged.
+// Renames colliding names, connects the terms and builds the netlist; reports 31600, 31620 and 31621. The
+// netlist refers to the design's names: the design must outlive it unchanged.
 MappedDesign map_design(Design &design, const CubeTable &cubes, XorPlace xor_place);
 
 } // namespace cubenet

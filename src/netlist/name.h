@@ -1,4 +1,4 @@
-// How the netlist's symbols and nets are named.
+// Names of the netlist's symbols and nets.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 
 namespace cubenet {
 
-// A name is printed as its two pieces in a row. The base belongs to the design, the suffix is fixed text, so neither
-// may be renamed while a Netlist stands.
+// A name is printed as base, then suffix. The base refers to the design and the suffix to fixed text, so
+// signals must not be renamed while a Netlist exists.
 struct Name {
   std::string_view base, suffix;
 };

@@ -1,8 +1,9 @@
-// The mapped design in memory. Symbols with their pins are the truth; the nets' sources and destinations are derived
-// from them, so that the two can't disagree. Both netlist files are ways of printing one Netlist.
+// The mapped design in memory. Symbols with their pins are the master data; the nets' sources and
+// destinations are derived from them, so the two can't disagree. Both netlist files print this Netlist.
 //
-// The product terms stay in the cube table: a PLA block holds its rows by reference, and in gate form the AND and OR
-// planes are printed straight from the terms (gate_planes.h); the outputs of the OR plane are sources of nets here.
+// The product terms stay in the cube table: a PLA block holds its rows by reference, and in gate form the AND
+// and OR planes are printed straight from the terms (gate_planes.h); the outputs of the OR plane are sources
+// of nets here.
 #pragma once
 
 #include <cstdint>
@@ -23,8 +24,8 @@ constexpr std::uint32_t kNone = ~0U;
 
 struct Pin {
   PinKind kind = PinKind::A;
-  // PORT_IN and PORT_OUT: the port's place in the macro; unused for the rest (an A pin is numbered by its place among
-  // the symbol's pins).
+  // PORT_IN and PORT_OUT: the port's index in the macro; otherwise unused (an A pin is numbered by its
+  // position among the symbol's pins).
   std::uint32_t number = 0;
   NetIndex net = kNone;
 };
@@ -36,8 +37,8 @@ struct Symbol {
   // The pins, into Netlist::pins. The inputs of a PLA or ZDOT block are not among them (block_inputs.h).
   std::uint32_t first_pin = 0;
   std::uint32_t pin_count = 0;
-  // PLA, ZDOT, and an LXOR2 that stands for an output: the output-list entry; XTRI1 and XBIDI1: the signal; MACRO: the
-  // macro; kNone for the rest.
+  // PLA, ZDOT, and an LXOR2 that replaces an output: the output-list entry; XTRI1 and XBIDI1: the signal;
+  // MACRO: the macro; otherwise kNone.
   std::uint32_t origin = kNone;
 };
 
@@ -67,10 +68,10 @@ struct ExternalPin {
   NetIndex net;
 };
 
-// How one output-list entry is realised.
+// The implementation of one output-list entry.
 struct OutputGate {
-  Name instance;              // the gate, or the inverter behind an active-low block
-  Name block;                 // the block in front of that inverter
+  Name instance;              // the gate, or the inverter after an active-low block
+  Name block;                 // the block before that inverter
   NetIndex net = kNone;       // what it drives
   NetIndex block_net = kNone; // what the block drives; kNone: there is none
   bool active_low = false;
@@ -90,19 +91,19 @@ struct Netlist {
   std::vector<OutputGate> outputs;   // per output-list entry
   std::vector<NetIndex> column_nets; // per input-list entry; kNone: no used term reads it
 
-  // Derived from the symbols: per net, in print order (starts has one more entry than there are nets); without the
-  // inputs of the blocks, which find_destinations adds.
+  // Derived from the symbols: per net, in print order (starts has one more entry than there are nets);
+  // without the inputs of the blocks, which find_destinations adds.
   std::vector<std::uint32_t> destination_starts;
   std::vector<Destination> destinations;
 
   bool has_blocks = false;                  // the product terms stay in PLA and ZDOT blocks
-  std::vector<std::uint32_t> first_columns; // per net: an input-list entry that reads it, kNone for none
-  std::vector<std::uint32_t> next_columns;  // per input-list entry: the next one on the same net, kNone for none
+  std::vector<std::uint32_t> first_columns; // per net: an input-list entry that reads it, or kNone
+  std::vector<std::uint32_t> next_columns;  // per input-list entry: the next one on its net, or kNone
 
-  std::deque<std::string> own_names; // names that neither the design nor fixed text holds
+  std::deque<std::string> own_names; // names that are neither in the design nor fixed text
 };
 
-// Calls visit(name) for every symbol, the gates that drive outputs in gate form among them.
+// Calls visit(name) for every symbol, including the gates that drive outputs in gate form.
 template <typename Visit> void for_each_instance(const Netlist &netlist, Visit visit) {
   for (const Symbol &symbol : netlist.symbols) visit(symbol.instance);
   for (const Net &net : netlist.nets)
@@ -114,7 +115,7 @@ template <typename Visit> void for_each_column(const Netlist &netlist, NetIndex 
   for (std::uint32_t k = netlist.first_columns[net]; k != kNone; k = netlist.next_columns[k]) visit(k);
 }
 
-// A net that nothing drives and nobody reads is not printed.
+// Nets without driver and readers are not printed.
 inline bool is_connected(const Netlist &netlist, NetIndex net) {
   const Net &each = netlist.nets[net];
   const bool is_external = each.kind == NetKind::EXTERNAL_INPUT || each.kind == NetKind::EXTERNAL_OUTPUT;

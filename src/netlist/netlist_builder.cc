@@ -1,4 +1,4 @@
-// The bricks that the three subjects of a build share: entries by signal, nets, and symbols in print order.
+// Building blocks shared by the three parts of a build: entries by signal, nets, and symbols in print order.
 #include "netlist/netlist_builder.h"
 
 #include <numeric>

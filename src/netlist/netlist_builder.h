@@ -1,4 +1,4 @@
-// The state of one build of a netlist, shared by its three subjects: the signals, the macros and the output blocks.
+// The state of one netlist build, shared by its three parts: signals, macros and output blocks.
 #pragma once
 
 #include <string>
@@ -24,11 +24,11 @@ template <typename Visit> void for_each_entry(const BySignal &groups, SignalInde
   for (std::uint32_t i = groups.starts[at]; i < groups.starts[at + 1]; i++) visit(groups.entries[i]);
 }
 
-// A connection of a placed macro, and the net that it was given.
+// A connection of a placed macro, and its net.
 struct MacroPin {
   const Connection *connection;
   bool is_output;
-  bool is_apart = false; // an output that must not meet the net that it names: something else drives that
+  bool is_apart = false; // an output kept off the net that it names, which has another driver
   NetIndex net = kNone;
 };
 
@@ -44,7 +44,7 @@ struct NetlistBuilder {
   BySignal connected{};               // macro pins by signal
   std::vector<Symbol> signal_symbols{};
   TextMap<std::string, NetIndex> plain_nets{}; // nets that only macros connect, by name
-  std::vector<NetIndex> yielding_nets{};       // their names get a number where another net
+  std::vector<NetIndex> yielding_nets{};       // their names get a number if another net
   std::vector<SymbolIndex> yielding_symbols{}; // or symbol has them
 };
 

@@ -1,5 +1,6 @@
-// The NXF netlist: header, device, and one logical section with the external pins, the nets and the symbols. Before it
-// stands the parameter file. Everything printed is in the mapped design; here is only the format.
+// The NXF netlist: header, device, and one logical section with the external pins, the nets and the symbols.
+// The parameter file is written before it. All contents are in the mapped design; only the format is defined
+// here.
 #include <optional>
 #include <vector>
 
@@ -28,7 +29,7 @@ struct NxfWriter {
   BlockInputs &inputs;
 };
 
-// The response file is the host flow's; the parameter file only names it.
+// The response file belongs to the host's flow; the parameter file only names it.
 bool write_parameters(const Design &design, const std::string &par_name, const std::string &rsp_name) {
   bool needed = design.reserve_pins;
   for (const std::string &line : design.par) needed = needed || !line.empty();
@@ -64,7 +65,7 @@ void write_external_pins(const NxfWriter &writer) {
   put(writer.file, '\n');
 }
 
-// " DST gate.pin gate.pin ...", or nothing when no symbol reads the net.
+// " DST gate.pin gate.pin ...", or nothing if no symbol reads the net.
 void put_destinations(const NxfWriter &writer, std::size_t statement) {
   const NetIndex net = writer.netlist.statements[statement];
   const std::span<const Destination> destinations = find_destinations(writer.destinations, statement);
@@ -78,7 +79,7 @@ void put_destinations(const NxfWriter &writer, std::size_t statement) {
   }
 }
 
-// "NET n EXT DST ...;" has no empty line behind it; every other statement has.
+// No empty line follows "NET n EXT DST ...;"; one follows every other statement.
 void write_net(const NxfWriter &writer, std::size_t statement) {
   const Net &net = writer.netlist.nets[writer.netlist.statements[statement]];
   put_all(writer.file, "NET ", net.name);

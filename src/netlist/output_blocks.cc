@@ -1,5 +1,5 @@
-// The blocks of the outputs, in output order: a buffer from a rail, or the PLA or ZDOT block of the output's terms with
-// the inverter of an active-low output behind it.
+// The blocks of the outputs, in output order: a buffer from a rail, or the PLA or ZDOT block of the output's
+// terms, followed by an inverter if it is active-low.
 #include "netlist/output_blocks.h"
 
 namespace cubenet {

@@ -5,8 +5,8 @@
 
 namespace cubenet {
 
-// Adds the rails that constant outputs need, XOR gates where they stand with the outputs, and PLA or ZDOT blocks unless
-// the product terms become gates.
+// Adds the rails that constant outputs need, XOR gates if they are placed with the outputs, and PLA or ZDOT
+// blocks unless the product terms become gates.
 void add_output_blocks(NetlistBuilder &builder);
 
 } // namespace cubenet

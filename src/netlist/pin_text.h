@@ -1,4 +1,4 @@
-// The spelling of pins that both netlist files have in common.
+// The spelling of pins, common to both netlist files.
 #pragma once
 
 #include "model/design.h"
@@ -7,7 +7,7 @@
 
 namespace cubenet {
 
-// The name of a pin, as its primitive or its macro has it.
+// The name of a pin in its primitive or macro.
 void put_pin_name(OutputFile &file, const Design &design, const Netlist &netlist, SymbolIndex symbol,
                   std::uint32_t pin);
 // "instance.pin"

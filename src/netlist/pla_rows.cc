@@ -1,4 +1,5 @@
-// Terms as text. A block that uses every input is printed four inputs at a time; any other one column by column.
+// Terms as text. A block that uses every input is printed four inputs at a time; any other one column by
+// column.
 #include "netlist/pla_rows.h"
 
 #include <array>
@@ -40,7 +41,8 @@ void put_pla_rows(OutputFile &file, const CubeTable &cubes, const std::uint32_t 
   const bool all = columns.size() == cubes.inputs;
   for (std::size_t i = 0; i < term_count; i++) {
     const std::uint32_t *row = cube(cubes, terms[i]);
-    char *at = reserve(file, columns.size() + 24); // whole words are written, up to 15 characters past the last column
+    // Whole words are written, up to 15 characters past the last column.
+    char *at = reserve(file, columns.size() + 24);
     *at++ = '\t';
     at = all ? put_all_columns(at, cubes, row) : put_columns(at, row, columns);
     std::memcpy(at, " 1\n", 3);

@@ -9,8 +9,8 @@
 
 namespace cubenet {
 
-// One row per term: a tab, a character per column ('0' complemented literal, '1' true literal, '-' not used by the
-// term), " 1" and a line end. `columns` are the block's inputs, ascending; `terms` cube indices.
+// One row per term: a tab, a character per column ('0' complemented literal, '1' true literal, '-' not used
+// by the term), " 1" and a line end. `columns` are the block's inputs, ascending; `terms` cube indices.
 void put_pla_rows(OutputFile &file, const CubeTable &cubes, const std::uint32_t *terms, std::size_t term_count,
                   const std::vector<std::uint32_t> &columns);
 

@@ -47,7 +47,7 @@ static_assert(kPrimitiveNames.size() == static_cast<std::size_t>(Primitive::MACR
 constexpr std::string_view primitive_name(Primitive primitive) {
   return kPrimitiveNames[static_cast<std::size_t>(primitive)];
 }
-// Made of product terms.
+// Built from product terms.
 constexpr bool is_block(Primitive primitive) { return primitive == Primitive::PLA || primitive == Primitive::ZDOT; }
 constexpr bool has_width(Primitive primitive) { return primitive <= Primitive::NOR; }
 // The output of an inverting gate is ZN0, that of any other gate Z0.

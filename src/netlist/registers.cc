@@ -1,6 +1,6 @@
-// Takes one registered signal, gives its storage element and all that stands around it: operand XOR gates, inverters,
-// the networks that emulate inputs which the library's primitives lack, the feedback buffers and the pad. Every
-// decision follows from the signal's equations, its readers and the device series.
+// Takes one registered signal, gives its storage element and the logic around it: operand XOR gates,
+// inverters, networks that emulate inputs which the library's primitives lack, feedback buffers and the pad.
+// Every decision follows from the signal's equations, its readers and the device series.
 #include "netlist/registers.h"
 
 #include <algorithm>
@@ -20,14 +20,14 @@ struct Storage {
   NetIndex preset; // kNone: none
   bool clock_enable;
   bool toggle_primitive = false;
-  NetIndex data = kNone; // what the storage element takes over
+  NetIndex data = kNone; // data of the storage element
 };
 
 NetIndex equation_net(SignalMapper &mapper, ExtensionCode code, std::string_view suffix) {
   return has(mapper, code) ? net_of(mapper, suffix) : kNone;
 }
 
-// The first of two synonyms that the signal has.
+// The net of whichever of two synonyms the signal has, the first if it has both.
 NetIndex either_net(SignalMapper &mapper, ExtensionCode a, std::string_view a_suffix, ExtensionCode b,
                     std::string_view b_suffix) {
   const NetIndex net = equation_net(mapper, a, a_suffix);
@@ -39,8 +39,8 @@ bool is_inverted(const SignalMapper &mapper) {
          test_bit(mapper.design.pin_inversion, static_cast<std::size_t>(mapper.signal));
 }
 
-// The output of the storage element is named after the way it leaves: through an inverter, into a pad, straight to a
-// pin, or to its readers inside.
+// The name of the storage element's output depends on what it drives: an inverter, a pad, a pin, or internal
+// readers.
 std::string_view q_suffix(const SignalMapper &mapper) {
   if (is_inverted(mapper)) return "_Q";
   if (has(mapper, EXT_OE)) return is_read(mapper, EXT_FB) ? "_FB" : "_Q";
@@ -63,8 +63,9 @@ Storage make_storage(SignalMapper &mapper) {
   return storage;
 }
 
-// A generic register on an inverted pin stores the complement of its equation, so that the pin follows it. Where
-// nothing else acts on the storage element, inverting one operand of the XOR does it; else an inverter follows.
+// A generic register on an inverted pin stores the complement of its equation, so that the pin follows it. If
+// nothing else acts on the storage element, one operand of the XOR is inverted; otherwise an inverter
+// follows.
 NetIndex map_generic_data(Storage &storage) {
   SignalMapper &mapper = storage.mapper;
   if (has(mapper, EXT_GX1)) {
@@ -80,7 +81,7 @@ NetIndex map_generic_data(Storage &storage) {
   return storage.inverted ? add_gate(mapper, Primitive::INV, "_D", {data}) : data;
 }
 
-// The wanted next value of a D, generic or toggle register before any synchronous control.
+// The next value of a D, generic or toggle register before any synchronous control.
 NetIndex map_data(Storage &storage) {
   SignalMapper &mapper = storage.mapper;
   if (has(mapper, EXT_DX1))
@@ -94,7 +95,7 @@ NetIndex map_data(Storage &storage) {
   return add_gate(mapper, Primitive::LXOR2, "_1", {toggle, storage.q});
 }
 
-// The synchronous controls that are built from gates; kNone where there is none.
+// The synchronous controls that are built from gates; kNone for none.
 struct Emulation {
   NetIndex enable = kNone;  // series below 2: the clock enable
   NetIndex hold = kNone;    // term that keeps the value while the clock is not enabled
@@ -137,7 +138,7 @@ NetIndex map_next_value(Storage &storage) {
   if (set_hold) return map_set_hold(storage, emulation);
   const NetIndex enabled = join(mapper, Primitive::AND, "_3", {data, emulation.release, emulation.enable});
   const NetIndex next = join(mapper, Primitive::OR, "_5", {enabled, emulation.preset, emulation.hold});
-  // A toggle primitive is told to toggle when the wanted value differs from the present one.
+  // A toggle primitive toggles when the next value differs from the present one.
   if (storage.toggle_primitive && next != data) return add_gate(mapper, Primitive::LXOR2, "_8", {next, storage.q});
   return next;
 }
@@ -179,7 +180,7 @@ void add_optional_pin(SignalMapper &mapper, PinKind kind, NetIndex net) {
   if (net != kNone) add_pin(mapper, kind, net);
 }
 
-// Below series 2 there is no preset: the register stores the complement, and its reset presets.
+// Below series 2 there is no preset: the register stores the complement, so that its reset acts as preset.
 void add_flip_flop(Storage &storage) {
   SignalMapper &mapper = storage.mapper;
   const bool complement = storage.low_series && storage.preset != kNone;
@@ -212,9 +213,9 @@ void add_latch_primitive(Storage &storage) {
   add_pin(mapper, PinKind::Q0, storage.q);
 }
 
-// Without asynchronous inputs in the library's latches the latch is a feedback loop: the data while the gate is open,
-// the value while it is closed, and the preset; without a preset the term of data and value together covers the moment
-// in which the gate closes.
+// If the library's latches have no asynchronous inputs, the latch is a feedback loop: the data while the gate
+// is open, the value while it is closed, and the preset; without a preset, the term of data and value avoids
+// a glitch when the gate closes.
 void add_gate_latch(Storage &storage) {
   SignalMapper &mapper = storage.mapper;
   const bool by_le = has(mapper, EXT_LE);
@@ -237,16 +238,17 @@ void add_storage(Storage &storage) {
   add_latch_primitive(storage);
 }
 
-// The net of that suffix: the given one, or a buffer from it.
+// The net of that suffix: the given one, or one buffered from it.
 NetIndex buffered(SignalMapper &mapper, std::string_view suffix, NetIndex from) {
   return net_of(mapper, suffix) == from ? from : add_gate(mapper, Primitive::BUF, suffix, {from});
 }
 
-// .Q reads the storage element; .FB reads it in the pin's polarity; the plain name reads the pin, or a node's value.
+// .Q reads the storage element; .FB reads it in the pin's polarity; the plain name reads the pin, or a node's
+// value.
 void map_outputs(Storage &storage, ReadNets &reads) {
   SignalMapper &mapper = storage.mapper;
   const bool has_pad = has(mapper, EXT_OE);
-  const std::string_view outward = has_pad ? "_FB" : "_PIN"; // behind the inverter
+  const std::string_view outward = has_pad ? "_FB" : "_PIN"; // after the inverter
   const NetIndex in_polarity = storage.inverted ? net_of(mapper, outward) : storage.q;
   if (is_read(mapper, EXT_Q)) reads.q = buffered(mapper, "_Q", storage.q);
   if (is_read(mapper, EXT_FB)) reads.fb = buffered(mapper, "_FB", in_polarity);

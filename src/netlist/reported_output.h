@@ -1,4 +1,4 @@
-// Outputs whose failing is reported.
+// Outputs whose failure is reported.
 #pragma once
 
 #include <string>
@@ -7,9 +7,9 @@
 
 namespace cubenet {
 
-// Opens an output for writing; reports 31103 with `lead` before its text and gives false when that fails.
+// Opens an output for writing; on failure reports 31103 with `lead` before its text and returns false.
 [[nodiscard]] bool open_reported(OutputFile &file, const std::string &path, const char *lead);
-// Closes it; reports 31103 and gives false when the file could not be written whole (it is removed).
+// Closes it; if the file could not be written whole, removes it, reports 31103 and returns false.
 [[nodiscard]] bool close_reported(OutputFile &file, const char *lead);
 
 } // namespace cubenet

@@ -1,4 +1,4 @@
-// The bricks of the signal mapping: nets by suffix, symbols with their pins, gates, and pads.
+// Building blocks of the signal mapping: nets by suffix, symbols with their pins, gates, and pads.
 #include "netlist/signal_mapper.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-// What the mapping of one signal works with: its equations, its readers, and the netlist that it adds to.
+// The state of one signal's mapping: its equations, its readers, and the netlist that it adds to.
 #pragma once
 
 #include <array>
@@ -22,7 +22,7 @@ struct ReadNets {
   NetIndex q = kNone, fb = kNone;
   NetIndex d = kNone, t = kNone, reg = kNone;
 };
-// The net on which a reference with that extension reads; kNone when the signal can't be read so.
+// The net that a reference with that extension reads; kNone if the signal can't be read so.
 NetIndex read_net(const ReadNets &reads, ExtensionCode code);
 
 struct SignalMapper {
@@ -31,8 +31,8 @@ struct SignalMapper {
   std::vector<Symbol> &symbols; // the signals' symbols, in print order
   SignalIndex signal = kNoSignal;
   std::string_view base;                                     // the signal's name
-  std::array<std::uint32_t, kExtensionCodes> equations{};    // by extension code: output-list entry, kNone for none
-  std::uint32_t reads = 0;                                   // bit per extension code: somebody reads the signal so
+  std::array<std::uint32_t, kExtensionCodes> equations{};    // by extension code: output-list entry or kNone
+  std::uint32_t reads = 0;                                   // bit per extension code: the signal is read so
   std::vector<std::pair<std::string_view, NetIndex>> nets{}; // by suffix
 };
 
@@ -57,12 +57,12 @@ NetIndex add_gate(SignalMapper &mapper, Primitive primitive, std::string_view su
 // The same gate named `suffix` but driving another net.
 void add_gate_to(SignalMapper &mapper, Primitive primitive, std::string_view suffix,
                  std::initializer_list<NetIndex> inputs, NetIndex output);
-// An AND or OR of the inputs that are there (kNone is left out); one input alone needs no gate and is the result.
+// An AND or OR of the inputs (skipping kNone); a single input needs no gate and is the result.
 NetIndex join(SignalMapper &mapper, Primitive primitive, std::string_view suffix,
               std::initializer_list<NetIndex> inputs);
 
-// The pad of a pin, or the tristate buffer of a node, fed from `data`; enable kNone: always on. Returns the net on
-// which the signal itself is read, kNone for a pad that nobody reads.
+// The pad of a pin, or the tristate buffer of a node, fed from `data`; enable kNone: always on. Returns the
+// net that reads the signal itself, or kNone for a pad that is never read.
 NetIndex add_pad(SignalMapper &mapper, NetIndex data, NetIndex enable);
 
 } // namespace cubenet

@@ -1,5 +1,6 @@
-// Takes one signal with its equations and readers, gives its nets in statement order and its symbols in print order.
-// Storage elements are map_register's; here are input pins, combinational signals and what all signals share.
+// Takes one signal with its equations and readers, gives its nets in statement order and its symbols in print
+// order. Registers are mapped by map_register; this file handles input pins, combinational signals and what
+// all signals share.
 #include "netlist/signals.h"
 
 #include <algorithm>
@@ -13,11 +14,11 @@ namespace {
 
 struct OutputSuffix {
   std::string_view net;   // of an equation with that extension
-  std::string_view block; // of the block in front of its inverter
+  std::string_view block; // of the block before its inverter
 };
 
 // clang-format off
-constexpr std::array<OutputSuffix, kExtensionCodes> kOutputSuffixes{{ // .Q, .FB and .PIN are no outputs
+constexpr std::array<OutputSuffix, kExtensionCodes> kOutputSuffixes{{ // .Q, .FB and .PIN are not outputs
     {"", "_B"},        {"_X1", "_X1B"},   {"_X2", "_X2B"},   {"_DX1", "_DX1B"}, {"_DX2", "_DX2B"}, {"_GX1", "_GX1B"},
     {"_GX2", "_GX2B"}, {"_TX1", "_TX1B"}, {"_TX2", "_TX2B"}, {"_D", "_DB"},     {"_REG", "_REGB"}, {"_T", "_TB"},
     {"_J", "_JB"},     {"_K", "_KB"},     {"_R", "_RB"},     {"_S", "_SB"},     {"_C", "_CB"},     {"_LH", "_LHB"},
@@ -25,8 +26,8 @@ constexpr std::array<OutputSuffix, kExtensionCodes> kOutputSuffixes{{ // .Q, .FB
     {"", ""},          {"", ""},          {"_OE", "_OEB"},   {"", ""},          {"_AP", "_APB"},   {"_PR", "_PRB"},
 }};
 
-// The statements of one signal's nets: what goes into it, then what comes out. A block's net stands before the net of
-// the inverter behind it.
+// The statement order of one signal's nets: inputs, then outputs. A block's net precedes the net of its
+// inverter.
 constexpr std::array<std::string_view, 64> kRegisterStatements{
     "_CB", "_C", "_LEB", "_LE", "_LHB", "_LH", "_ARB", "_AR", "_REB", "_RE", "_APB", "_AP", "_PRB", "_PR", "_CEB", "_CE",
     "_SPB", "_SP", "_SRB", "_SR", "_DB", "_D", "_REGB", "_REG", "_TB", "_T", "_JB", "_J", "_KB", "_K", "_SB", "_S", "_RB", "_R",
@@ -51,7 +52,7 @@ static_assert(std::all_of(kOutputSuffixes.begin(), kOutputSuffixes.end(),
 // Combinational: the signal's own equation, or its XOR pair, drives it.
 bool has_equation(const SignalMapper &mapper) { return has(mapper, EXT_NONE) || has(mapper, EXT_X1); }
 
-// Where nobody reads the output and it only passes a tristate node on, its pad stands without an enable.
+// An output that is never read and only passes on a tristate node has a pad without enable.
 bool is_feed(const SignalMapper &mapper) {
   const std::uint32_t output = mapper.equations[EXT_NONE];
   return is_pin(mapper.design, mapper.signal) && output != kNone && mapper.design.fan_out.oe_feed[output] != 0 &&
@@ -87,7 +88,7 @@ ReadNets map_combinational(SignalMapper &mapper, bool from_macro) {
   return {.plain = read, .d = read};
 }
 
-// A pin without a pad is driven straight by the net that its readers read.
+// A pin without a pad is driven directly by the net that its readers use.
 void add_direct_pin(SignalMapper &mapper) {
   const std::vector<ExternalPin> &placed = mapper.netlist.external_pins;
   if (!placed.empty() && placed.back().pin == mapper.signal) return;
@@ -96,7 +97,7 @@ void add_direct_pin(SignalMapper &mapper) {
   mapper.netlist.external_pins.push_back({mapper.signal, Direction::OUT, net});
 }
 
-// Which equations the signal has, and who reads it in which form.
+// The signal's equations, and the forms in which it is read.
 void gather_roles(const NetlistBuilder &builder, SignalMapper &mapper) {
   const Design &design = builder.design;
   mapper.equations.fill(kNone);

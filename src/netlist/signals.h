@@ -5,12 +5,13 @@
 
 namespace cubenet {
 
-// Whether the mapping names anything with that suffix.
+// Whether the mapping generates names with that suffix.
 bool is_made_suffix(std::string_view suffix);
 
 // Maps one signal: its nets, its symbols, its external pin, and the nets that its readers read.
 void map_signal(NetlistBuilder &builder, SignalIndex signal);
-// An LXOR2 gate that takes an output reads its columns' nets, which stand only when all signals are mapped.
+// An LXOR2 gate that replaces an output reads its columns' nets, which exist only after all signals are
+// mapped.
 void connect_xor_gates(NetlistBuilder &builder);
 
 } // namespace cubenet

@@ -1,4 +1,4 @@
-// Parsing of product terms, a character at a time: this defines what a term is, and tells what is wrong with a bad one.
+// Parses product terms a character at a time: defines what a term is, and what is wrong with a bad one.
 #include "reader/cube_parser.h"
 
 #include <array>
@@ -40,7 +40,7 @@ struct Part {
   std::size_t width;     // bits per column
 };
 
-// Reads the columns of one part from `at` on, which is left behind the last one. `seen` collects the codes.
+// Reads the columns of one part, moving `at` past the last one. `seen` collects the codes.
 TermStatus parse_part(std::string_view line, const Part &part, std::uint32_t *row, std::size_t &at,
                       std::uint32_t &seen) {
   for (std::size_t column = 0; column < part.columns; at++) {

@@ -40,7 +40,8 @@ struct CountLine {
 constexpr CountLine kInputCount{31501, 31401, 31402, ".i", "inputs"};
 constexpr CountLine kOutputCount{31502, 31403, 31404, ".o", "outputs"};
 
-// Reads the count of ".i" or ".o"; false when the line gives none, which is an error unless a line before it did.
+// Reads the count of ".i" or ".o"; false if the line gives none, which is an error unless an earlier line
+// did.
 bool read_count(ReaderState &state, std::string_view text, const CountLine &line, int &count) {
   if (count > 0) {
     report_warning(line.is_repeated, "Line '%s' has been read; extra '%s' on line %d in file '%s' is ignored",
@@ -72,8 +73,8 @@ void read_o(ReaderState &state, std::string_view text) {
   state.failed = true;
 }
 
-// One character per output; a text that is too short ends in one bad character. The count is not trusted to size
-// anything: the text is kept as it is.
+// One character per output; a text that is too short is treated as ending in a bad character. The claimed
+// count sizes nothing: the text is stored as written.
 bool check_phase(const ReaderState &state, std::string_view text, std::string_view rest) {
   const auto outputs = static_cast<std::size_t>(state.NO);
   const std::string_view phase = text.substr(0, outputs);
@@ -113,8 +114,8 @@ struct HeaderRow {
   void (*read)(ReaderState &, std::string_view);
 };
 
-// The keywords that say nothing new (.p, .type, .kiss, .symbolic, .symbolic-output, .label, .pair) have no row: they
-// are skipped like the unknown ones. The terms are counted, not announced.
+// Keywords without effect (.p, .type, .kiss, .symbolic, .symbolic-output, .label, .pair) have no row: they
+// are skipped like unknown ones. The number of terms is counted, not taken from .p.
 constexpr std::array<HeaderRow, 7> kHeaderLines{{
     {".ilb", read_ilb},
     {".ob", read_ob},

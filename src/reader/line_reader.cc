@@ -1,5 +1,6 @@
-// Reading of lines by the block. A line that spans blocks is moved to the front; one that is longer than the block
-// makes the block grow, unless it holds a NUL byte: what follows that is of no use, so a file of zeros takes no memory.
+// Reads lines in blocks. A line that spans blocks is moved to the front; one longer than the block makes the
+// block grow, unless it contains a NUL byte: what follows that is dropped, so a file of zeros takes no
+// memory.
 #include "reader/line_reader.h"
 
 #include <cstdlib>
@@ -23,15 +24,15 @@ void grow(LineReader &reader) {
   reader.block = static_cast<char *>(reallocate(reader.block, reader.capacity));
 }
 
-// Makes room behind a line that fills the whole block. A line that goes on behind a NUL byte is kept up to that byte;
-// the block still grows when this frees less than half of it, so that bytes are looked at a bounded number of times.
+// Makes room after a line that fills the whole block. A line with a NUL byte is kept up to that byte; the
+// block still grows if this frees less than half of it, so that bytes are searched a bounded number of times.
 void make_room(LineReader &reader) {
   const void *nul = reader.end > 0 ? std::memchr(reader.block, 0, reader.end) : nullptr;
   if (nul != nullptr) reader.end = static_cast<std::size_t>(static_cast<const char *>(nul) - reader.block) + 1;
   if (reader.end > reader.capacity / 2 || reader.capacity == 0) grow(reader);
 }
 
-// Reads on behind what is left; returns how much that was. It starts at the front of the block now.
+// Moves the remaining bytes to the front of the block and reads on after them; returns their number.
 std::size_t refill(LineReader &reader) {
   if (reader.begin > 0) std::memmove(reader.block, reader.block + reader.begin, reader.end - reader.begin);
   reader.end -= reader.begin;
@@ -44,7 +45,7 @@ std::size_t refill(LineReader &reader) {
   return left;
 }
 
-// Hands out the next `length` bytes as a line; `skipped` more are its line end.
+// Returns the next `length` bytes as a line; `skipped` more are its line end.
 std::string_view take_line(LineReader &reader, std::size_t length, std::size_t skipped) {
   const std::string_view line(reader.block + reader.begin, length);
   reader.begin += length + skipped;
@@ -56,7 +57,7 @@ std::string_view take_line(LineReader &reader, std::size_t length, std::size_t s
 LineReader::~LineReader() { std::free(block); }
 
 bool read_line(LineReader &reader, std::string_view &line) {
-  std::size_t searched = 0; // bytes of the line that are known to hold no line end
+  std::size_t searched = 0; // bytes of the line known to contain no line end
   for (;;) {
     const std::size_t have = reader.end - reader.begin;
     const char *start = reader.block + reader.begin;

@@ -1,5 +1,5 @@
-// The pin, node, input and output lists. Which checks an item meets, and in which order, is told by the function that
-// reads one item; the first check that fails ends the item, except for a sign behind a node.
+// The pin, node, input and output lists. The function that reads one item defines the checks and their order;
+// the first check that fails ends the item, except for a sign after a node.
 #include "reader/lists.h"
 
 #include <algorithm>
@@ -16,9 +16,9 @@ namespace {
 
 // An item from its first '+', '-' or ':' on.
 struct Suffix {
-  std::string name;             // what stands before
+  std::string name;             // the part before it
   char first_sign = 0;          // '+', '-' or none
-  std::string_view extra_signs; // the signs that follow it at once
+  std::string_view extra_signs; // the signs immediately after it
   std::string tail;             // what follows the signs
 };
 
@@ -39,7 +39,7 @@ Suffix split_suffix(const Token &item) {
 
 bool is_inverted(const Suffix &suffix) { return suffix.first_sign == '-'; }
 
-// Reads every item of a list into `names` and makes that as long as the list, whatever became of the items.
+// Reads every item of a list into `names`, which becomes as long as the list even if items are bad.
 template <typename ReadItem>
 void read_items(ReaderState &state, std::string_view text, std::vector<std::string> &names, std::size_t count,
                 ReadItem read_item) {
@@ -60,8 +60,8 @@ struct DeclarationNouns {
 constexpr DeclarationNouns kPinNouns{31521, 31523, "pin", "pins"};
 constexpr DeclarationNouns kNodeNouns{31522, 31524, "node", "nodes"};
 
-// Takes the count off the front of a pin or node list and returns the number of items behind it. A first word that is
-// no count is the first item.
+// Removes the count from the front of a pin or node list and returns the number of items after it. If the
+// first word is not a count, it is the first item.
 std::size_t take_count(const ReaderState &state, std::string_view &text, const DeclarationNouns &nouns) {
   std::string_view rest = text;
   Token first;
@@ -104,7 +104,7 @@ bool check_pin_name(const Token &item, const std::string &text) {
   return false;
 }
 
-// The package pin belongs to the name even when that turns out to be too long.
+// The package pin belongs to the name even if that is too long.
 bool read_package_pin(ReaderState &state, const Suffix &suffix, const std::string &text) {
   if (suffix.tail.empty()) return true;
   if (suffix.tail.front() != ':')
@@ -182,7 +182,7 @@ bool read_node(ReaderState &state, const Token &item) {
   const Suffix suffix = split_suffix(item);
   const char *name = suffix.name.c_str();
   const bool has_minus = is_inverted(suffix) || suffix.extra_signs.find('-') != std::string_view::npos;
-  if (has_minus) // the later checks are still made
+  if (has_minus) // the later checks still apply
     report_error(31220,
                  "Using attribute 'invert' with node '%s' is invalid; attribute 'invert' can only be used with "
                  "registered pin",
@@ -205,8 +205,8 @@ struct ColumnNouns {
 constexpr ColumnNouns kInputNouns{31212, "input", "ilb"};
 constexpr ColumnNouns kOutputNouns{31213, "output", "ob"};
 
-// The number of items of an input or output list. It must equal the count that the file gave before; when it doesn't,
-// it takes that count's place. 0: no count was given, and the list is not to be stored.
+// The number of items of an input or output list. It must equal the count given earlier in the file; if it
+// doesn't, it replaces that count. 0: no count was given, and the list is not stored.
 std::size_t settle_columns(ReaderState &state, std::string_view text, int &given, const ColumnNouns &nouns) {
   if (given < 1) return 0;
   const int items = count_items(text);

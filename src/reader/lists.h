@@ -1,5 +1,6 @@
-// The four lists that name a design's signals. Each takes the text behind its keyword, reports every bad item, stores
-// the good ones without gaps and flags an error in the state when any was bad; the count stays that of all items.
+// The four lists that name a design's signals. Each function takes the text after its keyword, reports every
+// bad item, stores the good ones without gaps, and flags an error in the state if any was bad; the count
+// remains that of all items.
 #pragma once
 
 #include <string_view>
@@ -8,13 +9,13 @@
 
 namespace cubenet {
 
-// [count] name[+|-][:package_pin] ...  A '-' inverts the pin; a package pin becomes an attribute with code 51.
+// [count] name[+|-][:package_pin] ...  A '-' inverts the pin; a package pin becomes an attribute, code 51.
 void read_pin_list(ReaderState &state, std::string_view text);
 
 // [count] name[:package_pin] ...  A package pin is ignored with a warning.
 void read_node_list(ReaderState &state, std::string_view text);
 
-// name[.extension][+|-] ...  Dropped without a message while ".i" is not known.
+// name[.extension][+|-] ...  Ignored without a message before ".i".
 void read_input_list(ReaderState &state, std::string_view text);
 
 // The same for the outputs; a '-' inverts the output.

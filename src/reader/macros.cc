@@ -1,5 +1,5 @@
-// EXTERNAL and INSTANCE statements. Lists are turned around once at the end, so that putting the newest first takes no
-// time for each statement.
+// EXTERNAL and INSTANCE statements. Lists are reversed once at the end, so that putting the newest first
+// costs nothing per statement.
 #include "reader/macros.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::string_view kPortDelimiters = " '";
 
-// The next piece between delimiters, taken off the front of `text`; empty when none is left.
+// Removes the next piece between delimiters from the front of `text`; empty if none is left.
 std::string_view take_piece(std::string_view &text, std::string_view delimiters) {
   text.remove_prefix(std::min(text.find_first_not_of(delimiters), text.size()));
   const std::string_view piece = text.substr(0, text.find_first_of(delimiters));
@@ -28,7 +28,7 @@ void add_port(Macro &macro, std::string_view text) {
   if (equal_ignoring_case(direction, "o")) macro.outputs.emplace_back(port);
 }
 
-// A net of no name can't be connected.
+// A net without a name can't be connected.
 bool read_connections(std::string_view &text, std::size_t count, std::vector<Connection> &connections) {
   for (Token token; connections.size() < count;) {
     if (!next_token(text, token) || token.dot == 0) return false;

@@ -1,5 +1,5 @@
-// Part selection. A part is named in one of two styles: it begins with the family's name, or it is a device-style name
-// such as "i7710K100" (family letter, four digits, package letter, speed).
+// Part selection. A part is named in one of two styles: it begins with the family's name, or it is a
+// device-style name such as "i7710K100" (family letter, four digits, package letter, speed).
 #include "reader/part_selection.h"
 
 #include <cstdint>
@@ -29,7 +29,7 @@ struct Part {
   std::string name;
 };
 
-// A part that begins with the family's name, in any case, takes the family's spelling; the rest is written in upper
+// A part that begins with a family's name, in any case, gets the family's spelling; the rest becomes upper
 // case.
 std::optional<Part> parse_family_part(std::string_view text, const Family &family) {
   if (!is_family_name(text.substr(0, family.name.size()), family)) return std::nullopt;
@@ -47,8 +47,8 @@ const Family *find_family(char letter) {
   return nullptr;
 }
 
-// A device-style name: family letter, four digits, package letter, then the speed's digits (none is 0) up to the end or
-// a ',' or ';'. At least 8 characters; the speed times ten must fit the part name's number.
+// A device-style name: family letter, four digits, package letter, then the speed's digits (0 if missing) up
+// to the end or a ',' or ';'. At least 8 characters; the speed times ten must fit the part name's number.
 std::optional<Part> parse_device_style(std::string_view text) {
   const Family *family = text.size() >= 8 ? find_family(text.front()) : nullptr;
   if (family == nullptr) return std::nullopt;
@@ -75,7 +75,7 @@ bool refuse_part(std::string_view part) {
 
 bool select_by_part(const PartRequest &request, DesignHeader &header) {
   std::optional<Part> part = parse_family_part(request.part);
-  if (!part && request.is_from_command_line) part = Part{&kTarvex, request.part}; // taken unchecked
+  if (!part && request.is_from_command_line) part = Part{&kTarvex, request.part}; // not checked
   if (!part) part = parse_device_style(request.part);
   if (!part) return refuse_part(request.part);
   settle(header, *part->family, part->name);
@@ -98,7 +98,7 @@ void select_by_device(const std::string &device, DesignHeader &header) {
   }
 }
 
-// Compares the device with the settled part, which stays in any case.
+// Compares the device with the selected part, which is kept in any case.
 void check_device(const std::string &device, const Part &part) {
   const Family &other = other_family(*part.family);
   if (is_family_name(device, *part.family)) return;

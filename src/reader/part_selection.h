@@ -1,4 +1,4 @@
-// Which device family and which part a design is for.
+// Selection of a design's device family and part.
 #pragma once
 
 #include <string>
@@ -7,12 +7,12 @@
 
 namespace cubenet {
 
-// What the design file and the command line say of it.
+// The requests of the design file and the command line.
 struct PartRequest {
   std::string device;                // DEVICE statement; empty: none
   std::string part;                  // PART attribute or command line
-  bool has_part = false;             // a part was given, were it the empty text
-  bool is_from_command_line = false; // and it came from there
+  bool has_part = false;             // a part was given, even an empty one
+  bool is_from_command_line = false; // and it came from the command line
 };
 
 // Fills `family` and `part` of the header. False after error 31361: the part was not recognized.

@@ -12,7 +12,7 @@ namespace cubenet {
 
 namespace {
 
-// Nothing is checked; downstream wants the values separated by commas.
+// Nothing is checked; downstream tools expect the values separated by commas.
 void read_name_value(ReaderState &state, std::string_view text) {
   Token name;
   if (!next_token(text, name)) return;
@@ -22,7 +22,7 @@ void read_name_value(ReaderState &state, std::string_view text) {
   state.design.name_values.emplace_back(name.text, std::move(value));
 }
 
-// A part that the command line named wins; without one the latest statement counts.
+// A part on the command line wins; otherwise the last statement counts.
 void read_part(ReaderState &state, const PropertyStatement &statement) {
   std::string_view text = statement.rest;
   Token part;
@@ -49,7 +49,7 @@ void call_handler(ReaderState &state, const PropertyStatement &statement) {
 void read_attribute(ReaderState &state, std::string_view rest, const std::string &text) {
   Token token;
   if (!next_token(rest, token)) return;
-  // No keyword has any of the characters that may begin something behind a name.
+  // No keyword contains a character that may follow a name.
   const bool is_plain = token.dot == std::string_view::npos && token.sign == std::string_view::npos;
   const KeywordRow *row = is_plain && token.text.size() < kShownLimit ? find_keyword(token.text) : nullptr;
   const std::string keyword = shown(token.text);

@@ -1,4 +1,4 @@
-// Attribute statements: what stands behind "#$ PROPERTY".
+// Attribute statements: the text after "#$ PROPERTY".
 #pragma once
 
 #include <string_view>
@@ -7,8 +7,8 @@
 
 namespace cubenet {
 
-// technology keyword ...  Technology "corvane" fills attributes of signals, device-wide switches and parameters, "Mirn"
-// the list of name and value pairs. Every fault is a warning that drops the statement.
+// technology keyword ...  Technology "corvane" fills signal attributes, device-wide switches and parameters,
+// "Mirn" the list of name and value pairs. A faulty statement is ignored with a warning.
 void read_property(ReaderState &state, std::string_view text);
 
 } // namespace cubenet

@@ -10,7 +10,7 @@ namespace cubenet {
 
 namespace {
 
-// What each kind of row says; the rest stays as it is in the record.
+// One function per kind of row; other fields keep their defaults.
 constexpr KeywordRow attribute(std::string_view keyword, AttributeCode code, KeywordOperand operand = OPERAND_NONE) {
   return {.keyword = keyword, .handler = HANDLE_SIGNAL, .operand = operand, .code = code};
 }

@@ -1,4 +1,4 @@
-// The attribute keywords, a row each.
+// The attribute keywords, one row each.
 #pragma once
 
 #include <cstddef>
@@ -13,13 +13,13 @@ namespace cubenet {
 enum KeywordHandler : std::uint8_t {
   HANDLE_SIGNAL,    // an attribute of one signal
   HANDLE_SWITCH,    // a device-wide switch
-  HANDLE_EITHER,    // a switch when nothing or just a switch value follows, else an attribute of one signal
-  HANDLE_VOLTAGE,   // a switch for INPUT, OUTPUT and BIDI, else an attribute of one signal
+  HANDLE_EITHER,    // a switch if nothing or a switch value follows, otherwise an attribute
+  HANDLE_VOLTAGE,   // a switch for INPUT, OUTPUT and BIDI, otherwise an attribute of one signal
   HANDLE_PARAMETER, // a parameter of the fitter
   HANDLE_PART,
 };
 
-// What an attribute takes behind its signal, or which values a parameter takes.
+// The operands that follow an attribute's signal, or the values of a parameter.
 enum KeywordOperand : std::uint8_t {
   OPERAND_NONE,
   OPERAND_CLOCK, // a clock type
@@ -35,7 +35,7 @@ enum KeywordOperand : std::uint8_t {
   VALUE_FORMS,   // any number of output forms
 };
 
-// The settings that may stand before the signal, opened by '='.
+// The settings allowed before the signal, introduced by '='.
 enum KeywordSetting : std::uint8_t { SETTING_NONE, SETTING_ON_OFF, SETTING_UP_OFF_HOLD };
 
 struct KeywordRow {
@@ -49,6 +49,6 @@ struct KeywordRow {
 };
 
 std::span<const KeywordRow> keyword_rows();
-const KeywordRow *find_keyword(std::string_view keyword); // in any case; nullptr: not known
+const KeywordRow *find_keyword(std::string_view keyword); // in any case; nullptr if unknown
 
 } // namespace cubenet

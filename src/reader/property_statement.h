@@ -1,4 +1,4 @@
-// One attribute statement while it is read, and what its handlers share.
+// An attribute statement while it is read, shared by its handlers.
 #pragma once
 
 #include <string>
@@ -16,8 +16,8 @@ struct PropertyStatement {
   std::string_view rest; // what follows the keyword
 };
 
-// The signal of an attribute: taken off the front of `text` with its first checks, then split into name and extension
-// with the others. Both report what is wrong.
+// The signal of an attribute: the first function removes it from the front of `text` and makes the first
+// checks, the second splits it into name and extension and makes the others. Both report faults.
 [[nodiscard]] bool take_signal(const PropertyStatement &statement, std::string_view &text, std::string_view &word);
 [[nodiscard]] bool split_signal(const PropertyStatement &statement, std::string_view word, Property &property);
 

@@ -1,5 +1,6 @@
-// The reader's driver: sorts the lines of the file into statements, header lines and product terms, stores the terms,
-// and completes the database. Reading goes on after an error, but stops at the next product term.
+// The reader's driver: classifies the lines of the file as statements, header lines and product terms, stores
+// the terms, and completes the database. After an error, reading continues, but stops at the next product
+// term.
 
 #include <climits>
 
@@ -20,8 +21,8 @@ namespace cubenet {
 
 namespace {
 
-constexpr std::size_t kQuotedLine = 1024;     // more of a line never fits a message
-constexpr std::size_t kUsualProperties = 256; // attribute records that few designs exceed
+constexpr std::size_t kQuotedLine = 1024;     // longer quotations never fit into a message
+constexpr std::size_t kUsualProperties = 256; // attribute records; few designs have more
 
 void report_bad_term(const ReaderState &state, std::string_view line, const TermResult &result) {
   const std::string quoted(line.substr(0, kQuotedLine));
@@ -44,8 +45,8 @@ void report_bad_term(const ReaderState &state, std::string_view line, const Term
   }
 }
 
-// Reads the term into the table's next row, in whatever spelling. A line that is shorter than the layout asks for is
-// bound to be wrong: it is only checked, and no memory is taken for the size that the file claims.
+// Reads a term in any spelling into the table's next row. A line shorter than the layout requires must be
+// wrong: it is only checked, and no memory is allocated for the size that the file claims.
 bool read_cube(ReaderState &state, std::string_view line) {
   CubeTable &cubes = state.cubes;
   std::uint32_t *row = line.size() >= cubes.inputs + cubes.outputs ? next_cube(cubes) : nullptr;
@@ -69,7 +70,7 @@ void read_product_term(ReaderState &state, std::string_view line) {
   state.is_ended = state.is_ended || state.failed;
 }
 
-// The usual spelling of a term, read at speed. False: the line is anything else.
+// Reads the usual spelling of a term fast. False if the line is anything else.
 bool read_packed_term(ReaderState &state, std::string_view line) {
   CubeTable &cubes = state.cubes;
   if (!has_layout(cubes) || line.size() < cubes.inputs + cubes.outputs) return false;
@@ -77,7 +78,7 @@ bool read_packed_term(ReaderState &state, std::string_view line) {
   if (!parse_packed_term(line, cubes.inputs, cubes.outputs, next_raw_cube(cubes), drives)) return false;
   if (drives) cubes.NUM_CUBES++;
   state.has_term = true;
-  state.is_ended = state.failed; // by an earlier line
+  state.is_ended = state.failed; // in an earlier line
   return true;
 }
 
@@ -90,7 +91,7 @@ void read_any_line(ReaderState &state, std::string_view line) {
   }
 }
 
-// Whether the contents of a file are not those of that state any more; what is no file of a size has none.
+// Whether a file's contents have changed since that status; always false if it isn't a regular file.
 bool has_changed(std::FILE *file, const FileStatus &before) {
   FileStatus now;
   return before.is_regular && file_status(descriptor_of(file), now) &&

@@ -10,9 +10,9 @@
 
 namespace cubenet {
 
-// Reads the open file up to ".e"/".end" or its end; `file_name` is for messages only. Every fault is reported with its
-// number; errors give nullptr, warnings never do. On success the database is complete but for the checker's groups, and
-// `cubes` holds the product terms in file order. On failure `cubes` is released.
+// Reads the open file up to ".e"/".end" or its end; `file_name` is for messages only. Every fault is reported
+// with its number; errors return nullptr, warnings never do. On success the database is complete except for
+// the checker's groups, and `cubes` has the product terms in file order. On failure `cubes` is released.
 std::unique_ptr<Design> read_tt2(std::FILE *file, const std::string &file_name, CubeTable &cubes);
 
 } // namespace cubenet

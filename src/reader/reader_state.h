@@ -1,4 +1,4 @@
-// What the parts of the reader share while one file is read.
+// State shared by the parts of the reader while one file is read.
 #pragma once
 
 #include <string>
@@ -13,7 +13,7 @@ namespace cubenet {
 struct ReaderState {
   const char *file_name; // for messages
   Design &design;
-  CubeTable &cubes;      // its layout stands once ".i" and ".o" were accepted in this order
+  CubeTable &cubes;      // laid out once ".i" and ".o" were accepted in this order
   int line_number = 0;   // physical lines, from 1
   bool failed = false;   // an error was found; warnings never set it
   bool is_ended = false; // ".e" or ".end" was read
@@ -29,7 +29,7 @@ struct ReaderState {
   std::string device_name{}; // first DEVICE statement; empty: none
   std::string part{};        // latest PART attribute; empty: none
 
-  // The newest macro of each name; Design::macros holds the oldest first until the file is read.
+  // The newest macro of each name; Design::macros has the oldest first until the file is read.
   TextMap<std::string, std::size_t> macros_by_name{};
 };
 

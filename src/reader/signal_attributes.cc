@@ -1,5 +1,5 @@
-// Attributes of one signal: "keyword [=setting] signal[.extension] operands". Whatever is wrong drops the statement,
-// but its record is taken all the same, empty: the numbers of the others don't depend on it.
+// Attributes of one signal: "keyword [=setting] signal[.extension] operands". Any fault drops the statement,
+// but it still takes a record, empty, so the indices of the others don't depend on it.
 #include "reader/signal_attributes.h"
 
 #include "model/clock_types.h"
@@ -47,7 +47,7 @@ bool refuse_value(const PropertyStatement &statement, const std::string &value, 
   return false;
 }
 
-// `noun` names the kinds of value that must not begin with a digit; nullptr for the others.
+// `noun` names the kind of value if it must not begin with a digit; nullptr otherwise.
 bool check_value_word(const PropertyStatement &statement, const Token &token, const char *noun) {
   const std::string value = shown(token.text);
   if (token.text.size() >= kShownLimit) {
@@ -125,7 +125,7 @@ bool take_operands(const PropertyStatement &statement, std::string_view text, To
   }
 }
 
-// A single value is a name or a number: nothing that may follow a signal's name belongs into it.
+// A single value is a name or a number: characters that may follow a signal's name are illegal in it.
 bool check_single_value(const PropertyStatement &statement, const Token &single) {
   const std::string value(single.text);
   if (single.dot != std::string_view::npos) return refuse_value(statement, value, ".");

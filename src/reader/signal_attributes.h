@@ -6,7 +6,7 @@
 
 namespace cubenet {
 
-// Takes the next attribute record, also for a statement that is dropped: that one's record stays empty.
+// Takes the next attribute record, even for a dropped statement, whose record stays empty.
 void read_signal_attribute(ReaderState &state, const PropertyStatement &statement);
 
 } // namespace cubenet

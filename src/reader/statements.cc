@@ -49,7 +49,7 @@ void read_device(ReaderState &state, std::string_view text) {
     state.device_name = text;
 }
 
-// What makes a module name invalid; a '+' or '-' doesn't.
+// What makes a module name invalid; '+' and '-' don't.
 bool check_module_name(const Token &token, const std::string &name) {
   const bool has_colon = token.sign != std::string_view::npos && token.text[token.sign] == ':';
   const char *illegal = token.kind == TOKEN_ILLEGAL  ? token.illegal.data()
@@ -81,7 +81,7 @@ void read_module(ReaderState &state, std::string_view text) {
     report_warning(31512, "Module/Design name '%s' is truncated to 255 characters", name.c_str());
 }
 
-// Titles are joined by a space until there are kTextLimit characters; the text that doesn't fit is cut.
+// Titles are joined by spaces up to kTextLimit characters; the rest is cut.
 void read_title(ReaderState &state, std::string_view line_text) {
   if (line_text.empty()) return;
   std::string text = shown(line_text);

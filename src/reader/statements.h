@@ -7,8 +7,8 @@
 
 namespace cubenet {
 
-// A comment line. It is a statement when the second character of its first word is '$'; any other is skipped, as is an
-// unknown keyword.
+// A comment line. It is a statement if the second character of its first word is '$'; others are skipped, as
+// are unknown keywords.
 void read_comment_line(ReaderState &state, std::string_view line);
 
 } // namespace cubenet

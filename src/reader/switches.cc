@@ -38,13 +38,13 @@ constexpr std::array<SlotWord, 8> kOutputForms{{{"EDIF", 16},
                                                 {"VIEWLOGIC", 22},
                                                 {"VHDL", 23}}};
 
-// The code of a level; CODE_NONE when it is none.
+// The code of a level, or CODE_NONE.
 int voltage_code(std::string_view level) {
   const Attribute *const row = level.empty() ? nullptr : find_attribute("VOLTAGE", upper_case(level));
   return row != nullptr ? row->code : CODE_NONE;
 }
 
-// A whole word of digits that is a number in the range.
+// Whether the word is a decimal number within the range.
 bool is_number(std::string_view word, int lowest, int highest) {
   if (word.find_first_not_of("0123456789") != std::string_view::npos) return false;
   const std::optional<int> value = scan_decimal(word);

@@ -6,7 +6,7 @@
 
 namespace cubenet {
 
-// True when the value is all that a HANDLE_EITHER keyword needs to be a switch.
+// True if a HANDLE_EITHER keyword with this value is a switch.
 bool is_switch_value(const KeywordRow &row, std::string_view value);
 
 void read_switch(ReaderState &state, const PropertyStatement &statement);

@@ -1,4 +1,4 @@
-// Splitting of a line into words.
+// Splits a line into words.
 #include "reader/tokens.h"
 
 #include <algorithm>

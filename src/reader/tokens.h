@@ -1,5 +1,5 @@
-// Words of a line. Spaces, tabs and commas separate them; everything else belongs to a word, and each word comes with
-// what the name checks ask for.
+// Words of a line. Spaces, tabs and commas separate them; everything else belongs to a word. Each word has
+// the properties that the name checks need.
 #pragma once
 
 #include <array>
@@ -11,9 +11,10 @@
 
 namespace cubenet {
 
-constexpr std::size_t kShownLimit = 256; // characters of an input text that a message quotes
+constexpr std::size_t kShownLimit = 256; // most characters of an input text that a message quotes
 
-// A word is of the first kind that fits: it begins with a digit, holds a '.', holds an illegal character.
+// A word is of the first kind that applies: begins with a digit, contains a '.', contains an illegal
+// character.
 enum TokenKind : std::uint8_t { TOKEN_DIGIT, TOKEN_DOTTED, TOKEN_ILLEGAL, TOKEN_PLAIN };
 
 struct Token {
@@ -24,18 +25,20 @@ struct Token {
   std::array<char, 3> illegal{}; // the first illegal character as messages show it; empty: none
 };
 
-// Takes the next word off the front of `text`, with the separators behind it; false when only separators are left.
+// Removes the next word and the separators after it from the front of `text`; false if only separators are
+// left.
 [[nodiscard]] bool next_token(std::string_view &text, Token &token);
 
 std::size_t count_tokens(std::string_view text);
 
-// The token's first kShownLimit characters, classified anew.
+// The token's first kShownLimit characters, classified again.
 Token cut_token(const Token &token);
 
-// A copy for a message, cut to what messages quote.
+// A copy for a message, cut to kShownLimit characters.
 std::string shown(std::string_view text);
 
-// Reads as "%d" does: leading blanks, a sign, digits, then anything. A number beyond the range of int is none.
+// Reads as "%d" does: leading blanks, a sign, digits, then anything. None if the number is beyond the range
+// of int.
 std::optional<int> scan_decimal(std::string_view text);
 
 } // namespace cubenet

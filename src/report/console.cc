@@ -1,5 +1,5 @@
-// The console: one replaceable host behind a handful of printing functions. What is printed to standard output or
-// standard error goes to the host; other streams are written as they are.
+// The console: one replaceable host behind a handful of printing functions. Text for standard output or
+// standard error goes to the host; other streams are written directly.
 #include "report/console.h"
 
 #include <algorithm>
@@ -10,14 +10,14 @@
 namespace cubenet {
 namespace {
 
-// In a terminal these would do something. The bytes 0x80 to 0x9f are such controls too, unless they go on a character
-// of UTF-8; as characters of their own, they follow the byte 0xc2.
+// These control a terminal. So do the bytes 0x80 to 0x9f, unless they continue a UTF-8 character; encoded as
+// characters themselves, they follow the byte 0xc2.
 bool is_control(char c) {
   const auto byte = static_cast<unsigned char>(c);
   return (byte < 0x20 && c != '\n' && c != '\t') || (byte >= 0x7f && byte < 0xa0);
 }
 
-// The number of bytes behind the one at the front that belong to its character of UTF-8.
+// The number of bytes after the first that belong to its UTF-8 character.
 std::size_t count_following(std::string_view text) {
   const auto byte = static_cast<unsigned char>(text.front());
   const std::size_t count = byte >= 0xf0 && byte < 0xf5   ? 3

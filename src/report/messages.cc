@@ -1,6 +1,6 @@
-// The message library. A message is wrapped, looked up among the withheld texts, and its line goes to the console and
-// to the log. The log is one buffer on an appending descriptor: only whole messages are handed to the system, each time
-// in one write, so that two runs in one folder never mix within a line.
+// The message library. A message is wrapped, looked up among the withheld texts, and printed to the console
+// and the log. The log is one buffer on an appending descriptor: only whole messages are passed to the
+// system, each time in one write, so lines of two runs in one folder never mix.
 #include "report/messages.h"
 
 #include <algorithm>
@@ -20,9 +20,9 @@ namespace {
 
 constexpr std::size_t kWidth = 72;
 constexpr std::size_t kIndent = 7;
-constexpr std::size_t kContinuation = kWidth - kIndent; // room on a line that an ordinary wrap starts
+constexpr std::size_t kContinuation = kWidth - kIndent; // room on a line that starts with an ordinary wrap
 
-// What one reporter puts around its texts. Only the length of `room` counts: the number is always five digits.
+// The text that a reporter adds. Only the length of `room` counts: the number always has five digits.
 struct Reporter {
   const char *room;
   const char *label;
@@ -30,19 +30,19 @@ struct Reporter {
 constexpr Reporter kError = {"12345 ERROR: ", "ERROR"};
 constexpr Reporter kWarning = {"12345 WARNING: ", "WARNING"};
 constexpr Reporter kSystemError = {"12345 SYSTEM ERROR: ", "SYSTEM ERROR"};
-constexpr Reporter kInternalError = {"12345 INTERNAL ERROR", "INTERNAL ERROR"}; // no ": ", and it stays that way
+constexpr Reporter kInternalError = {"12345 INTERNAL ERROR", "INTERNAL ERROR"}; // deliberately without ": "
 
 constexpr std::size_t kLogBlock = std::size_t{64} << 10;
 
-int log_descriptor = -1;       // the open log; none when it is off
-std::string log_text;          // whole messages that are not in the log yet; takes no memory while the log is open
+int log_descriptor = -1;       // the open log, if any
+std::string log_text;          // whole messages not yet in the log; doesn't allocate while the log is open
 bool console_off = false;      // nothing goes to the console
 bool suppressed = false;       // the reporters do nothing
 HashTable *withheld = nullptr; // wrapped texts that are not printed
 char message_text[1024];       // the text of the message in progress
 
 void write_log() {
-  // A full disk costs log lines, never the run.
+  // A full disk loses log lines, but never fails the run.
   static_cast<void>(write_all(log_descriptor, log_text.data(), log_text.size()));
   log_text.clear();
 }
@@ -73,7 +73,7 @@ std::string fold_white_space(std::string_view text) {
   return folded;
 }
 
-// Text that is being laid out in lines, and the room left on its last line.
+// Text being laid out in lines, and the room left on its last line.
 struct Layout {
   GrowingString text{100};
   std::size_t room;
@@ -88,11 +88,11 @@ void add_word(Layout &layout, std::string_view word) {
 }
 
 void start_line(Layout &layout) {
-  append(layout.text, "\n      "); // six spaces: one less than after a broken word, and readers of the log rely on it
+  append(layout.text, "\n      "); // six spaces, not seven: log readers rely on it
   layout.room = kContinuation;
 }
 
-// For a word that is longer than a line. Where there is room for the hyphen alone, the hyphen stands alone.
+// For a word longer than a line. If there is room only for the hyphen, it is printed alone.
 void add_broken_word(Layout &layout, std::string_view word) {
   if (layout.room == 0) start_line(layout);
   while (word.size() > layout.room) {
@@ -120,7 +120,7 @@ void lay_out(Layout &layout, std::string_view text) {
   }
 }
 
-// False when the values can't be formatted: nothing is printed then.
+// False if the values can't be formatted: nothing is then printed.
 bool format_message(const char *format, std::va_list values) __attribute__((format(printf, 1, 0)));
 bool format_message(const char *format, std::va_list values) {
   return std::vsnprintf(message_text, sizeof message_text, format, values) >= 0;
@@ -158,7 +158,7 @@ void start_messages_truncating_without_table(const std::string &program) { start
 void stop_messages() {
   if (log_descriptor >= 0) {
     write_log();
-    static_cast<void>(close_file(log_descriptor)); // costs lines, never the run
+    static_cast<void>(close_file(log_descriptor)); // loses lines, but never fails the run
     log_descriptor = -1;
   }
   if (withheld == nullptr) return;
@@ -179,7 +179,7 @@ void print_line(const char *format, ...) {
   // The blank line, two spaces once wrapped, is never withheld.
   if (wrapped != "  " && is_withheld(wrapped)) return;
   print(wrapped + "\n");
-  if (log_descriptor >= 0) write_log(); // plain lines tell the progress: whoever watches the log sees it
+  if (log_descriptor >= 0) write_log(); // plain lines show progress to those who watch the log
 }
 
 void report_error(int number, const char *format, ...) {

@@ -1,4 +1,5 @@
-// A text that is built by appending. Its length is kept, so that appending costs what is appended.
+// A text that is built by appending. Its length is stored, so the cost of appending is proportional to the
+// addition.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +18,7 @@ struct GrowingString {
   ~GrowingString();
 };
 
-// When text, addition and terminator don't fit, the capacity becomes twice the joined length and two more.
+// If text, addition and terminator don't fit, the capacity becomes twice the joined length plus two.
 void append(GrowingString &string, std::string_view addition);
 
 inline std::string_view view(const GrowingString &string) { return {string.text, string.length}; }

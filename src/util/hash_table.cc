@@ -1,5 +1,5 @@
-// The chained hash table. The order of a chain is part of its behaviour: new and moved entries go to the front, and
-// growing walks the old chains from bin 0 on, so that a chain comes out reversed.
+// The chained hash table. The order of a chain is part of its behaviour: new and moved entries go to the
+// front, and growing walks the old chains from bin 0 on, which reverses a chain.
 #include "util/hash_table.h"
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 namespace cubenet {
 namespace {
 
-// |number| modulo the bin count; the magnitude of the smallest integer has no int of its own.
+// |number| modulo the bin count; the magnitude of the smallest integer doesn't fit into an int.
 int bin_of_number(std::int32_t number, int num_bins) {
   const std::uint32_t bits = static_cast<std::uint32_t>(number);
   return static_cast<int>((number < 0 ? 0U - bits : bits) % static_cast<std::uint32_t>(num_bins));
@@ -48,7 +48,7 @@ HashEntry *find_entry(HashTable *table, HashWord key, int bin) {
   return nullptr;
 }
 
-// An odd bin count spreads the hash values that have a factor of two in common.
+// An odd bin count spreads hash values that share a factor of two.
 int grown_bin_count(const HashTable &table) {
   const int grown = static_cast<int>(std::min(table.num_bins * table.grow_factor, double{INT_MAX}));
   return grown % 2 == 0 ? grown + 1 : grown;

@@ -1,5 +1,5 @@
-// A chained hash table from one-word keys (texts, integers or pointers) to one-word values. The table neither owns nor
-// copies keys and values. A run only looks texts up; the rest is for hosts that withhold
+// A chained hash table from one-word keys (texts, integers or pointers) to one-word values. The table neither
+// owns nor copies keys and values. A run only looks up texts; the other functions are for hosts that withhold
 // messages.
 #pragma once
 
@@ -27,8 +27,8 @@ struct HashTable {
   HashFunction hash;
   int num_bins; // at least 1
   int num_entries;
-  int max_density; // entries per bin, on average, at which an insertion grows the table
-  bool reorder;    // a key that was found moves to the front of its bin
+  int max_density; // average entries per bin at which an insertion grows the table
+  bool reorder;    // a found key moves to the front of its bin
   double grow_factor;
   HashEntry **bins;
 };
@@ -36,22 +36,24 @@ struct HashTable {
 // A size below 1 makes one bin; density and grow factor are at least 1.
 HashTable *hash_create_with(HashCompare compare, HashFunction hash, int size, int density, double grow_factor,
                             bool reorder);
-HashTable *hash_create(HashCompare compare, HashFunction hash); // 11 bins, density 5, factor 2.0, no reordering
+// 11 bins, density 5, factor 2.0, no reordering.
+HashTable *hash_create(HashCompare compare, HashFunction hash);
 void hash_free(HashTable *table);
 
-// True, and the value in `*value` unless that is null, when the key is there.
+// True if the key is there; its value is then stored in `*value` unless that is null.
 bool hash_lookup(HashTable *table, HashWord key, HashWord *value);
-// True when the key was there and its value has been replaced, false when it was added.
+// True if the key was there and its value has been replaced, false if it was added.
 bool hash_insert(HashTable *table, HashWord key, HashWord value);
 
-// Visits every entry once, as long as the table isn't changed.
+// Visits every entry once, provided the table isn't changed meanwhile.
 struct HashIterator {
   const HashTable *table;
-  const HashEntry *entry; // the next one; none: the next bin is to be searched
+  const HashEntry *entry; // the next one; null: search the next bin
   int next_bin;
 };
 HashIterator hash_iterate(const HashTable *table);
-bool hash_next(HashIterator &iterator, HashWord *key, HashWord *value); // false at the end; `value` may be null
+// False at the end; `value` may be null.
+bool hash_next(HashIterator &iterator, HashWord *key, HashWord *value);
 
 int string_hash(HashWord key, int num_bins);
 int integer_hash(HashWord key, int num_bins);

@@ -1,5 +1,5 @@
-// Allocation for the whole program. Every request, those of the standard containers included, passes through one
-// counter (so that a test can make any of them fail) and ends in the out-of-memory hook when it can't be met.
+// Allocation for the whole program. Every request, including those of the standard containers, passes through
+// one counter (so that a test can make any of them fail) and calls the out-of-memory hook if it fails.
 #include "util/memory.h"
 
 #include <algorithm>
@@ -15,9 +15,9 @@ namespace cubenet {
 namespace {
 
 unsigned long requests = 0;    // made so far
-unsigned long failing_one = 0; // the request, counted like `requests`, that fails; 0 is none
+unsigned long failing_one = 0; // number of the request that fails, as in `requests`; 0: none
 
-// Takes no memory itself, and no stream: it may be called while one is being written.
+// Uses neither memory nor streams: it may be called while one is being written.
 void end_without_memory(long bytes) {
   char line[80];
   std::snprintf(line, sizeof line, "31104 SYSTEM ERROR: Out of memory allocating %ld bytes\n", bytes);

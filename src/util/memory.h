@@ -1,22 +1,23 @@
-// Allocation helpers. A request that can't be met is reported through one process-wide hook and never returns, so no
-// caller tests for "none". operator new is routed through the same helpers: containers and strings end the same way.
+// Allocation helpers. A request that fails is reported through one process-wide hook and never returns, so
+// callers don't test for null. operator new uses the same helpers, and so do containers and strings.
 #pragma once
 
 #include <cstddef>
 
 namespace cubenet {
 
-// Called with the size of the request that failed; must not return (should it do so, the process ends with exit status
-// 2). The default hook writes system error 31104 to standard output and ends the process likewise; a run sets one that
+// Called with the size of the failed request; must not return (if it does, the process exits with status 2).
+// The default hook writes system error 31104 to standard output and exits the same way; a run sets one that
 // also writes the log.
 using OutOfMemoryHook = void (*)(long bytes);
-OutOfMemoryHook set_out_of_memory_hook(OutOfMemoryHook hook); // returns the one set before; nullptr sets the default
+// Returns the previous hook; nullptr sets the default.
+OutOfMemoryHook set_out_of_memory_hook(OutOfMemoryHook hook);
 
-// A request below 1 byte becomes 4 bytes. The memory is released with std::free.
+// A request for less than 1 byte allocates 4. The memory is released with std::free.
 [[nodiscard]] void *allocate(std::size_t bytes);
 [[nodiscard]] void *reallocate(void *block, std::size_t bytes);
 
-// Fault injection for tests: the n-th request from now on fails (1 is the next one); 0 switches it off.
+// Fault injection for tests: the n-th request from now on fails (1 is the next); 0 disables it.
 void fail_allocation(unsigned long nth);
 unsigned long allocations_made(); // since the process started
 

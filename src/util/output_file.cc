@@ -1,6 +1,7 @@
-// Output files on plain descriptors: a block that is written whenever it is full, and a failure that sticks until the
-// close, which is where disk-full errors of small files show. The text goes into a temporary file that takes the place
-// of the named one in the end; devices, pipes, and files in a folder that takes no other are written as they are.
+// Output files on plain descriptors: a block that is written whenever it is full, and a failure that sticks
+// until the close, where disk-full errors of small files appear. The text goes into a temporary file that
+// finally replaces the named one; devices, pipes, and files in a folder where none can be created are written
+// in place.
 #include "util/output_file.h"
 
 #include <algorithm>
@@ -24,21 +25,22 @@ void unlist(const OutputFile &file) {
     }
 }
 
-// Whether `name` is that of a file that can be put aside: not one of a device, or of a file that has no name any more.
+// Whether `name` names a file that can be replaced: not a device, and not a file whose name is gone.
 bool is_replaceable(const FileStatus &former, const std::string &name) {
   FileStatus named;
   return former.is_regular && find_file(name, named) && named.identity == former.identity;
 }
 
-// Nobody else's, on any machine that shares the folder.
+// Unique, even on other machines that share the folder.
 std::string make_temporary_name() {
   static std::uint64_t number = 0;
-  if (number == 0) static_cast<void>(fill_with_random_bytes(&number, sizeof number)); // the making finds out
+  if (number == 0)
+    static_cast<void>(fill_with_random_bytes(&number, sizeof number)); // creating the file detects a clash
   return ".cubenet-" + std::to_string(number++);
 }
 
-// Makes a temporary file for the text where that is possible; `former` is nullptr when the path names no file. The
-// descriptor; -1 where the file is to be written in place.
+// Makes a temporary file for the text if possible; `former` is nullptr if the path names no file. Returns the
+// descriptor, or -1 if the file is to be written in place.
 int open_beside(OutputFile &file, const FileStatus *former) {
   file.target = follow_links(file.path);
   if (file.target.empty() || (former != nullptr && !is_replaceable(*former, file.target))) return -1;
@@ -53,15 +55,16 @@ int open_in_place(const OutputFile &file, int there, const FileStatus &former) {
   return !former.is_regular || cut_file(there, 0) ? there : -1;
 }
 
-// Truncating first takes the part away from every name of the file; the name that was opened may be a link.
+// Truncating first removes the partial text under every name of the file: the opened name may be a link.
 void remove_part(const OutputFile &file) {
   FileStatus status;
   if (file.path.empty() || !file_status(file.descriptor, status) || !status.is_regular) return;
-  [[maybe_unused]] const bool emptied = cut_file(file.descriptor, 0); // the name goes whether this succeeds or not
+  [[maybe_unused]] const bool emptied =
+      cut_file(file.descriptor, 0); // the name is removed whether this succeeds or not
   remove_file(file.path);
 }
 
-// Ends a file that is written as it is, whole or not.
+// Closes a file that is written in place, whole or not.
 bool close_in_place(const OutputFile &file) {
   if (file.failed) remove_part(file);
   return close_file(file.descriptor) && !file.failed;
@@ -95,7 +98,7 @@ bool is_protected_from_output(const FileStatus &status) {
 }
 
 bool open_output(OutputFile &file, const std::string &path) {
-  // Opened even where it is only replaced: what may not be written is not replaced either.
+  // Opened even if it will only be replaced: a write-protected file must not be replaced.
   const int there = open_file(path, OpenFor::REPLACING);
   FileStatus former;
   const bool is_refused =

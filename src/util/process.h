@@ -1,11 +1,11 @@
-// The process on POSIX systems.
+// Process start-up on POSIX systems.
 #pragma once
 
 namespace cubenet {
 
-// What a program does first. Writes that can't go on fail instead of ending the process (SIGPIPE, SIGXFSZ), standard
-// streams that came closed are opened on nothing, and SIGHUP, SIGINT and SIGTERM, unless they are ignored, take
-// temporary files with them. False when there is no sound stream to be had.
+// Called first by a program. Makes writes fail instead of ending the process (SIGPIPE, SIGXFSZ), opens closed
+// standard streams on the null device, and makes SIGHUP, SIGINT and SIGTERM, unless ignored, remove temporary
+// files. False if a stream can't be opened.
 [[nodiscard]] bool start_process();
 
 } // namespace cubenet

@@ -11,7 +11,7 @@
 namespace cubenet {
 namespace {
 
-// A stream that came closed would lend its number to the next file that is opened, and console text would end in a
+// The next file opened would get the descriptor of a closed standard stream, and console text would go into a
 // netlist.
 bool open_closed_streams() {
   for (int stream = STDIN_FILENO; stream <= STDERR_FILENO; stream++)
@@ -19,7 +19,7 @@ bool open_closed_streams() {
   return true;
 }
 
-// The process ends as it would without a handler, once this one returns.
+// Once this handler returns, the process ends as it would without one.
 void end_without_temporaries(int signal) {
   remove_temporaries();
   raise(signal);
@@ -27,8 +27,8 @@ void end_without_temporaries(int signal) {
 
 void catch_ending_signal(int signal) {
   struct sigaction action;
-  if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN)
-    return; // as for a run in the background
+  // A background run ignores some signals.
+  if (sigaction(signal, nullptr, &action) != 0 || action.sa_handler == SIG_IGN) return;
   action = {};
   action.sa_handler = end_without_temporaries;
   action.sa_flags = static_cast<int>(SA_RESETHAND);

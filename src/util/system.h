@@ -1,5 +1,5 @@
-// What the program asks of the operating system beyond the standard library. Each system has an implementation of its
-// own, chosen by the build. Files are bytes on all of them: no line end is ever translated, and no byte ends a file.
+// The operating system interface beyond the standard library. The build chooses the implementation for the
+// system. On all systems files are bytes: line ends are never translated, and no byte ends a file.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace cubenet {
 
-// Tells files apart by whatever names they are reached.
+// Identifies a file, whatever name it is reached by.
 struct FileIdentity {
   std::uint64_t device = 0, number = 0;
 };
@@ -22,35 +22,35 @@ struct FileStatus {
   bool is_directory = false;
   FileIdentity identity;
   std::uint64_t size = 0;                       // bytes
-  std::uint64_t changed = 0;                    // when the contents last did, in the system's own units
+  std::uint64_t changed = 0;                    // time of the last change, in the system's units
   std::uint32_t owner = 0, group = 0, mode = 0; // where the system has them
 };
 
 enum class OpenFor {
-  REPLACING,   // nothing is made; what is in it stays until it is overwritten or cut off
-  OVERWRITING, // the same, but made when there is none
-  APPENDING,   // made when there is none; each write goes to the end in one piece, whoever else appends
+  REPLACING,   // not created; the contents stay until overwritten or cut off
+  OVERWRITING, // the same, but created if missing
+  APPENDING,   // created if missing; each write is appended atomically
   EMPTYING,    // emptied, then as APPENDING
 };
 
-// Opens a file for writing. The descriptor; -1 when that fails.
+// Opens a file for writing. Returns the descriptor, or -1 on failure.
 [[nodiscard]] int open_file(const std::string &path, OpenFor use);
 [[nodiscard]] bool file_status(int descriptor, FileStatus &status);
-// The same by name, links followed. False when there is none.
+// The same by name, following links. False if there is none.
 [[nodiscard]] bool find_file(const std::string &path, FileStatus &status);
-// False when not all of it could be written.
+// False if not all of it could be written.
 [[nodiscard]] bool write_all(int descriptor, const char *text, std::size_t length);
-// Takes away what stands behind the first `size` bytes.
+// Truncates the file to `size` bytes.
 [[nodiscard]] bool cut_file(int descriptor, std::uint64_t size);
-// False when something written before is lost after all.
+// False if data written before was lost.
 [[nodiscard]] bool close_file(int descriptor);
-// Takes the name away; the file goes with its last descriptor.
+// Removes the name; the file goes with its last descriptor.
 void remove_file(const std::string &path);
 
 int descriptor_of(std::FILE *stream);
 [[nodiscard]] bool is_terminal(int descriptor);
 
-// False when the system has none to give; the bytes are as they were then.
+// False if the system has none; the bytes are then unchanged.
 [[nodiscard]] bool fill_with_random_bytes(void *bytes, std::size_t size);
 
 // Puts NAME=VALUE into the environment of this process.

@@ -1,4 +1,4 @@
-// The operating system where it is POSIX.
+// The operating system interface on POSIX.
 #include "util/system.h"
 
 #include <cerrno>

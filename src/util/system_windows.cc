@@ -1,6 +1,7 @@
-// The operating system where it is Windows. Files are opened by the system itself: the C runtime would let nobody
-// delete an open file, and would look for the end before it appends, so that two runs could write over each other.
-#define _CRT_RAND_S // gives <cstdlib> rand_s; any header may include that first
+// The operating system interface on Windows. Files are opened by system calls: with the C runtime, nobody
+// could delete an open file, and appending would seek the end first, so that two runs could overwrite each
+// other's text.
+#define _CRT_RAND_S // makes <cstdlib> declare rand_s; any header may include it first
 #include "util/system.h"
 
 #include <cstdlib>
@@ -32,8 +33,8 @@ bool handle_status(HANDLE handle, FileStatus &status) {
   return true;
 }
 
-// Holds other writers of the file off while a text goes into it: not every system that runs Windows programs appends in
-// one step. The locked byte lies where no file has any.
+// Keeps other writers out while a text is appended: not every system that runs Windows programs appends
+// atomically. The locked byte is beyond the end of any file.
 struct WriteLock {
   HANDLE handle;
   OVERLAPPED place{};
@@ -41,7 +42,7 @@ struct WriteLock {
 
   explicit WriteLock(HANDLE file) : handle(file) {
     place.OffsetHigh = 1U << 30;
-    held = LockFileEx(handle, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place) != 0; // devices and pipes have no locks
+    held = LockFileEx(handle, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &place) != 0; // devices, pipes: no locks
   }
   WriteLock(const WriteLock &) = delete;
   WriteLock &operator=(const WriteLock &) = delete;

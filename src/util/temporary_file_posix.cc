@@ -1,5 +1,5 @@
-// Temporary files where the system is POSIX. They are listed from before they are made until they are gone, for the
-// handlers of signals: the list is of atomic pointers, which a handler finds whole whenever it comes.
+// Temporary files on POSIX systems. They are listed for the signal handlers from before they are created
+// until they are gone; the list has atomic pointers, so a handler sees a valid list at any time.
 #include "util/temporary_file.h"
 
 #include <array>
@@ -41,8 +41,8 @@ bool take_over(int descriptor, const FileStatus &former) {
   return own.mode == former.mode || fchmod(descriptor, former.mode) == 0;
 }
 
-// Swapping is the same to whoever looks, and some file systems let a file that is renamed over another one wait for the
-// disk, for milliseconds.
+// Swapping looks the same from outside, and some file systems make a rename over another file wait
+// milliseconds for the disk.
 bool replace(const char *name, const char *path) {
 #ifdef RENAME_EXCHANGE
   if (renameat2(AT_FDCWD, name, AT_FDCWD, path, RENAME_EXCHANGE) == 0) return true;
@@ -50,7 +50,7 @@ bool replace(const char *name, const char *path) {
   return std::rename(name, path) == 0;
 }
 
-// For a mount point, and another's file in a folder where everybody may only replace his own.
+// For a mount point, or another user's file in a sticky folder.
 bool write_over(const char *name, const char *path) {
   constexpr std::size_t kMost = std::size_t{1} << 30;
   const int from = open(name, O_RDONLY | O_CLOEXEC), to = open(path, O_WRONLY | O_TRUNC | O_CLOEXEC);
@@ -68,7 +68,7 @@ bool write_over(const char *name, const char *path) {
 std::string follow_links(const std::string &path) {
   std::array<char, PATH_MAX> text;
   std::string name = path;
-  for (int links = 0; links < 40; links++) { // the system follows no more
+  for (int links = 0; links < 40; links++) { // the system's own limit
     const ssize_t length = readlink(name.c_str(), text.data(), text.size());
     if (length <= 0) return name;
     const std::string next(text.data(), static_cast<std::size_t>(length));
@@ -95,7 +95,7 @@ int make_temporary(const std::string &path, const FileStatus *former, std::strin
 bool keep_temporary(int descriptor, const std::string &name, const std::string &path) {
   const bool kept =
       close_file(descriptor) && (replace(name.c_str(), path.c_str()) || write_over(name.c_str(), path.c_str()));
-  remove_listed(name); // under this name there may be the file that was replaced
+  remove_listed(name); // the replaced file may have this name now
   return kept;
 }
 

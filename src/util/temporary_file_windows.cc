@@ -1,5 +1,5 @@
-// Temporary files where the system is Windows. It is told at once to delete such a file with its last handle, and told
-// otherwise when the file is kept: no end of the process leaves one.
+// Temporary files on Windows. Each is marked for deletion with its last handle until it is kept, so it never
+// outlives the process.
 #include "util/temporary_file.h"
 
 #include <array>
@@ -23,7 +23,7 @@ bool is_link(const std::string &path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-// The name of a file behind all links; empty where it has none, or none in the characters of the system's code page.
+// The name of a file with all links resolved; empty if it has none in the system's code page.
 std::string final_name(const std::string &path) {
   constexpr DWORD kShare = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const HANDLE handle = CreateFileA(path.c_str(), 0, kShare, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -55,7 +55,7 @@ int make_temporary(const std::string &path, const FileStatus *, std::string &nam
     CloseHandle(handle);
     DeleteFileA(name.c_str());
   } else {
-    static_cast<void>(set_deleted(descriptor, true)); // else it is deleted by name
+    static_cast<void>(set_deleted(descriptor, true)); // otherwise it is deleted by name
   }
   return descriptor;
 }

@@ -1,5 +1,5 @@
-// Eight bytes at a time are mixed in by a multiplication to 128 bits whose halves are joined; state and multiplier are
-// both secret.
+// Mixes in eight bytes at a time, by a multiplication to 128 bits whose halves are joined; state and
+// multiplier are both secret.
 #include "util/text_hash.h"
 
 #include <array>
@@ -12,7 +12,7 @@ namespace cubenet {
 
 namespace {
 
-// Fixed where the system has no random bytes to give: the hash is as good then, only known.
+// Fixed if the system has no random bytes: the hash is as good, but predictable.
 std::array<std::uint64_t, 2> make_seed() {
   std::array<std::uint64_t, 2> bytes = {0x9e3779b97f4a7c15U, 0xd6e8feb86659fd93U};
   static_cast<void>(fill_with_random_bytes(bytes.data(), sizeof bytes));
@@ -22,7 +22,7 @@ std::array<std::uint64_t, 2> make_seed() {
 
 std::uint64_t keep_case(std::uint64_t word) { return word; }
 
-// Turns the bytes 'A' to 'Z' into lower case, all eight at once.
+// Lower-cases the bytes 'A' to 'Z', all eight at once.
 std::uint64_t fold_case(std::uint64_t word) {
   constexpr std::uint64_t kOnes = 0x0101010101010101U, kHigh = kOnes << 7;
   const std::uint64_t low_bits = word & ~kHigh;
@@ -36,8 +36,8 @@ template <typename Word> Word load(const char *at) {
   return word;
 }
 
-// The last bytes of the text behind whole words of eight, filled up with zeros. Copying a few bytes, by a number that
-// isn't known before, takes longer than all the rest.
+// The last bytes of the text, after whole words of eight, padded with zeros. A copy of a few bytes whose
+// number isn't known at compile time takes longer than the rest of the hash.
 std::uint64_t load_tail(std::string_view text) {
   const std::size_t size = text.size() % 8;
   const char *at = text.data() + text.size() - size;

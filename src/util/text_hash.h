@@ -1,5 +1,5 @@
-// The hash of the indexes by name. It is seeded anew in every process, so that no list of names can be made up whose
-// lookups all meet; nothing that is written may therefore depend on the order of such an index.
+// The hash of the indexes by name. Each process has a new seed, so nobody can construct names that all
+// collide; no output may therefore depend on the order of such an index.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ std::uint64_t hash_text(std::string_view text);
 std::uint64_t
 hash_text_ignoring_case(std::string_view text); // equal for texts that differ in the case of ASCII letters
 
-// The two halves of a product of 128 bits, joined by exclusive or. The second form needs no wider type than its own.
+// The two halves of a 128-bit product, joined by exclusive or. The second form needs no 128-bit type.
 std::uint64_t join_product_by_halves(std::uint64_t a, std::uint64_t b);
 inline std::uint64_t join_product(std::uint64_t a, std::uint64_t b) {
 #ifdef __SIZEOF_INT128__
@@ -35,7 +35,7 @@ struct TextHash {
   std::size_t operator()(std::string_view text) const { return static_cast<std::size_t>(hash_text(text)); }
 };
 
-// `Text` is std::string, or std::string_view where the texts live elsewhere.
+// `Text` is std::string, or std::string_view if the texts are stored elsewhere.
 template <typename Text, typename Value> using TextMap = std::unordered_map<Text, Value, TextHash, std::equal_to<>>;
 template <typename Text> using TextSet = std::unordered_set<Text, TextHash, std::equal_to<>>;
 

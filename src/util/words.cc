@@ -6,7 +6,7 @@
 namespace cubenet {
 namespace {
 
-char *scan = nullptr; // where the next token starts; none when the text is used up
+char *scan = nullptr; // start of the next token; null at the end of the text
 
 } // namespace
 

@@ -6,9 +6,9 @@
 
 namespace cubenet {
 
-// Returns the next word: of `text`, where a new scan starts, or of the scan in progress when `text` is null. Null when
-// the text is used up. Two spaces in a row have an empty word between them; a text has one word more than it has
-// spaces. The position is process-wide: one scan at a time.
+// Returns the first word of `text`, starting a new scan, or the next word of the current scan if `text` is
+// null. Null at the end of the text. Two adjacent spaces have an empty word between them: a text has one word
+// more than it has spaces. The position is process-wide: only one scan at a time.
 char *next_word(char *text);
 
 // Replaces `words` by the words of `text` and returns their number.
