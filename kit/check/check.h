@@ -26,9 +26,6 @@ std::function<int()> setup_check(CLI::App &command);
 [[nodiscard]] int check_files(const std::string &design, const std::string &truth_table, std::ostream &out,
                               std::ostream &errors);
 
-// What is wrong with the netlist, its faults included.
-std::vector<Finding> check_netlist(const Netlist &netlist);
-
 // A ddf netlist, as it was held against an .nxf netlist.
 struct DdfReading {
   DdfNetlist netlist;
@@ -67,9 +64,5 @@ struct TranslationFiles {
 // Adds where the text of a file first differs from the wanted one, if it does. None: there is no file.
 bool find_difference(std::optional<std::string_view> text, std::optional<std::string_view> wanted,
                      std::vector<Finding> &findings);
-
-// Reads DESIGN.nxf. False, with all reasons on `errors`, when the file can't be read, breaks the format or is not in
-// order.
-[[nodiscard]] bool load_design(const std::string &design, Netlist &netlist, std::ostream &errors);
 
 } // namespace cubekit

@@ -7,10 +7,10 @@
 #include "kit/check/check.h"
 #include "kit/command/arguments.h"
 #include "kit/command/command.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/netlist/nxf_parser.h"
 #include "kit/table/read_design.h"
 #include "kit/util/file.h"
-#include "kit/util/progress.h"
 
 namespace cubekit {
 

@@ -11,7 +11,6 @@
 #include "kit/command/command.h"
 #include "kit/table/read_design.h"
 #include "kit/util/file.h"
-#include "kit/util/progress.h"
 #include "kit/util/run_program.h"
 #include "model/run_settings.h"
 

@@ -6,16 +6,14 @@
 #include <span>
 #include <string_view>
 
+#include "kit/util/progress.h" // for the time that a command takes
+#include "kit/util/status.h"
+
 namespace CLI {
 class App;
 }
 
 namespace cubekit {
-
-// Exit statuses. Faults of use and of files go to standard error.
-constexpr int kYes = 0;    // done, proved, in order
-constexpr int kNo = 1;     // the answer is no
-constexpr int kMisuse = 2; // wrong arguments, or a file that can't be read or written
 
 // Declares options and positionals on the sub-command and returns the action, run after parsing; its result is the exit
 // status. Parsed values live in the returned action (for example in a shared_ptr that it captures).

@@ -5,8 +5,8 @@
 #include <array>
 #include <ostream>
 
+#include "kit/draw/html.h"
 #include "kit/netlist/flow.h"
-#include "kit/util/html.h"
 #include "kit/util/run_program.h"
 
 namespace cubekit {

@@ -9,7 +9,6 @@
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/dump/dump.h"
-#include "kit/util/progress.h"
 
 namespace cubekit {
 

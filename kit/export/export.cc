@@ -1,6 +1,5 @@
 // `cubekit export`: one netlist in the form that is asked for.
 #include "kit/export/export.h"
-#include "kit/check/check.h"
 
 #include <CLI/CLI.hpp>
 #include <filesystem>
@@ -11,8 +10,8 @@
 #include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/netlist/flow.h"
-#include "kit/util/progress.h"
 
 namespace cubekit {
 

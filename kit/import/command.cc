@@ -10,7 +10,6 @@
 #include "kit/import/import.h"
 #include "kit/table/read_design.h"
 #include "kit/util/file.h"
-#include "kit/util/progress.h"
 
 namespace cubekit {
 

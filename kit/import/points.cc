@@ -6,7 +6,7 @@
 #include <numeric>
 #include <optional>
 
-#include "kit/cover/cover.h"
+#include "kit/table/cover.h"
 
 namespace cubekit {
 

@@ -13,7 +13,6 @@
 #include "kit/minimize/table_text.h"
 #include "kit/table/read_design.h"
 #include "kit/util/file.h"
-#include "kit/util/progress.h"
 
 namespace cubekit {
 

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <functional>
 
-#include "kit/cover/cover.h"
+#include "kit/table/cover.h"
 
 namespace CLI {
 class App;

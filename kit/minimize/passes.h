@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "kit/cover/cover.h"
+#include "kit/table/cover.h"
 
 namespace cubekit {
 

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "kit/cover/cover.h"
+#include "kit/table/cover.h"
 
 namespace cubekit {
 

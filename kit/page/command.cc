@@ -5,14 +5,13 @@
 #include <memory>
 #include <sstream>
 
-#include "kit/check/check.h"
 #include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
 #include "kit/draw/graph.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/netlist/flow.h"
 #include "kit/page/page.h"
-#include "kit/util/progress.h"
 
 namespace cubekit {
 

@@ -4,8 +4,8 @@
 #include <ostream>
 #include <unordered_map>
 
+#include "kit/draw/html.h"
 #include "kit/page/page.h"
-#include "kit/util/html.h"
 
 namespace cubekit {
 

@@ -3,9 +3,9 @@
 #include <ostream>
 #include <unordered_map>
 
+#include "kit/draw/html.h"
 #include "kit/explain/explain.h"
 #include "kit/page/page.h"
-#include "kit/util/html.h"
 
 namespace cubekit {
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <ostream>
 
+#include "kit/draw/html.h"
 #include "kit/page/files.h"
 #include "kit/stat/stat.h"
-#include "kit/util/html.h"
 
 namespace cubekit {
 

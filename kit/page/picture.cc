@@ -2,9 +2,9 @@
 // colours and fonts are left to the page's style.
 #include <ostream>
 
+#include "kit/draw/html.h"
 #include "kit/page/files.h"
 #include "kit/page/page.h"
-#include "kit/util/html.h"
 
 namespace cubekit {
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <ostream>
 
+#include "kit/draw/html.h"
 #include "kit/page/page.h"
-#include "kit/util/html.h"
 
 namespace cubekit {
 

@@ -7,7 +7,6 @@
 #include "kit/command/command.h"
 #include "kit/netlist/nxf_parser.h"
 #include "kit/prove/prove.h"
-#include "kit/util/progress.h"
 #include "model/run_settings.h"
 
 namespace cubekit {

@@ -4,16 +4,15 @@
 #include <iostream>
 #include <memory>
 
-#include "kit/check/check.h"
 #include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/netlist/flow.h"
 #include "kit/netlist/nxf_parser.h"
 #include "kit/sim/sim.h"
 #include "kit/sim/vcd.h"
 #include "kit/sim/vectors.h"
-#include "kit/util/progress.h"
 #include "util/output_file.h"
 
 namespace cubekit {

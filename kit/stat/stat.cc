@@ -1,6 +1,5 @@
 // `cubekit stat`: counts what is in a netlist.
 #include "kit/stat/stat.h"
-#include "kit/check/check.h"
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -13,9 +12,9 @@
 #include "kit/command/arguments.h"
 #include "kit/command/command.h"
 #include "kit/command/output.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/netlist/flow.h"
 #include "kit/netlist/names.h"
-#include "kit/util/progress.h"
 
 namespace cubekit {
 

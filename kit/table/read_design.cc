@@ -8,8 +8,8 @@
 
 #include "constraints/constraints.h"
 #include "drc/check_design.h"
-#include "kit/command/command.h"
 #include "kit/util/progress.h"
+#include "kit/util/status.h"
 #include "model/run_settings.h"
 #include "netlist/map_design.h"
 #include "netlist/writers.h"

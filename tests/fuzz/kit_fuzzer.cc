@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "kit/check/check.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/netlist/nxf_parser.h"
 
 namespace cubekit {

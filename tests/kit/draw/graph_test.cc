@@ -1,6 +1,6 @@
 // Drawings: dot takes them, and they show each symbol and each connection once.
-#include "kit/check/check.h"
 #include "kit/draw/graph.h"
+#include "kit/netlist/check_netlist.h"
 
 #include "kit/support/export_tools.h"
 

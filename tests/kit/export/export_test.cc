@@ -1,6 +1,6 @@
 // What the kit exports, judged by the tools that it is exported for.
-#include "kit/check/check.h"
 #include "kit/export/export.h"
+#include "kit/netlist/check_netlist.h"
 
 #include <fstream>
 #include <set>

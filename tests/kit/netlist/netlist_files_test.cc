@@ -4,6 +4,7 @@
 
 #include "kit/check/check.h"
 #include "kit/check/ddf_parser.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/support/translate.h"
 
 namespace cubekit {

@@ -5,10 +5,10 @@
 #include <map>
 #include <set>
 
+#include "kit/draw/html.h"
 #include "kit/support/export_tools.h"
 #include "kit/support/translate.h"
 #include "kit/table/read_design.h"
-#include "kit/util/html.h"
 #include "report/messages.h"
 
 namespace cubekit {

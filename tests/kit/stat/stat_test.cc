@@ -1,5 +1,5 @@
 // The numbers of small netlists, counted by hand.
-#include "kit/check/check.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/stat/stat.h"
 
 #include <nlohmann/json.hpp>

@@ -11,7 +11,7 @@
 
 #include <gtest/gtest.h>
 
-#include "kit/check/check.h"
+#include "kit/netlist/check_netlist.h"
 #include "kit/netlist/flow.h"
 #include "kit/netlist/names.h"
 #include "kit/sim/sim.h"

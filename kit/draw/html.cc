@@ -1,5 +1,5 @@
 // Escapes byte by byte but for whole UTF-8 sequences.
-#include "kit/util/html.h"
+#include "kit/draw/html.h"
 
 #include <algorithm>
 #include <array>

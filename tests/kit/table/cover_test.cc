@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "kit/cover/cover.h"
+#include "kit/table/cover.h"
 
 namespace cubekit {
 namespace {

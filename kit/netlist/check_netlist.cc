@@ -3,7 +3,9 @@
 #include <string>
 #include <utility>
 
-#include "kit/check/check.h"
+#include "kit/netlist/check_netlist.h"
+#include "kit/netlist/nxf_parser.h"
+#include "kit/util/progress.h"
 #include "model/run_settings.h"
 
 namespace cubekit {
@@ -115,6 +117,14 @@ std::vector<Finding> check_netlist(const Netlist &netlist) {
   for (const Net &net : netlist.nets) check_net(checker, net);
   check_external_pins(checker);
   return findings;
+}
+
+bool load_design(const std::string &design, Netlist &netlist, std::ostream &errors) {
+  const std::string path = design + ".nxf";
+  if (!read_nxf(path, netlist, errors)) return false;
+  const std::vector<Finding> findings = during("checking the netlist", [&] { return check_netlist(netlist); });
+  for (const Finding &finding : findings) print_finding(errors, path, finding);
+  return findings.empty();
 }
 
 } // namespace cubekit

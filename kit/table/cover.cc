@@ -1,6 +1,6 @@
 // Cubes, and the questions that are answered by splitting a function at an input until nothing is left to split: an
 // input whose literals are all of one kind (unate) needs no split.
-#include "kit/cover/cover.h"
+#include "kit/table/cover.h"
 
 #include <algorithm>
 #include <bit>
