@@ -31,12 +31,15 @@ BIG = ("a5", "a6", "b", "c", "d", "f5")
 FORMS: dict[str, list[str]] = {"pla": [], "gates": ["-and", "12"]}
 TITLES = {"pla": "PLA form", "gates": "gate form"}
 LADDERS = {"terms": ("a3", "a4", "a5", "a6"), "terms of one output": ("f4", "f5", "f6"),
-           "input names": ("s1", "s2", "s3"), "output names": ("g1", "g2", "g3")}
+           "input names": ("s1", "s2", "s3"), "output names": ("g1", "g2", "g3"),
+           "literals of one term": ("l1", "l2", "l3"), "dense squares": ("n1", "n2", "n3"),
+           "wide sparse tables": ("w1", "w2", "w3")}
 NOISE = 0.0005  # seconds
-GATE_LADDERS = ("terms", "terms of one output")  # the names' ladders have few terms: their gate form adds nothing
+NAME_LADDERS = ("input names", "output names")  # few terms: their gate form adds nothing
 PEER_SHAPES = ("a3", "a4", "b", "c", "d")        # one of the peers is quadratic in the terms of an output
 OUTPUTS = ("bench.ddf", "bench.tvx", "bench.nxf")
 BASE = 6 << 20  # bytes of memory that any run may take, whatever the input
+ANY_BASE = 8 << 20  # the same on the ladders, whose inputs are of any shape
 
 
 @dataclass
@@ -288,8 +291,8 @@ def slope_of(points: list[tuple[float, float]]) -> float:
 
 
 def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
-    """The exponent of time in input bytes over a ladder of shapes, start-up taken off; what takes less than NOISE beyond
-    it tells nothing and is left out. On a busy machine the exponent of the processor time, which is not judged, tells
+    """The exponent of time in bytes of input and output over a ladder of shapes, start-up taken off; what takes less
+    than NOISE beyond it tells nothing and is left out. On a busy machine the exponent of the processor time, which is not judged, tells
     the program's growth from the machine's."""
     walls: list[tuple[float, float]] = []
     cpus: list[tuple[float, float]] = []
@@ -297,7 +300,11 @@ def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
     for shape in LADDERS[ladder]:
         row = program_row(bench, shape, form)
         run_rounds([row], bench, bench.rounds)
-        size = math.log(os.path.getsize(input_of(bench, shape)))
+        source = os.path.getsize(input_of(bench, shape))
+        size = math.log(source + sum(os.path.getsize(path) for path in outputs_of(row)))
+        if form == "pla":
+            bench.note("PLA form, (peak memory - 8 MiB) / input, shapes of the ladders", 5.0, shape,
+                       (peak_memory(row, bench) - ANY_BASE) / source)
         steps = []
         for points, seconds in ((walls, row.wall - floor.wall), (cpus, row.cpu - floor.cpu)):
             if seconds > NOISE:
@@ -307,7 +314,7 @@ def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
         remove_runs(bench)
     print(f"\nladder of {ladder}, {form}\n")
     print_table(["shape", "wall ms", "exponent of the step", "cpu ms", "exponent of the step", "note"], lines)
-    title, most = TITLES[form], 1.05 if form == "pla" else 1.10
+    title, most = TITLES[form], 1.10
     if len(walls) < 2 or len(cpus) < 2:
         return print(f"\nToo fast to tell how time grows with {ladder}.")
     failed = any(line[-1] for line in lines)
@@ -386,7 +393,7 @@ def main(argv: list[str]) -> int:
             for shape in filter(None, args.shapes.split(",")):
                 compare_shape(bench, shape, form)
             for ladder in LADDERS if not args.no_ladders else ():
-                if form == "pla" or ladder in GATE_LADDERS:
+                if form == "pla" or ladder not in NAME_LADDERS:
                     climb(bench, ladder, form, floor)
         if not args.no_pins:
             compare_pins(bench, floor)

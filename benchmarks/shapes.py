@@ -43,6 +43,15 @@ SHAPES: dict[str, Shape] = {
     "g1": Shape(16, 1_000, 200, 0.5, 10, "output-name ladder"),
     "g2": Shape(16, 4_000, 200, 0.5, 40, "output-name ladder"),
     "g3": Shape(16, 16_000, 200, 0.5, 160, "output-name ladder"),
+    "l1": Shape(50_000, 1, 1, 1.0, 1, "ladder of the literals of one term"),
+    "l2": Shape(100_000, 1, 1, 1.0, 1, "ladder of the literals of one term"),
+    "l3": Shape(200_000, 1, 1, 1.0, 1, "ladder of the literals of one term"),
+    "n1": Shape(500, 500, 500, 1.0, 20, "dense square ladder"),
+    "n2": Shape(1_000, 1_000, 1_000, 1.0, 20, "dense square ladder"),
+    "n3": Shape(2_000, 2_000, 2_000, 1.0, 20, "dense square ladder"),
+    "w1": Shape(2_000, 2_000, 40, 0.01, 200, "wide sparse ladder"),
+    "w2": Shape(4_000, 4_000, 40, 0.005, 400, "wide sparse ladder"),
+    "w3": Shape(8_000, 8_000, 40, 0.0025, 800, "wide sparse ladder"),
 }
 
 

@@ -92,7 +92,7 @@ void write_pins(std::ostream &stream, const PageContents &contents, const PageLi
             "<th scope=\"col\">Location</th><th scope=\"col\">Signal</th></tr></thead><tbody>\n";
   for (std::size_t i = 0; i < std::min(contents.pins.size(), limits.signals); i++) {
     const SignalRoles *roles = roles_at(contents, i);
-    const std::string &location = contents.design->xpins[i].xpin_num;
+    const std::string &location = *contents.design->xpins[i].xpin_num;
     write_name(stream, contents.pins[i], roles, limits);
     stream << "<td>" << (roles == nullptr ? "?" : direction_of(*roles, read_outside[i])) << "</td><td class=\"name\">"
            << (location.empty() ? "<span class=\"quiet\">free</span>" : escape_html(location)) << "</td><td>"

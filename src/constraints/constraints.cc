@@ -51,24 +51,26 @@ void end_list(const List &list, std::string_view end) {
   if (list.open) put(list.section.file, end);
 }
 
-void add_pins(List &list, const Design &design, int XPin::*field, int code) {
+void add_pins(List &list, const Design &design, std::uint8_t XPin::*field, int code) {
   for (std::size_t i = 0; i < design.pin_names.size(); i++)
     if (design.xpins[i].*field == code) add_member(list, design.pin_names[i]);
 }
 
-bool holds(int mark) { return mark != 0; }
-bool holds(const RareText &text) { return !text.empty(); }
+bool is_set(const SignalAttributes &attributes, Mark SignalAttributes::*mark) { return attributes.*mark != 0; }
+bool is_set(const SignalAttributes &attributes, std::string SignalNames::*text) {
+  return !((*attributes.names).*text).empty();
+}
 
 template <typename Field>
 void add_entries(List &list, const std::vector<std::string> &names, const std::vector<SignalAttributes> &attributes,
-                 Field SignalAttributes::*field) {
+                 Field field) {
   for (std::size_t i = 0; i < names.size(); i++)
-    if (holds(attributes[i].*field)) add_member(list, names[i]);
+    if (is_set(attributes[i], field)) add_member(list, names[i]);
 }
-template <typename Field> void add_inputs(List &list, const Design &design, Field SignalAttributes::*field) {
+template <typename Field> void add_inputs(List &list, const Design &design, Field field) {
   add_entries(list, design.ILB, design.ilb_attributes, field);
 }
-template <typename Field> void add_outputs(List &list, const Design &design, Field SignalAttributes::*field) {
+template <typename Field> void add_outputs(List &list, const Design &design, Field field) {
   add_entries(list, design.OLB, design.olb_attributes, field);
 }
 
@@ -142,10 +144,10 @@ void write_power(OutputFile &file, const Design &design) {
   // Power marks live in path slots: ELP is low power, ETP high power. No blank line follows this section.
   Section section{file, "[Power]\n"};
   List low{section, "Low = ", ", "};
-  add_inputs(low, design, &SignalAttributes::ELP);
+  add_inputs(low, design, &SignalNames::ELP);
   end_list(low, ";\n");
   List high{section, "High = ", ", "};
-  add_inputs(high, design, &SignalAttributes::ETP);
+  add_inputs(high, design, &SignalNames::ETP);
   end_list(high, ";\n");
 }
 
@@ -158,7 +160,7 @@ struct PinList {
 };
 
 template <std::size_t N>
-void write_pin_lists(Section section, const Design &design, int XPin::*field, std::string_view name,
+void write_pin_lists(Section section, const Design &design, std::uint8_t XPin::*field, std::string_view name,
                      const PinList (&lists)[N]) {
   for (const PinList &row : lists) {
     List list{section, row.key};
@@ -265,10 +267,10 @@ void write_ptsa_bypass(OutputFile &file, const Design &design) {
   // PTSABYPASS marks share the slot of ECP path ends.
   Section section{file, "[PTSABYPASS]\n"};
   List list{section, "BYPASS="};
-  add_inputs(list, design, &SignalAttributes::ECP);
+  add_inputs(list, design, &SignalNames::ECP);
   // Outputs alone stand under the section's old name.
   if (!section.started) section.header = "[4PTs Bypass]\n";
-  add_outputs(list, design, &SignalAttributes::ECP);
+  add_outputs(list, design, &SignalNames::ECP);
   end_list(list, ";\n\n");
 }
 
@@ -303,7 +305,7 @@ std::vector<Group> collect_groups(const Design &design) {
   TextMap<std::string_view, std::size_t> index;
   const auto collect = [&](const auto &names, const auto &attributes) {
     for (std::size_t i = 0; i < names.size(); i++) {
-      const std::string_view group = attributes[i].GRP;
+      const std::string &group = attributes[i].names->GRP;
       if (group.empty()) continue;
       const auto [at, is_new] = index.try_emplace(group, groups.size());
       if (is_new) groups.push_back({group, {}});

@@ -20,12 +20,13 @@ struct Signed {
 };
 char *append(char *at, Signed number) {
   if (number.value < 0) *at++ = '-';
-  return append_decimal(at, static_cast<std::uint64_t>(number.value < 0 ? -number.value : number.value));
+  return append(at, Decimal{static_cast<std::uint64_t>(number.value < 0 ? -number.value : number.value)});
 }
 std::size_t longest(Signed) { return 1 + longest(Decimal{}); }
 
 void put_value(OutputFile &file, std::int64_t value) { put_all(file, Signed{value}); }
 void put_value(OutputFile &file, std::string_view value) { put(file, value); }
+void put_value(OutputFile &file, const Rare<std::string> &value) { put(file, *value); }
 
 // One line of a label, as it stands, and a value.
 template <typename Value> void put_line(OutputFile &file, std::string_view label, const Value &value) {
@@ -52,11 +53,11 @@ void put_fields(OutputFile &file, const Record &record, const Field<Record, Valu
   for (const auto &field : fields) put_line(file, field.label, record.*field.value);
 }
 
-constexpr Field<XPin, std::string> kXPinTexts[] = {
+constexpr Field<XPin, Rare<std::string>> kXPinTexts[] = {
     {"xpin_num = ", &XPin::xpin_num},
     {"grp = ", &XPin::grp},
 };
-constexpr Field<XPin, int> kXPinCodes[] = {
+constexpr Field<XPin, std::uint8_t> kXPinCodes[] = {
     {"crit= ", &XPin::crit},        {"pullup = ", &XPin::pullup},     {"outdelay = ", &XPin::outdelay},
     {"voltage = ", &XPin::voltage}, {"slowslew = ", &XPin::slowslew}, {"opendrain = ", &XPin::opendrain},
 };
@@ -69,11 +70,11 @@ constexpr Field<SignalAttributes, Mark> kMarks[] = {
     {"ICLK1     = ", &SignalAttributes::ICLK1},  {"A0     = ", &SignalAttributes::A0},
     {"A1     = ", &SignalAttributes::A1},
 };
-constexpr Field<SignalAttributes, RareText> kPathSlots[] = {
-    {"SCP    = ", &SignalAttributes::SCP}, {"SAP    = ", &SignalAttributes::SAP}, {"SNP    = ", &SignalAttributes::SNP},
-    {"SLP    = ", &SignalAttributes::SLP}, {"STP    = ", &SignalAttributes::STP}, {"ECP    = ", &SignalAttributes::ECP},
-    {"EAP    = ", &SignalAttributes::EAP}, {"ENP    = ", &SignalAttributes::ENP}, {"ELP    = ", &SignalAttributes::ELP},
-    {"ETP    = ", &SignalAttributes::ETP}, {"GRP    = ", &SignalAttributes::GRP},
+constexpr Field<SignalNames, std::string> kPathSlots[] = {
+    {"SCP    = ", &SignalNames::SCP}, {"SAP    = ", &SignalNames::SAP}, {"SNP    = ", &SignalNames::SNP},
+    {"SLP    = ", &SignalNames::SLP}, {"STP    = ", &SignalNames::STP}, {"ECP    = ", &SignalNames::ECP},
+    {"EAP    = ", &SignalNames::EAP}, {"ENP    = ", &SignalNames::ENP}, {"ELP    = ", &SignalNames::ELP},
+    {"ETP    = ", &SignalNames::ETP}, {"GRP    = ", &SignalNames::GRP},
 };
 
 struct FlagLine {
@@ -164,7 +165,7 @@ void dump_signals(OutputFile &file, const SignalList &list) {
     put_indexed(file, list.name_label, i, ": ", list.names[i]);
     put_line(file, list.extension_label, list.extensions[i]);
     put_fields(file, list.attributes[i], kMarks);
-    put_fields(file, list.attributes[i], kPathSlots);
+    put_fields(file, *list.attributes[i].names, kPathSlots);
   }
 }
 

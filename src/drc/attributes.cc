@@ -12,7 +12,7 @@ namespace cubenet {
 namespace {
 
 void lock_pin(AttributeCase &given) {
-  std::string &location = given.design.xpins[static_cast<std::size_t>(given.signal)].xpin_num;
+  std::string &location = given.design.xpins[static_cast<std::size_t>(given.signal)].xpin_num.writable();
   const std::string &wanted = given.property.attribute_value;
   if (location.empty()) location = wanted;
   if (equal_ignoring_case(location, wanted)) return;
@@ -22,8 +22,9 @@ void lock_pin(AttributeCase &given) {
   drop_attribute(given.property);
 }
 
-void set_pin_field(AttributeCase &given, int XPin::*field) {
-  given.design.xpins[static_cast<std::size_t>(given.signal)].*field = given.property.attr_name;
+void set_pin_field(AttributeCase &given, std::uint8_t XPin::*field) {
+  given.design.xpins[static_cast<std::size_t>(given.signal)].*field =
+      static_cast<std::uint8_t>(given.property.attr_name);
   drop_attribute(given.property);
 }
 

@@ -129,7 +129,7 @@ void remove_signal(Design &design, SignalIndex signal) {
     std::string &name = design.pin_names[pin];
     report_warning(31544, "Pin '%s' is declared but not used; pin '%s' is removed", name.c_str(), name.c_str());
     name.clear();
-    design.xpins[pin].xpin_num.clear();
+    design.xpins[pin].xpin_num = {};
     design.pin_locations[pin] = -1;
   } else {
     std::string &name = design.node_names[static_cast<std::size_t>(signal) - design.pin_names.size()];
@@ -212,14 +212,15 @@ int check_signals(Design &design) {
 
 void write_numeric_locations(Design &design) {
   for (std::size_t pin = 0; pin < design.pin_names.size(); pin++)
-    if (design.pin_locations[pin] != -1) design.xpins[pin].xpin_num = std::to_string(design.pin_locations[pin]);
+    if (design.pin_locations[pin] != -1)
+      design.xpins[pin].xpin_num.writable() = std::to_string(design.pin_locations[pin]);
 }
 
 int check_pin_locks(Design &design) {
   int failed = 0;
   std::vector<std::string_view> locations;
   locations.reserve(design.xpins.size());
-  for (const XPin &xpin : design.xpins) locations.push_back(xpin.xpin_num);
+  for (const XPin &xpin : design.xpins) locations.push_back(*xpin.xpin_num);
   const TextIndex index = index_texts(std::move(locations), false);
   // Of equal locations the first pin keeps its own, so each later one is reported once.
   for (std::size_t pin = 0; pin < design.xpins.size(); pin++) {
@@ -227,8 +228,8 @@ int check_pin_locks(Design &design) {
     for (std::int32_t at = index.next[pin]; at != kNoPosition; at = index.next[static_cast<std::size_t>(at)]) {
       const auto other = static_cast<std::size_t>(at);
       report_error(31234, "Pins '%s' and '%s' are locked to the same package pin number '%s'",
-                   design.pin_names[pin].c_str(), design.pin_names[other].c_str(), design.xpins[pin].xpin_num.c_str());
-      design.xpins[other].xpin_num.clear();
+                   design.pin_names[pin].c_str(), design.pin_names[other].c_str(), design.xpins[pin].xpin_num->c_str());
+      design.xpins[other].xpin_num = {};
       failed = 1;
     }
   }

@@ -172,7 +172,7 @@ void join_group(AttributeCase &given) {
   const auto at = static_cast<std::size_t>(given.signal);
   if (is_registered(given) && given.extension == EXT_NONE) {
     if (is_pin(given.design, given.signal))
-      append_word(given.design.xpins[at].grp, group);
+      append_word(given.design.xpins[at].grp.writable(), group);
     else
       append_word(given.design.node_groups[at - given.design.pin_names.size()], group);
   } else {
@@ -180,9 +180,9 @@ void join_group(AttributeCase &given) {
     const std::int32_t output = find_entry(given.outputs, given.signal, code);
     const std::int32_t input = find_entry(given.inputs, given.signal, code);
     if (output >= 0)
-      output_attributes(given, output).GRP = group;
+      output_attributes(given, output).names.writable().GRP = group;
     else if (input >= 0)
-      input_attributes(given, input).GRP = group;
+      input_attributes(given, input).names.writable().GRP = group;
     else
       report_warning(31561, "Signal '%s' is not used; attribute '%s %s' is ignored", given.shown.c_str(),
                      given.attribute_name.c_str(), given.shown.c_str());

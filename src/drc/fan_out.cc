@@ -1,7 +1,6 @@
 // What the product terms drive and read: constant and undriven outputs, inputs that no useful term has a literal of,
 // and the outputs that merely pass tristate nodes on. The rows are walked in place; nothing is kept per term.
 #include <algorithm>
-#include <array>
 #include <bit>
 
 #include "drc/passes.h"
@@ -15,41 +14,6 @@ namespace {
 // May hold the bits of the last inputs, too.
 constexpr std::size_t first_output_word(const CubeTable &cubes) { return 1 + 2 * cubes.inputs / 32; }
 
-// The bits of a byte as the bytes of a word.
-constexpr std::array<std::uint64_t, 256> kSpread = [] {
-  std::array<std::uint64_t, 256> table{};
-  for (std::size_t byte = 0; byte < table.size(); byte++)
-    for (std::size_t bit = 0; bit < 8; bit++) table[byte] |= std::uint64_t{byte >> bit & 1U} << (8 * bit);
-  return table;
-}();
-
-// Counts the rows that have each bit, eight bits at a time: a byte of `lanes` counts up to 255 rows for one bit.
-struct BitCounter {
-  std::size_t first_word;           // of the row; bits of earlier words are not counted
-  std::vector<std::uint64_t> lanes; // four per word
-  std::size_t rows = 0;             // since the lanes were cleared
-};
-
-void count_bits(BitCounter &counter, const std::uint32_t *row) {
-  std::uint64_t *lane = counter.lanes.data();
-  const std::uint32_t *word = row + counter.first_word;
-  for (std::size_t left = counter.lanes.size() / 4; left > 0; left--, word++, lane += 4) {
-    if (*word == 0) continue;
-    for (std::size_t byte = 0; byte < 4; byte++) lane[byte] += kSpread[*word >> (8 * byte) & 0xffU];
-  }
-  counter.rows++;
-}
-
-void flush_counts(BitCounter &counter, const CubeTable &cubes, std::vector<std::uint32_t> &counts) {
-  const std::size_t skipped = 2 * cubes.inputs - 32 * (counter.first_word - 1);
-  for (std::size_t output = 0; output < cubes.outputs; output++) {
-    const std::size_t at = skipped + output;
-    counts[output] += static_cast<std::uint32_t>(counter.lanes[at / 8] >> (8 * (at % 8)) & 0xffU);
-  }
-  std::fill(counter.lanes.begin(), counter.lanes.end(), 0);
-  counter.rows = 0;
-}
-
 bool has_literal(const CubeTable &cubes, const std::uint32_t *row) {
   std::uint32_t literals = 0;
   for (std::size_t w = 0; w < input_words(cubes); w++) literals |= literal_mask(row[1 + w], input_word_mask(cubes, w));
@@ -57,16 +21,12 @@ bool has_literal(const CubeTable &cubes, const std::uint32_t *row) {
 }
 
 void count_terms(FanOut &fan_out, const CubeTable &cubes) {
-  const std::size_t first_word = first_output_word(cubes);
-  BitCounter counter{first_word, std::vector<std::uint64_t>(4 * (cubes.words_per_row - first_word))};
   for (std::size_t i = 0; i < cubes.NUM_CUBES; i++) {
     const std::uint32_t *row = cube(cubes, i);
-    count_bits(counter, row);
-    if (counter.rows == 255) flush_counts(counter, cubes, fan_out.cubes);
+    for_each_output(cubes, row, [&](std::size_t output) { fan_out.cubes[output]++; });
     if (has_literal(cubes, row)) continue;
     for_each_output(cubes, row, [&](std::size_t output) { fan_out.status[output] = OUTPUT_CONSTANT; });
   }
-  flush_counts(counter, cubes, fan_out.cubes);
 }
 
 // Inputs count as read by the terms that drive an output which is neither constant nor empty.
@@ -123,7 +83,7 @@ void analyze_fan_out(Design &design, const CubeTable &cubes) {
   fan_out.status.assign(design.OLB.size(), OUTPUT_LOGIC);
   fan_out.cubes.assign(design.OLB.size(), 0);
   fan_out.fans_out.assign(design.ILB.size(), 0);
-  if (cubes.NUM_CUBES > 0) count_terms(fan_out, cubes);
+  count_terms(fan_out, cubes);
   for (std::size_t output = 0; output < design.OLB.size(); output++)
     if (fan_out.cubes[output] == 0) fan_out.status[output] = OUTPUT_EMPTY;
   mark_read_inputs(fan_out, cubes);

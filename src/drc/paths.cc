@@ -29,10 +29,9 @@ struct PathTable {
 };
 
 // By kind, in code order.
-constexpr std::array<RareText SignalAttributes::*, 10> kSlots{
-    &SignalAttributes::SCP, &SignalAttributes::SAP, &SignalAttributes::SLP, &SignalAttributes::STP,
-    &SignalAttributes::SNP, &SignalAttributes::ECP, &SignalAttributes::EAP, &SignalAttributes::ELP,
-    &SignalAttributes::ETP, &SignalAttributes::ENP};
+constexpr std::array<std::string SignalNames::*, 10> kSlots{
+    &SignalNames::SCP, &SignalNames::SAP, &SignalNames::SLP, &SignalNames::STP, &SignalNames::SNP,
+    &SignalNames::ECP, &SignalNames::EAP, &SignalNames::ELP, &SignalNames::ETP, &SignalNames::ENP};
 static_assert(kSlots.size() == CODE_ENP - CODE_SCP + 1);
 
 bool is_legal(char c) { return class_of(c) == CHAR_LEGAL || c == '+' || c == '-'; }
@@ -158,12 +157,12 @@ void attach_points(Design &design, const PathTable &table) {
     const std::string &name = table.paths[mention.path].name;
     if (name.empty() || mention.is_extra) continue;
     Property &property = design.properties[mention.property];
-    RareText SignalAttributes::*slot = kSlots[static_cast<std::size_t>(property.attr_name - CODE_SCP)];
+    std::string SignalNames::*slot = kSlots[static_cast<std::size_t>(property.attr_name - CODE_SCP)];
     append_word(property.attribute_value, name);
     for (const int input : {property.ilb_idx, property.end_reader_idx})
-      if (input >= 0) append_word(writable(design.ilb_attributes[static_cast<std::size_t>(input)].*slot), name);
+      if (input >= 0) append_word(design.ilb_attributes[static_cast<std::size_t>(input)].names.writable().*slot, name);
     if (property.ob_idx >= 0)
-      append_word(writable(design.olb_attributes[static_cast<std::size_t>(property.ob_idx)].*slot), name);
+      append_word(design.olb_attributes[static_cast<std::size_t>(property.ob_idx)].names.writable().*slot, name);
   }
 }
 

@@ -11,7 +11,7 @@
 #include <vector>
 
 #include "model/bit_set.h"
-#include "model/rare_text.h"
+#include "model/rare.h"
 #include "model/signal_flags.h"
 
 namespace cubenet {
@@ -27,28 +27,29 @@ struct DesignHeader {
   std::array<std::string, 15> option; // device-wide switches, "KEYWORD value"; empty: not set
 };
 
-// Placement and electrical attributes of one pin; the ints hold attribute codes, 0 is none.
+// Placement and electrical attributes of one pin. There is one for every pin and few are set, so it is kept small.
 struct XPin {
-  std::string xpin_num; // location (package pin); empty: not locked
-  std::string grp;
-  int crit = 0;
-  int pullup = 0;
-  int outdelay = 0;
-  int voltage = 0;
-  int slowslew = 0;
-  int opendrain = 0;
+  Rare<std::string> xpin_num; // location (package pin); empty: not locked
+  Rare<std::string> grp;
+  // Attribute codes; 0 is none.
+  std::uint8_t crit = 0, pullup = 0, outdelay = 0, voltage = 0, slowslew = 0, opendrain = 0;
 };
 
 using Mark = std::uint8_t; // 0 or 1
 
-// Attributes of one input-list or output-list entry. There is one for every entry and few are set, so it is kept small.
+// The attributes of a list entry that hold names.
+struct SignalNames {
+  std::string SCP, SAP, SNP, SLP, STP; // the paths that start at this signal, by kind, space-separated
+  std::string ECP, EAP, ENP, ELP, ETP; // the paths that end at this signal, by kind
+  std::string GRP;
+};
+
+// Attributes of one input-list or output-list entry; as small as the pins' for the same reason.
 struct SignalAttributes {
   Mark LXOR2 = 0, PRESERVE = 0, PROTECT = 0, ZDOT = 0;
   Mark SLOWCLK = 0, FASTCLK = 0, CLK0 = 0, CLK1 = 0, CLK2 = 0, ICLK0 = 0, ICLK1 = 0;
-  Mark A0 = 0, A1 = 0;              // carried through, set by no statement
-  RareText SCP, SAP, SNP, SLP, STP; // names of the paths that start at this signal, by kind, space-separated
-  RareText ECP, EAP, ENP, ELP, ETP; // names of the paths that end at this signal, by kind
-  RareText GRP;
+  Mark A0 = 0, A1 = 0; // carried through, set by no statement
+  Rare<SignalNames> names;
 };
 
 // One attribute statement of one signal. Code 0: rejected by the reader, or ignored or consumed by the checker.

@@ -4,8 +4,11 @@
 #include <string_view>
 
 #include "model/run_settings.h"
+#include "netlist/destinations.h"
 #include "netlist/gate_planes.h"
 #include "netlist/map_design.h"
+#include "netlist/pin_text.h"
+#include "netlist/reported_output.h"
 #include "netlist/writers.h"
 #include "report/messages.h"
 

@@ -8,7 +8,7 @@ namespace cubenet {
 
 namespace {
 
-constexpr std::size_t kLeast = std::size_t{2} << 20; // bytes that may be held, whatever the design
+constexpr std::size_t kLeast = std::size_t{4} << 20; // bytes that may be held, whatever the design
 
 // In readers. With as many bytes as the rows of the table have, and some for every name, the walks stay few.
 std::size_t choose_limit(const CubeTable &cubes) {

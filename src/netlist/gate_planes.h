@@ -61,8 +61,4 @@ void put_plane_destinations(OutputFile &file, const GatePlanes &planes, NetIndex
 void write_plane_nets(OutputFile &file, const GatePlanes &planes);
 void write_plane_symbols(OutputFile &file, const GatePlanes &planes);
 
-inline char *append(char *at, const Name &name) { return append(append(at, name.base), name.suffix); }
-inline std::size_t longest(const Name &name) { return name.base.size() + name.suffix.size(); }
-inline void put(OutputFile &file, const Name &name) { put_all(file, name); }
-
 } // namespace cubenet

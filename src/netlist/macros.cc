@@ -1,8 +1,8 @@
 // Placed macros: hard blocks whose ports connect to signals in the form that a connection names, or to nets of their
 // own. A net gets one driver; what a macro would drive a second time is kept apart on a net of its own.
-#include <unordered_set>
+#include "netlist/macros.h"
 
-#include "netlist/netlist_builder.h"
+#include <unordered_set>
 
 namespace cubenet {
 

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "model/design.h"
+#include "netlist/name.h"
 #include "netlist/primitives.h"
 
 namespace cubenet {
@@ -19,14 +20,6 @@ namespace cubenet {
 using NetIndex = std::uint32_t;
 using SymbolIndex = std::uint32_t;
 constexpr std::uint32_t kNone = ~0U;
-
-// A name is printed as its two pieces in a row. The base belongs to the design, the suffix is fixed text, so neither
-// may be renamed while a Netlist stands.
-struct Name {
-  std::string_view base, suffix;
-};
-inline bool operator==(const Name &a, const Name &b) { return a.base == b.base && a.suffix == b.suffix; }
-inline std::string name_text(const Name &name) { return std::string(name.base).append(name.suffix); }
 
 struct Pin {
   PinKind kind = PinKind::A;
@@ -119,6 +112,15 @@ template <typename Visit> void for_each_instance(const Netlist &netlist, Visit v
 // Calls visit(column) for every input-list entry that reads the net, ascending.
 template <typename Visit> void for_each_column(const Netlist &netlist, NetIndex net, Visit visit) {
   for (std::uint32_t k = netlist.first_columns[net]; k != kNone; k = netlist.next_columns[k]) visit(k);
+}
+
+// A net that nothing drives and nobody reads is not printed.
+inline bool is_connected(const Netlist &netlist, NetIndex net) {
+  const Net &each = netlist.nets[net];
+  const bool is_external = each.kind == NetKind::EXTERNAL_INPUT || each.kind == NetKind::EXTERNAL_OUTPUT;
+  return is_external || each.source_symbol != kNone || each.source_output != kNone ||
+         netlist.destination_starts[net] != netlist.destination_starts[net + 1] ||
+         (netlist.has_blocks && netlist.first_columns[net] != kNone);
 }
 
 } // namespace cubenet

@@ -9,7 +9,6 @@
 #include "netlist/build_netlist.h"
 #include "netlist/connections.h"
 #include "netlist/netlist.h"
-#include "netlist/signal_mapper.h"
 #include "util/text_hash.h"
 
 namespace cubenet {
@@ -56,27 +55,5 @@ NetIndex rail(Netlist &netlist, bool high); // GND or VCC, made on first use
 // A symbol of `netlist.symbols` whose pins are those added until close_symbol.
 Symbol &open_symbol(Netlist &netlist, Primitive primitive, Name instance);
 void close_symbol(Netlist &netlist);
-
-// Maps one signal: its nets, its symbols, its external pin, and the nets that its readers read.
-void map_signal(NetlistBuilder &builder, SignalIndex signal);
-// An LXOR2 gate that takes an output reads its columns' nets, which stand only when all signals are mapped.
-void connect_xor_gates(NetlistBuilder &builder);
-
-// How a connection spells a net of the signal or plain net `base`.
-std::string spelled_name(const std::string &base, const Connection &connection, bool is_output);
-void collect_macro_pins(NetlistBuilder &builder);
-// The macro output that drives a signal without an equation of its own; nullptr for none.
-const MacroPin *find_macro_driver(const NetlistBuilder &builder, SignalIndex signal);
-// Which forms of the signal macros read, as a bit per extension code.
-std::uint32_t macro_reads(const NetlistBuilder &builder, SignalIndex signal);
-void connect_macro_pins(NetlistBuilder &builder, SignalMapper &mapper, const ReadNets &reads, const MacroPin *driver);
-void add_macros(NetlistBuilder &builder);
-
-// The blocks of the outputs: rails, XOR gates where they stand with the outputs, and PLA or ZDOT blocks unless the
-// product terms become gates.
-void add_output_blocks(NetlistBuilder &builder);
-
-// The net on which a reference with that extension reads; kNone when the signal can't be read so.
-NetIndex read_net(const ReadNets &reads, ExtensionCode code);
 
 } // namespace cubenet

@@ -4,9 +4,12 @@
 #include <vector>
 
 #include "model/run_settings.h"
+#include "netlist/destinations.h"
 #include "netlist/gate_planes.h"
 #include "netlist/map_design.h"
+#include "netlist/pin_text.h"
 #include "netlist/pla_rows.h"
+#include "netlist/reported_output.h"
 #include "netlist/writers.h"
 #include "report/messages.h"
 

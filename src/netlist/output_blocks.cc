@@ -1,6 +1,6 @@
 // The blocks of the outputs, in output order: a buffer from a rail, or the PLA or ZDOT block of the output's terms with
 // the inverter of an active-low output behind it.
-#include "netlist/netlist_builder.h"
+#include "netlist/output_blocks.h"
 
 namespace cubenet {
 

@@ -1,10 +1,10 @@
 // Takes one registered signal, gives its storage element and all that stands around it: operand XOR gates, inverters,
 // the networks that emulate inputs which the library's primitives lack, the feedback buffers and the pad. Every
 // decision follows from the signal's equations, its readers and the device series.
+#include "netlist/registers.h"
+
 #include <algorithm>
 #include <array>
-
-#include "netlist/signal_mapper.h"
 
 namespace cubenet {
 

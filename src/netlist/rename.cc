@@ -15,8 +15,9 @@
 #include "model/names.h"
 #include "model/run_settings.h"
 #include "model/text_index.h"
+#include "netlist/macros.h"
 #include "netlist/map_design.h"
-#include "netlist/netlist_builder.h"
+#include "netlist/signals.h"
 #include "report/messages.h"
 #include "util/text_hash.h"
 

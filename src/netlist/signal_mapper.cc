@@ -5,6 +5,19 @@
 
 namespace cubenet {
 
+NetIndex read_net(const ReadNets &reads, ExtensionCode code) {
+  switch (code) {
+  case EXT_Q: return reads.q;
+  case EXT_FB: return reads.fb;
+  case EXT_D: return reads.d;
+  case EXT_T: return reads.t;
+  case EXT_REG: return reads.reg;
+  case EXT_NONE:
+  case EXT_PIN: return reads.plain;
+  default: return kNone;
+  }
+}
+
 NetIndex net_of(SignalMapper &mapper, std::string_view suffix) {
   for (const auto &[known, net] : mapper.nets)
     if (known == suffix) return net;

@@ -22,6 +22,8 @@ struct ReadNets {
   NetIndex q = kNone, fb = kNone;
   NetIndex d = kNone, t = kNone, reg = kNone;
 };
+// The net on which a reference with that extension reads; kNone when the signal can't be read so.
+NetIndex read_net(const ReadNets &reads, ExtensionCode code);
 
 struct SignalMapper {
   const Design &design;
@@ -38,8 +40,6 @@ inline bool has(const SignalMapper &mapper, ExtensionCode code) { return mapper.
 inline bool is_read(const SignalMapper &mapper, ExtensionCode code) { return (mapper.reads >> code & 1U) != 0; }
 inline bool is_pin_read(const SignalMapper &mapper) { return is_read(mapper, EXT_NONE) || is_read(mapper, EXT_PIN); }
 
-// Whether the mapping names anything with that suffix.
-bool is_made_suffix(std::string_view suffix);
 // The signal's net of that suffix (fixed text), made on first use.
 NetIndex net_of(SignalMapper &mapper, std::string_view suffix);
 
@@ -64,8 +64,5 @@ NetIndex join(SignalMapper &mapper, Primitive primitive, std::string_view suffix
 // The pad of a pin, or the tristate buffer of a node, fed from `data`; enable kNone: always on. Returns the net on
 // which the signal itself is read, kNone for a pad that nobody reads.
 NetIndex add_pad(SignalMapper &mapper, NetIndex data, NetIndex enable);
-
-// Adds the storage element of a registered signal with its helper gates, feedbacks and pad.
-ReadNets map_register(SignalMapper &mapper);
 
 } // namespace cubenet

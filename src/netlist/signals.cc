@@ -1,8 +1,11 @@
 // Takes one signal with its equations and readers, gives its nets in statement order and its symbols in print order.
 // Storage elements are map_register's; here are input pins, combinational signals and what all signals share.
+#include "netlist/signals.h"
+
 #include <algorithm>
 
-#include "netlist/netlist_builder.h"
+#include "netlist/macros.h"
+#include "netlist/registers.h"
 
 namespace cubenet {
 
@@ -155,19 +158,6 @@ void connect_xor_gates(NetlistBuilder &builder) {
     const XorGate &function = builder.connections.xor_gates[builder.connections.xor_index[symbol.origin]];
     builder.netlist.pins[symbol.first_pin].net = builder.netlist.column_nets[function.first];
     builder.netlist.pins[symbol.first_pin + 1].net = builder.netlist.column_nets[function.second];
-  }
-}
-
-NetIndex read_net(const ReadNets &reads, ExtensionCode code) {
-  switch (code) {
-  case EXT_Q: return reads.q;
-  case EXT_FB: return reads.fb;
-  case EXT_D: return reads.d;
-  case EXT_T: return reads.t;
-  case EXT_REG: return reads.reg;
-  case EXT_NONE:
-  case EXT_PIN: return reads.plain;
-  default: return kNone;
   }
 }
 

@@ -303,6 +303,7 @@ void read_node_list(ReaderState &state, std::string_view text) {
 void read_input_list(ReaderState &state, std::string_view text) {
   const std::size_t count = settle_columns(state, text, state.NI, kInputNouns);
   if (count == 0) return;
+  state.design.IB_EXT.reserve(count);
   read_items(state, text, state.design.ILB, count, read_input);
   state.design.IB_EXT.resize(count);
 }
@@ -312,6 +313,7 @@ void read_output_list(ReaderState &state, std::string_view text) {
   const std::size_t count = settle_columns(state, text, state.NO, kOutputNouns);
   if (count == 0) return;
   design.output_inversion = make_empty_set(count);
+  design.OB_EXT.reserve(count);
   read_items(state, text, design.OLB, count, read_output);
   design.OB_EXT.resize(count);
 }

@@ -4,7 +4,6 @@
 #include "util/output_file.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <vector>
 
@@ -13,14 +12,6 @@
 
 namespace cubenet {
 namespace {
-
-constexpr std::array<std::array<char, 2>, 100> make_digit_pairs() {
-  std::array<std::array<char, 2>, 100> pairs{};
-  for (std::size_t n = 0; n < pairs.size(); n++)
-    pairs[n] = {static_cast<char>('0' + n / 10), static_cast<char>('0' + n % 10)};
-  return pairs;
-}
-constexpr std::array<std::array<char, 2>, 100> kDigitPairs = make_digit_pairs();
 
 std::vector<FileIdentity> protected_files;
 OutputFile *open_files = nullptr;
@@ -160,18 +151,6 @@ char *grow_output(OutputFile &file, std::size_t bytes) {
     file.capacity = wanted;
   }
   return file.block;
-}
-
-char *append_decimal(char *at, std::uint64_t value) {
-  std::array<char, 20> digits; // of the largest value
-  char *first = digits.data() + digits.size();
-  for (; value >= 100; value /= 100)
-    std::memcpy(first -= 2, kDigitPairs[static_cast<std::size_t>(value % 100)].data(), 2);
-  if (value >= 10)
-    std::memcpy(first -= 2, kDigitPairs[static_cast<std::size_t>(value)].data(), 2);
-  else
-    *--first = static_cast<char>('0' + value);
-  return append(at, std::string_view(first, static_cast<std::size_t>(digits.data() + digits.size() - first)));
 }
 
 } // namespace cubenet

@@ -3,9 +3,9 @@
 // appends to an OutputFile and knows no file.
 #pragma once
 
+#include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 #include <string_view>
 
@@ -61,27 +61,8 @@ inline char *reserve(OutputFile &file, std::size_t bytes) {
 inline void commit(OutputFile &file, const char *end) { file.used = static_cast<std::size_t>(end - file.block); }
 
 // The pieces of a text: append() copies one to `at` and returns its end, longest() tells how much room it may take.
-// Short texts are the rule, and two overlapping words are faster than a call.
-template <typename Word> void append_words(char *at, std::string_view text) {
-  Word front = 0, back = 0;
-  std::memcpy(&front, text.data(), sizeof(Word));
-  std::memcpy(&back, text.data() + text.size() - sizeof(Word), sizeof(Word));
-  std::memcpy(at, &front, sizeof(Word));
-  std::memcpy(at + text.size() - sizeof(Word), &back, sizeof(Word));
-}
 inline char *append(char *at, std::string_view text) {
-  const std::size_t length = text.size();
-  if (length > 16)
-    std::memcpy(at, text.data(), length);
-  else if (length >= 8)
-    append_words<std::uint64_t>(at, text);
-  else if (length >= 4)
-    append_words<std::uint32_t>(at, text);
-  else if (length >= 2)
-    append_words<std::uint16_t>(at, text);
-  else if (length == 1)
-    *at = text.front();
-  return at + length;
+  return at + text.copy(at, text.size());
 }
 inline std::size_t longest(std::string_view text) { return text.size(); }
 
@@ -95,9 +76,9 @@ inline std::size_t longest(char) { return 1; }
 struct Decimal {
   std::uint64_t value;
 };
-char *append_decimal(char *at, std::uint64_t value);
 inline char *append(char *at, Decimal number) {
-  return number.value < 10 ? append(at, static_cast<char>('0' + number.value)) : append_decimal(at, number.value);
+  return number.value < 10 ? append(at, static_cast<char>('0' + number.value))
+                           : std::to_chars(at, at + 20, number.value).ptr;
 }
 inline std::size_t longest(Decimal) { return 20; }
 

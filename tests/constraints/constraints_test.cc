@@ -39,12 +39,13 @@ TEST(Constraints, EverySectionStandsInItsPlaceWithItsSeparators) {
   d.header.option = {"SECURITY ON", "", "slewrate off", "", "PULL hold", "", "", "VOLTAGE INPUT VVCIO"};
   d.par[5] = "MAX_GLB_IN 16", d.par[6] = "MAX_GLB_OUT 4", d.par[8] = "PARAM_FILE Net.par",
   d.par[15] = "TIMING_ANALYZER ON";
-  d.ilb_attributes[0].ELP = d.ilb_attributes[2].ELP = "p1", d.ilb_attributes[1].ETP = "p2";
-  d.olb_attributes[0].ELP = "p1"; // outputs have no power mark
-  d.xpins[0] = {"", "", 34, 27, 30, 33, 23, 22};
-  d.xpins[1] = {"", "", 0, 28, 30, 32, 24, 22};
-  d.xpins[2] = {"", "", 34, 29, 31, 33, 23, 21};
-  d.xpins[3] = {"", "", 0, 54, 0, 32, 0, 21};
+  d.ilb_attributes[0].names.writable().ELP = d.ilb_attributes[2].names.writable().ELP = "p1",
+  d.ilb_attributes[1].names.writable().ETP = "p2";
+  d.olb_attributes[0].names.writable().ELP = "p1"; // outputs have no power mark
+  d.xpins[0] = {{}, {}, 34, 27, 30, 33, 23, 22};
+  d.xpins[1] = {{}, {}, 0, 28, 30, 32, 24, 22};
+  d.xpins[2] = {{}, {}, 34, 29, 31, 33, 23, 21};
+  d.xpins[3] = {{}, {}, 0, 54, 0, 32, 0, 21};
   d.name_values = {
       {"SLEW", "SLOW"},          {"SLEW", "SLOW=u,v;w"}, {"PULL", "DOWN=q"},          {"slew", "SLOW=no"},
       {"SLEW", "FAST extra=x;"}, {"PULL", "HOLD=h"},     {"IO_TYPES", "t=LVTTL,PIN"}, {"LOC", "t=pin,9,-,-;"}};
@@ -55,12 +56,12 @@ TEST(Constraints, EverySectionStandsInItsPlaceWithItsSeparators) {
                   {51, "y", "", "14", -1, -1}};
   d.ilb_attributes[1].PROTECT = d.olb_attributes[0].PROTECT = 1;
   set_bit(d.pin_glb, 0), set_bit(d.pin_ioc, 1), set_bit(d.node_ioc, 0);
-  d.ilb_attributes[0].ECP = "p3", d.olb_attributes[1].ECP = "p3";
+  d.ilb_attributes[0].names.writable().ECP = "p3", d.olb_attributes[1].names.writable().ECP = "p3";
   d.ilb_attributes[0].CLK0 = d.olb_attributes[3].CLK0 = d.ilb_attributes[1].ICLK1 = d.olb_attributes[0].SLOWCLK = 1;
   d.ilb_attributes[1].CLK1 = d.ilb_attributes[1].CLK2 = d.ilb_attributes[1].ICLK0 = d.ilb_attributes[1].FASTCLK = 1;
   d.ilb_attributes[2].PRESERVE = d.olb_attributes[1].PRESERVE = 1;
-  d.ilb_attributes[0].GRP = d.olb_attributes[0].GRP = "G1", d.ilb_attributes[1].GRP = "G2",
-  d.olb_attributes[1].GRP = "g1";
+  d.ilb_attributes[0].names.writable().GRP = d.olb_attributes[0].names.writable().GRP = "G1",
+  d.ilb_attributes[1].names.writable().GRP = "G2", d.olb_attributes[1].names.writable().GRP = "g1";
   // n.C stands behind the last input extension and counts as plain; n.D is judged by the extension of input n.Q.
   EXPECT_EQ(constraints_of(d), read_file(PROJECT_DIR "/tests/constraints/every_section.tvx"));
 }
@@ -73,10 +74,10 @@ TEST(Constraints, OddFormsAreKept) {
       {[](Design &d) { d.header.option[2] = "SLOWSLEW MEDIUM", d.par[1] = "EFFORT 3"; },
        "[GLOBAL CONSTRAINTS]\nSLEWRATE=Tarvex_EFFORT=3;\n\n"},
       {[](Design &d) { d.header.option[2] = "SLOWSLEW on"; }, "[GLOBAL CONSTRAINTS]\nSLEWRATE=FAST;\n\n"},
-      {[](Design &d) { d.olb_attributes[0].ECP = "p"; }, "[4PTs Bypass]\nBYPASS=y;\n\n"},
+      {[](Design &d) { d.olb_attributes[0].names.writable().ECP = "p"; }, "[4PTs Bypass]\nBYPASS=y;\n\n"},
       {[](Design &d) { d.xpins[1].outdelay = 30; }, "[OUTDELAY]\nOn=b;\n"}, // no blank line without an Off list
       {[](Design &d) { d.xpins[1].outdelay = 31; }, "[OUTDELAY]\nOff=b;\n\n"},
-      {[](Design &d) { d.ilb_attributes[1].ETP = "p"; }, "[Power]\nHigh = b;\n"},
+      {[](Design &d) { d.ilb_attributes[1].names.writable().ETP = "p"; }, "[Power]\nHigh = b;\n"},
       {[](Design &d) { d.xpins[0].opendrain = 22, d.xpins[1].voltage = 33; }, ""},
       {[](Design &d) {
          d.node_ioc = make_empty_set(1);

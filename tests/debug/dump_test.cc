@@ -21,10 +21,10 @@ TEST(Dump, EveryFieldIsListedUnderItsLabel) {
   run_settings.part_name = "Tarvex5128K", run_settings.part_flag = 5;
   d.properties = {{}, {51, "a", "X", "12", 2, 3}};
   d.pin_names = {"a", ""}, d.node_names = {"n"}, d.node_groups = {"G"};
-  d.xpins = {{"12", "G1", 1, 2, 3, 4, 5, 6}, {}};
+  d.xpins = {{Rare<std::string>("12"), Rare<std::string>("G1"), 1, 2, 3, 4, 5, 6}, {}};
   d.ILB = {"a"}, d.IB_EXT = {"PIN"}, d.OLB = {"n"}, d.OB_EXT = {""};
-  d.ilb_attributes = {{1,  2,     3,     4,     5,     6,     7,     8,     9,     10,    11,    12,
-                       13, "scp", "sap", "snp", "slp", "stp", "ecp", "eap", "enp", "elp", "etp", "grp"}};
+  const SignalNames names{"scp", "sap", "snp", "slp", "stp", "ecp", "eap", "enp", "elp", "etp", "grp"};
+  d.ilb_attributes = {{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, Rare(names)}};
   d.olb_attributes.resize(1), d.olb_attributes[0].ZDOT = 1;
   d.pin_glb = d.node_ioc = make_empty_set(1);
   set_bit(d.pin_glb, 0);

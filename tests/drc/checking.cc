@@ -47,10 +47,10 @@ std::string describe_marks(const SignalAttributes &marks) {
       {"ICLK1", marks.ICLK1}, {"FASTCLK", marks.FASTCLK},   {"SLOWCLK", marks.SLOWCLK}};
   for (const auto &[name, value] : numbers)
     if (value != 0) text += std::string(" ") + name;
-  const std::pair<const char *, std::string_view> words[] = {{"SCP", marks.SCP}, {"SAP", marks.SAP}, {"SNP", marks.SNP},
-                                                             {"SLP", marks.SLP}, {"STP", marks.STP}, {"ECP", marks.ECP},
-                                                             {"EAP", marks.EAP}, {"ENP", marks.ENP}, {"ELP", marks.ELP},
-                                                             {"ETP", marks.ETP}, {"GRP", marks.GRP}};
+  const std::pair<const char *, std::string_view> words[] = {
+      {"SCP", marks.names->SCP}, {"SAP", marks.names->SAP}, {"SNP", marks.names->SNP}, {"SLP", marks.names->SLP},
+      {"STP", marks.names->STP}, {"ECP", marks.names->ECP}, {"EAP", marks.names->EAP}, {"ENP", marks.names->ENP},
+      {"ELP", marks.names->ELP}, {"ETP", marks.names->ETP}, {"GRP", marks.names->GRP}};
   for (const auto &[name, value] : words)
     if (!value.empty()) text.append(" ").append(name).append("=").append(value);
   return text;
@@ -58,7 +58,7 @@ std::string describe_marks(const SignalAttributes &marks) {
 
 std::string describe_pin(const Design &design, std::size_t pin) {
   const XPin &x = design.xpins[pin];
-  std::string text = (x.xpin_num.empty() ? "" : " at=" + x.xpin_num) + (x.grp.empty() ? "" : " grp=" + x.grp);
+  std::string text = (x.xpin_num->empty() ? "" : " at=" + *x.xpin_num) + (x.grp->empty() ? "" : " grp=" + *x.grp);
   const std::pair<const char *, int> numbers[] = {{"crit", x.crit},         {"pullup", x.pullup},
                                                   {"outdelay", x.outdelay}, {"voltage", x.voltage},
                                                   {"slowslew", x.slowslew}, {"opendrain", x.opendrain}};

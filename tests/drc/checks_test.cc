@@ -64,10 +64,10 @@ TEST(CheckDesign, JudgesWhatNoFileBringsIn) {
   for (std::size_t at = 0; (at = checking.messages.find("31581 WARNING: Path name", at)) != std::string::npos; at++)
     cut++;
   EXPECT_EQ(cut, 2U) << checking.messages;
-  EXPECT_EQ(std::string_view(design.ilb_attributes[0].SCP), longest);
-  EXPECT_EQ(std::string_view(design.olb_attributes[0].ECP), longest);
+  EXPECT_EQ(design.ilb_attributes[0].names->SCP, longest);
+  EXPECT_EQ(design.olb_attributes[0].names->ECP, longest);
   EXPECT_EQ(design.paths.size(), 3U);
-  EXPECT_EQ(design.xpins[1].xpin_num, "17");
+  EXPECT_EQ(*design.xpins[1].xpin_num, "17");
 }
 
 } // namespace
