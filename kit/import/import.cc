@@ -20,7 +20,9 @@ bool read_source(std::string_view text, const ImportOptions &options, Draft &dra
   if (options.kind == SourceKind::BLIF)
     return during("reading", [&] { return read_blif(text, options, draft, fault); });
   std::string json;
-  const auto run = [&] { return run_yosys(options, draft, json, fault, loop); };
+  const std::string commands =
+      "abc -sop -I " + std::to_string(options.inputs) + " -P " + std::to_string(options.terms) + "; opt_clean";
+  const auto run = [&] { return run_yosys(options, commands, draft, json, fault, loop); };
   return during("running yosys", run) && during("reading", [&] { return read_yosys_json(json, draft, fault); });
 }
 

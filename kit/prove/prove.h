@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kit/netlist/netlist.h"
@@ -21,10 +22,11 @@ namespace cubekit {
 std::function<int()> setup_prove(CLI::App &command);
 
 struct ProofOptions {
-  bool case_sensitive = false;       // as the translation had it
-  std::optional<int> series{};       // device series; none: of the netlist's part
-  bool abc = false;                  // ask berkeley-abc as well
-  std::size_t shown_differences = 5; // all are counted, these are told in full
+  bool case_sensitive = false;                // as the translation had it
+  std::optional<int> series{};                // device series; none: of the netlist's part
+  bool abc = false;                           // ask berkeley-abc as well
+  std::string_view other = "the truth table"; // what the netlist is held against, in texts
+  std::size_t shown_differences = 5;          // all are counted, these are told in full
 };
 
 struct ProofReport {
