@@ -47,6 +47,7 @@ bool finish_draft(const ImportOptions &options, Draft &draft, Remark &fault) {
   draft.part = options.part;
   if (!during("folding equations", [&] { return fold_equations(draft, options.flatten, fault); })) return false;
   if (!check_controls(draft, fault)) return false;
+  find_toggles(draft);
   if (draft.module.empty()) draft.module = std::filesystem::path(options.path).stem();
   choose_names(draft, options.case_sensitive);
   return true;

@@ -65,6 +65,9 @@ std::optional<SourceKind> find_source_kind(const std::string &path, const std::s
 // `flatten` terms.
 [[nodiscard]] bool fold_equations(Draft &draft, std::size_t flatten, Remark &fault);
 
+// Makes .T of the .D of registers that toggle, where the part has flip-flops for that.
+void find_toggles(Draft &draft);
+
 // Gives each signal a name that is legal in a table, unlike all others, and leaves those of the netlist alone. A remark
 // for each that isn't the source's.
 void choose_names(Draft &draft, bool case_sensitive);

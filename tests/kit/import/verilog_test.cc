@@ -134,6 +134,21 @@ TEST(ImportVerilog, GivesEachKindOfRegisterItsExtensions) {
   }
 }
 
+TEST(ImportVerilog, MakesTogglesWhereThePartHasThem) {
+  if (!has_yosys()) GTEST_SKIP();
+  const cubenet::WorkingDir directory;
+  const std::string head = "module m(input c, r, e, output reg [1:0] q);\nalways @(posedge c or posedge r) ";
+  const std::string text = head + "if (r) q <= 3; else q <= q + e;\nendmodule\n";
+  const Imported toggles = import_verilog(text, {.part = "Tarvex5128K-100XQ64"});
+  EXPECT_NE(toggles.table.find(".ob q[1].T- q[0].T q[1].C"), std::string::npos) << toggles.table;
+  EXPECT_EQ(translate_and_prove(toggles.table), "");
+  EXPECT_NE(read_file("d.nxf").find("SYM FTI31 q[1];"), std::string::npos);
+  for (const auto &[other, part] : {std::pair{text, "Tarvex8840K-100XQ64"},
+                                    {head + "if (r) q <= 3; else if (e) q <= q + 1;\nendmodule\n", "Tarvex5128K"},
+                                    {head + "if (r) q <= 3; else q <= q & {q[0] ^ e, e};\nendmodule\n", "Tarvex5128K"}})
+    EXPECT_EQ(import_verilog(other, {.part = part}).table.find(".T"), std::string::npos) << other;
+}
+
 TEST(ImportVerilog, MakesOutputsOfTheirPortsInAnyOrder) {
   if (!has_yosys()) GTEST_SKIP();
   const cubenet::WorkingDir directory;
