@@ -144,8 +144,8 @@ bool run_yosys_on_gates(const ImportOptions &options, const std::string &command
   if (!find_top_words(options, script, fault)) return false;
   const TempDirectory directory;
   if (directory.path.empty()) return fail(fault, "no temporary directory could be made");
-  return make_json(script + "; flatten; techmap; " + commands, source_words(options), directory.path, draft, json,
-                   fault);
+  return make_json(script + "; flatten; simplemap; simplemap; " + commands, source_words(options), directory.path,
+                   draft, json, fault);
 }
 
 } // namespace cubekit

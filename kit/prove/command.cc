@@ -28,8 +28,9 @@ struct Arguments : DesignArguments {
 int show(const ProofReport &report, bool is_proved, bool asked_abc) {
   if (is_proved) {
     std::cout << "proved: " << report.claims << " claims, " << report.by_structure << " by structure, "
-              << report.by_exhaustion << " by all input vectors, " << report.by_sat << " by SAT"
-              << (asked_abc ? "; abc agrees" : "") << '\n';
+              << report.by_exhaustion << " by all input vectors, " << report.by_sat << " by SAT";
+    if (report.given_up > 0) std::cout << ", " << report.given_up << " by abc alone";
+    std::cout << (asked_abc ? "; abc agrees" : "") << '\n';
     return kYes;
   }
   for (const std::string &text : report.texts) std::cout << text;

@@ -26,12 +26,14 @@ struct ProofOptions {
   std::optional<int> series{};                // device series; none: of the netlist's part
   bool abc = false;                           // ask berkeley-abc as well
   std::string_view other = "the truth table"; // what the netlist is held against, in texts
+  int conflicts = -1;                         // of SAT, after which a claim is left to another prover; -1: none is
   std::size_t shown_differences = 5;          // all are counted, these are told in full
 };
 
 struct ProofReport {
   std::size_t claims = 0;
   std::size_t by_structure = 0, by_exhaustion = 0, by_sat = 0;
+  std::size_t given_up = 0; // left to another prover
   std::size_t differences = 0;
   std::vector<std::string> texts; // faults and differences, several lines each
 };

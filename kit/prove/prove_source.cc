@@ -35,6 +35,7 @@ NewNames import_names(std::string_view text, const ImportOptions &options) {
 int prove_source(std::string_view text, const ImportOptions &options, NewNames names, const Netlist &netlist,
                  ProofOptions proof, ProofReport &report, std::string &fault) {
   proof.other = "the source";
+  proof.conflicts = 10000; // berkeley-abc finds more in common between two alike circuits
   report = {};
   if (!run_program({"berkeley-abc", "-q", "quit"}).is_started) {
     fault = "this needs berkeley-abc, which can't be started; Debian has it in the package berkeley-abc\n";

@@ -83,7 +83,7 @@ void find_strange_primitives(const Netlist &netlist, int series, ProofReport &re
 }
 
 void settle_each(const Claims &claims, Circuit &circuit, const ProofOptions &options, ProofReport &report) {
-  Decider decider{circuit.formulas};
+  Decider decider{circuit.formulas, options.conflicts};
   Stage stage("claims settled", claims.list.size());
   std::size_t settled = 0;
   for (const Claim &claim : claims.list) {
@@ -98,6 +98,7 @@ void settle_each(const Claims &claims, Circuit &circuit, const ProofOptions &opt
   report.by_structure = decider.by_structure;
   report.by_exhaustion = decider.by_exhaustion;
   report.by_sat = decider.by_sat;
+  report.given_up = decider.given_up;
 }
 
 } // namespace

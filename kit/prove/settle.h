@@ -6,7 +6,8 @@
 
 namespace cubekit {
 
-// Fills the report. True when all claims hold, and the netlist has no fault and only primitives of its device.
+// Fills the report. True when all claims hold that were not given up, and the netlist has no fault and only primitives
+// of its device.
 [[nodiscard]] bool settle_claims(const Claims &claims, Circuit &circuit, const ProofOptions &options,
                                  ProofReport &report);
 

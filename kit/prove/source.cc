@@ -15,8 +15,7 @@ namespace cubekit {
 namespace {
 
 // What Yosys makes of any design: one kind of flip-flop, one of latch, and inverters and ANDs of two.
-constexpr const char *kPlainCells =
-    "dfflegalize -cell $_DFFSR_PPP_ 01 -cell $_DLATCHSR_PPP_ 01; simplemap; aigmap; opt_clean";
+constexpr const char *kPlainCells = "dfflegalize -cell $_DFFSR_PPP_ 01 -cell $_DLATCHSR_PPP_ 01; simplemap; aigmap";
 
 Literal sum_of(const Draft &draft, Formulas &formulas, const Source &source, const std::vector<std::uint32_t> &terms) {
   std::vector<Literal> products, literals;
