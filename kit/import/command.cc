@@ -34,18 +34,6 @@ constexpr auto kKinds = std::to_array<Kind>({
 });
 // clang-format on
 
-std::optional<SourceKind> find_kind(const Arguments &arguments) {
-  const std::string extension = std::filesystem::path(arguments.options.path).extension();
-  for (const Kind &each : kKinds) {
-    const bool is_it =
-        arguments.from.empty()
-            ? extension.size() > 1 && (std::string(each.extensions) + '.').find(extension + '.') != std::string::npos
-            : arguments.from == each.name;
-    if (is_it) return each.kind;
-  }
-  return std::nullopt;
-}
-
 std::string size_text(std::uint64_t bytes) {
   constexpr std::uint64_t kMebi = std::uint64_t{1} << 20;
   return bytes < 10 * kMebi ? std::to_string(bytes) + " bytes" : std::to_string(bytes / kMebi) + " MiB";
@@ -71,11 +59,8 @@ int write_results(const Arguments &arguments, const Draft &draft, const TableLay
 
 int run_import(const Arguments &arguments) {
   ImportOptions options = arguments.options;
-  const std::optional<SourceKind> kind = find_kind(arguments);
-  if (!kind) {
-    std::cerr << options.path << ": what is it? Say --from pla, blif, verilog or json\n";
-    return kMisuse;
-  }
+  const std::optional<SourceKind> kind = find_source_kind(options.path, arguments.from);
+  if (!kind) return kMisuse;
   options.kind = *kind;
   if (!options.part.empty() && !is_part(options.part)) {
     std::cerr << "cubekit: '" << options.part << "' is no part that a table can name\n";
@@ -101,19 +86,35 @@ int run_import(const Arguments &arguments) {
 
 } // namespace
 
+std::optional<SourceKind> find_source_kind(const std::string &path, const std::string &from) {
+  const std::string extension = std::filesystem::path(path).extension();
+  for (const Kind &each : kKinds) {
+    const bool is_it =
+        from.empty()
+            ? extension.size() > 1 && (std::string(each.extensions) + '.').find(extension + '.') != std::string::npos
+            : from == each.name;
+    if (is_it) return each.kind;
+  }
+  std::cerr << path << ": what is it? Say --from pla, blif, verilog or json\n";
+  return std::nullopt;
+}
+
+void declare_source(CLI::App &command, std::string &from, ImportOptions &options) {
+  command
+      .add_option("--from", from, "what the source is, where its extension doesn't tell: pla, blif, verilog or json")
+      ->check(CLI::IsMember({"pla", "blif", "verilog", "json"}));
+  command.add_option("--top", options.top, "BLIF, Verilog: the model or module to take");
+  command.add_option("--clock", options.clock, "BLIF: the clock of latches that name none");
+}
+
 std::function<int()> setup_import(CLI::App &command) {
   auto arguments = std::make_shared<Arguments>();
   ImportOptions &options = arguments->options;
   command.add_option("SOURCE", options.path, "the file to import")->required();
   command.add_option("-o,--output", arguments->output, "the table to write, instead of standard output");
-  command
-      .add_option("--from", arguments->from,
-                  "what the source is, where its extension doesn't tell: pla, blif, verilog or json")
-      ->check(CLI::IsMember({"pla", "blif", "verilog", "json"}));
+  declare_source(command, arguments->from, options);
   command.add_option("-p,--part", options.part, "the part that the table is for");
   command.add_option("--names", arguments->names, "a file for a list of the names: in the source, in the table");
-  command.add_option("--top", options.top, "BLIF, Verilog: the model or module to import");
-  command.add_option("--clock", options.clock, "BLIF: the clock of latches that name none");
   command.add_option("--inputs", options.inputs, "Verilog: the most inputs of an equation")
       ->check(CLI::Range(2, 32))
       ->capture_default_str();

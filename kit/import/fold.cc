@@ -47,6 +47,9 @@ public:
   [[nodiscard]] bool sort(std::vector<std::uint32_t> &order) {
     for (std::uint32_t s = 0; s < draft_.signals.size(); s++)
       if (draft_.signals[s].is_used && !visit(s, order)) return false;
+    std::vector<std::uint32_t> seen(draft_.signals.size(), kNone);
+    for (std::uint32_t s = 0; s < draft_.signals.size(); s++)
+      if (draft_.signals[s].is_used && !check_pad(s, seen)) return false;
     return true;
   }
 
@@ -82,6 +85,32 @@ private:
       frame.reads.pop_back();
       if (states_[read] == OPEN) return tell_loop(read);
       if (states_[read] == NEW && is_logic(draft_, draft_.signals[read])) open(read);
+    }
+    return true;
+  }
+
+  // A pin with an enable must not be made of what stands at it. Loops through more pins than one are left alone: their
+  // enables may exclude each other.
+  bool check_pad(std::uint32_t pad, std::vector<std::uint32_t> &seen) {
+    if (find_equation(draft_, draft_.signals[pad], EXT_OE) == kNone) return true;
+    std::vector<std::uint32_t> open{pad};
+    while (!open.empty()) {
+      const DraftSignal &signal = draft_.signals[open.back()];
+      open.pop_back();
+      bool reads_pad = false;
+      for (const std::uint32_t equation : signal.equations)
+        for_each_literal(draft_, draft_.equations[equation], [&](TermLiteral literal) {
+          const std::uint32_t read = signal_of(literal);
+          reads_pad |= read == pad;
+          if (seen[read] == pad || !is_logic(draft_, draft_.signals[read])) return;
+          seen[read] = pad;
+          open.push_back(read);
+        });
+      if (!reads_pad) continue;
+      const DraftSignal &pin = draft_.signals[pad];
+      fault_ = {draft_.equations[pin.equations[0]].place,
+                "a loop of logic without a register, through the pin " + quoted(pin.source)};
+      return false;
     }
     return true;
   }

@@ -20,7 +20,9 @@ bool read_source(std::string_view text, const ImportOptions &options, Draft &dra
   if (options.kind == SourceKind::BLIF)
     return during("reading", [&] { return read_blif(text, options, draft, fault); });
   std::string json;
-  const auto run = [&] { return run_yosys(options, draft, json, fault, loop); };
+  const std::string commands =
+      "abc -sop -I " + std::to_string(options.inputs) + " -P " + std::to_string(options.terms) + "; opt_clean";
+  const auto run = [&] { return run_yosys(options, commands, draft, json, fault, loop); };
   return during("running yosys", run) && during("reading", [&] { return read_yosys_json(json, draft, fault); });
 }
 
@@ -45,6 +47,7 @@ bool finish_draft(const ImportOptions &options, Draft &draft, Remark &fault) {
   draft.part = options.part;
   if (!during("folding equations", [&] { return fold_equations(draft, options.flatten, fault); })) return false;
   if (!check_controls(draft, fault)) return false;
+  find_toggles(draft);
   if (draft.module.empty()) draft.module = std::filesystem::path(options.path).stem();
   choose_names(draft, options.case_sensitive);
   return true;

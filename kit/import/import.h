@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <iosfwd>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,6 +32,11 @@ struct ImportOptions {
   bool case_sensitive = false;              // the table is for a translation with -C
 };
 
+// --from, --top and --clock: how a command takes its source.
+void declare_source(CLI::App &command, std::string &from, ImportOptions &options);
+// What a source is, by its extension or by what --from says; none: unknown, which is told.
+std::optional<SourceKind> find_source_kind(const std::string &path, const std::string &from);
+
 // The readers. False with the reason in `fault` when the text is not such a source, or not one that a table can hold.
 // The draft they make has files[0] set by the caller.
 [[nodiscard]] bool read_pla(std::string_view text, Draft &draft, Remark &fault);
@@ -39,9 +45,14 @@ struct ImportOptions {
 // The form that Yosys writes, of one module with sums of products, registers and tristate buffers.
 [[nodiscard]] bool read_yosys_json(std::string_view text, Draft &draft, Remark &fault);
 
-// Has Yosys read the source, and leave what read_yosys_json takes. `loop` becomes a place where logic may run in a
-// loop.
-[[nodiscard]] bool run_yosys(const ImportOptions &options, Draft &draft, std::string &json, Remark &fault, Place &loop);
+// Has Yosys read Verilog or its own JSON form, and make of it one module of gates, tristate buffers and storage cells
+// of a bit each; runs the further commands, and takes the result in Yosys' JSON form. False with the reason in `fault`.
+// `loop` becomes a place where logic may run in a loop.
+[[nodiscard]] bool run_yosys(const ImportOptions &options, const std::string &commands, Draft &draft, std::string &json,
+                             Remark &fault, Place &loop);
+// The same of a BLIF netlist, which is such a module already: nothing is simplified.
+[[nodiscard]] bool run_yosys_on_gates(const ImportOptions &options, const std::string &commands, Draft &draft,
+                                      std::string &json, Remark &fault);
 
 // Takes the draft of a reader through the steps below.
 [[nodiscard]] bool finish_draft(const ImportOptions &options, Draft &draft, Remark &fault);
@@ -53,6 +64,9 @@ struct ImportOptions {
 // place when nothing else reads it; further signals that one equation reads go into it while it has at most
 // `flatten` terms.
 [[nodiscard]] bool fold_equations(Draft &draft, std::size_t flatten, Remark &fault);
+
+// Makes .T of the .D of registers that toggle, where the part has flip-flops for that.
+void find_toggles(Draft &draft);
 
 // Gives each signal a name that is legal in a table, unlike all others, and leaves those of the netlist alone. A remark
 // for each that isn't the source's.

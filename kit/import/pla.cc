@@ -203,19 +203,19 @@ bool add_ports(Reader &reader, std::vector<std::string> &names, std::size_t coun
   return true;
 }
 
-void make_equations(Reader &reader) {
-  for (std::size_t o = 0; o < reader.outputs; o++) {
-    const auto signal = static_cast<std::uint32_t>(reader.inputs + o);
-    Equation &equation = add_equation(reader.draft, signal, cubenet::EXT_NONE, reader.draft.signals[signal].place);
-    equation.inverted = !reader.phase.empty() && reader.phase[o] == '0';
-    equation.terms = std::move(reader.points[o].on);
-    equation.free = std::move(reader.points[o].free);
+void make_equations(Draft &draft, Pla &pla) {
+  for (std::size_t o = 0; o < pla.points.size(); o++) {
+    const auto signal = static_cast<std::uint32_t>(pla.inputs + o);
+    Equation &equation = add_equation(draft, signal, cubenet::EXT_NONE, draft.signals[signal].place);
+    equation.inverted = !pla.phase.empty() && pla.phase[o] == '0';
+    equation.terms = std::move(pla.points[o].on);
+    equation.free = std::move(pla.points[o].free);
   }
 }
 
 } // namespace
 
-bool read_pla(std::string_view text, Draft &draft, Remark &fault) {
+bool read_pla_points(std::string_view text, Draft &draft, Pla &pla, Remark &fault) {
   Reader reader{text, draft, fault};
   draft.has_term_order = true;
   while (!reader.is_done) {
@@ -235,8 +235,15 @@ bool read_pla(std::string_view text, Draft &draft, Remark &fault) {
   if (!add_ports(reader, reader.input_names, reader.inputs, reader.input_line, PortKind::IN)) return false;
   if (!add_ports(reader, reader.output_names, reader.outputs, reader.output_line, PortKind::OUT)) return false;
   reader.points.resize(reader.outputs);
-  if (!complete_points(draft, reader.inputs, reader.lists, reader.points, reader.term_lines, fault)) return false;
-  make_equations(reader);
+  pla = {reader.lists, reader.inputs, std::move(reader.phase), std::move(reader.points), std::move(reader.term_lines)};
+  return true;
+}
+
+bool read_pla(std::string_view text, Draft &draft, Remark &fault) {
+  Pla pla;
+  if (!read_pla_points(text, draft, pla, fault)) return false;
+  if (!complete_points(draft, pla.inputs, pla.lists, pla.points, pla.term_lines, fault)) return false;
+  make_equations(draft, pla);
   return true;
 }
 

@@ -14,6 +14,16 @@ struct PlaType {
   bool has_on = true, has_off = false, has_free = true;
 };
 
+// A PLA as its terms list it. The draft has the inputs as its first signals, then the outputs.
+struct Pla {
+  PlaType lists{};
+  std::size_t inputs = 0;
+  std::string phase{};                   // a digit for each output, 0: the complement is listed; empty: none is
+  std::vector<PointLists> points{};      // of the outputs
+  std::vector<std::size_t> term_lines{}; // the first of each term of the draft
+};
+[[nodiscard]] bool read_pla_points(std::string_view text, Draft &draft, Pla &pla, Remark &fault);
+
 // Makes the on and the free points of all outputs what the type means: what no list has is off when there is no off
 // list, on when there is no on list, and free when there are both. An off list of no further use is left. False when
 // two terms contradict each other, or the table gets too large; `lines` are those of the terms.

@@ -49,17 +49,17 @@ std::vector<std::string> source_words(const ImportOptions &options) {
   const std::string extension = std::filesystem::path(options.path).extension();
   const bool is_verilog = options.kind == SourceKind::VERILOG;
   const bool is_known = extension == ".il" || extension == ".rtlil" || extension == ".ilang";
-  const std::string frontend = !is_verilog          ? "json"
-                               : extension == ".sv" ? "verilog -sv"
-                               : is_known           ? "rtlil"
-                                                    : "verilog";
+  const std::string frontend = options.kind == SourceKind::BLIF ? "blif -sop"
+                               : !is_verilog                    ? "json"
+                               : extension == ".sv"             ? "verilog -sv"
+                               : is_known                       ? "rtlil"
+                                                                : "verilog";
   return {"-f", frontend, options.path.starts_with('-') ? "./" + options.path : options.path};
 }
 
 // FILE:LINE: ERROR: TEXT, or ERROR: TEXT
-void tell_error(const ProgramRun &run, Draft &draft, Remark &fault) {
+void tell_error(const std::string &said, Draft &draft, Remark &fault) {
   constexpr std::string_view kError = "ERROR: ";
-  const std::string said = run.output + run.errors;
   const std::size_t at = said.find(kError);
   if (at == std::string::npos) {
     fault = {{}, "yosys failed" + (said.empty() ? "" : ": " + shortened(said))};
@@ -92,34 +92,60 @@ bool check_first_half(const std::filesystem::path &directory, const std::string 
   }
 }
 
+// Runs Yosys; what it says goes to `said`.
+bool run_script(const std::string &script, const std::vector<std::string> &source, Draft &draft, std::string &said,
+                Remark &fault) {
+  std::vector<std::string> words{"yosys", "-q", "-p", script};
+  words.insert(words.end(), source.begin(), source.end());
+  const ProgramRun run = run_program(words);
+  said = run.output + run.errors;
+  if (!run.is_started)
+    return fail(fault, "this needs Yosys, which can't be started; Debian has it in the package yosys");
+  if (run.status == 0) return true;
+  tell_error(said, draft, fault);
+  return false;
+}
+
+// The script, and a last command that writes the result.
+bool make_json(std::string script, const std::vector<std::string> &source, const std::filesystem::path &directory,
+               Draft &draft, std::string &json, Remark &fault) {
+  std::string said;
+  script += "; write_json " + quoted_path(directory / "end.json");
+  if (!run_script(script, source, draft, said, fault)) return false;
+  return read_json(directory / "end.json", json) || fail(fault, "yosys left no result");
+}
+
+bool find_top_words(const ImportOptions &options, std::string &words, Remark &fault) {
+  words = "hierarchy -check " + (options.top.empty() ? "-auto-top" : "-top " + options.top);
+  return options.top.empty() || is_plain_name(options.top) ||
+         fail(fault, "there is no module " + cubekit::quoted(options.top));
+}
+
 } // namespace
 
-bool run_yosys(const ImportOptions &options, Draft &draft, std::string &json, Remark &fault, Place &loop) {
-  if (!options.top.empty() && !is_plain_name(options.top))
-    return fail(fault, "there is no module " + cubekit::quoted(options.top));
+bool run_yosys(const ImportOptions &options, const std::string &commands, Draft &draft, std::string &json,
+               Remark &fault, Place &loop) {
+  std::string script, said;
+  if (!find_top_words(options, script, fault)) return false;
   const TempDirectory directory;
   if (directory.path.empty()) return fail(fault, "no temporary directory could be made");
   const std::string middle = quoted_path(directory.path / "middle.il");
-  std::string script = "hierarchy -check " + (options.top.empty() ? "-auto-top" : "-top " + options.top);
   script += std::string(kToBuffers) + quoted_path(directory.path / "buffers.json") + std::string(kToMemories) +
             quoted_path(directory.path / "middle.json") + "; write_rtlil " + middle;
-  std::vector<std::string> words{"yosys", "-q", "-p", script};
-  for (std::string &word : source_words(options)) words.push_back(std::move(word));
-  ProgramRun run = run_program(words);
-  if (!run.is_started)
-    return fail(fault, "this needs Yosys, which can't be started; Debian has it in the package yosys");
-  if (run.status != 0) {
-    tell_error(run, draft, fault);
-    return false;
-  }
-  if (!check_first_half(directory.path, run.output + run.errors, draft, fault, loop)) return false;
-  script = "read_rtlil " + middle + "; " + std::string(kSecondHalf) + "abc -sop -I " + std::to_string(options.inputs) +
-           " -P " + std::to_string(options.terms) + "; opt_clean; write_json " +
-           quoted_path(directory.path / "end.json");
-  run = run_program({"yosys", "-q", "-p", script});
-  if (run.status == 0 && read_json(directory.path / "end.json", json)) return true;
-  tell_error(run, draft, fault);
-  return false;
+  if (!run_script(script, source_words(options), draft, said, fault)) return false;
+  if (!check_first_half(directory.path, said, draft, fault, loop)) return false;
+  script = "read_rtlil " + middle + "; " + std::string(kSecondHalf) + commands;
+  return make_json(script, {}, directory.path, draft, json, fault);
+}
+
+bool run_yosys_on_gates(const ImportOptions &options, const std::string &commands, Draft &draft, std::string &json,
+                        Remark &fault) {
+  std::string script;
+  if (!find_top_words(options, script, fault)) return false;
+  const TempDirectory directory;
+  if (directory.path.empty()) return fail(fault, "no temporary directory could be made");
+  return make_json(script + "; flatten; simplemap; simplemap; " + commands, source_words(options), directory.path,
+                   draft, json, fault);
 }
 
 } // namespace cubekit

@@ -66,16 +66,8 @@ private:
     return false;
   }
 
-  // Bits of a vector are listed as they are written, the left one first.
-  static std::string bit_name(const std::string &name, const ordered_json &vector, std::size_t bit) {
-    const std::size_t size = vector.at("bits").size();
-    const auto offset = vector.value("offset", std::int64_t{0});
-    if (size == 1 && offset == 0) return name;
-    const bool is_upto = vector.value("upto", 0) != 0;
-    return name + '[' + std::to_string(offset + static_cast<std::int64_t>(is_upto ? size - 1 - bit : bit)) + ']';
-  }
-
-  // Where ports share a bit, the first of the inputs, else of the bidirectional ones, is what the others are made of.
+  // Bits of a vector are listed as they are written, the left one first. Where ports share a bit, the first of the
+  // inputs, else of the bidirectional ones, is what the others are made of.
   bool read_ports() {
     constexpr std::array kRanks{PortKind::IN, PortKind::INOUT, PortKind::OUT};
     std::array<std::vector<std::pair<std::uint32_t, const ordered_json *>>, kRanks.size()> ports;
@@ -327,6 +319,14 @@ private:
 };
 
 } // namespace
+
+std::string bit_name(const std::string &name, const ordered_json &vector, std::size_t bit) {
+  const std::size_t size = vector.at("bits").size();
+  const auto offset = vector.value("offset", std::int64_t{0});
+  if (size == 1 && offset == 0) return name;
+  const bool is_upto = vector.value("upto", 0) != 0;
+  return name + '[' + std::to_string(offset + static_cast<std::int64_t>(is_upto ? size - 1 - bit : bit)) + ']';
+}
 
 const ordered_json *find_top(const ordered_json &design) {
   const auto modules = design.find("modules");

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <nlohmann/json_fwd.hpp>
+#include <string>
 #include <string_view>
 
 #include "kit/import/import.h"
@@ -11,6 +12,9 @@ namespace cubekit {
 
 // The module that the design is; nullptr when there is none.
 const nlohmann::ordered_json *find_top(const nlohmann::ordered_json &design);
+
+// The name of a bit of a port or net.
+std::string bit_name(const std::string &name, const nlohmann::ordered_json &vector, std::size_t bit);
 
 // A parameter, 0 when it isn't there.
 std::uint64_t number_of(const nlohmann::ordered_json &parameters, const char *name);

@@ -165,9 +165,9 @@ Literal driver_value(Circuit &circuit, NetIndex net) {
   return gate_value(circuit, net, inputs);
 }
 
-Literal pin_value(Circuit &circuit, SymbolIndex symbol, std::string_view pin) {
+Literal pin_value(Circuit &circuit, SymbolIndex symbol, std::string_view pin, Literal missing) {
   const NetIndex net = net_at(circuit.netlist, symbol, pin);
-  return net == kNone ? kUnset : net_value(circuit, net);
+  return net == kNone ? missing : net_value(circuit, net);
 }
 
 } // namespace cubekit

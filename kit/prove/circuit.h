@@ -26,8 +26,8 @@ Circuit make_circuit(const Netlist &netlist, const Meaning &meaning, Formulas &f
 Literal net_value(Circuit &circuit, NetIndex net);
 // The function of what drives the net, whatever value the net was given.
 Literal driver_value(Circuit &circuit, NetIndex net);
-// The function on a pin of a symbol; kUnset when the symbol has no such pin.
-Literal pin_value(Circuit &circuit, SymbolIndex symbol, std::string_view pin);
+// The function on a pin of a symbol; `missing` when the symbol has no such pin.
+Literal pin_value(Circuit &circuit, SymbolIndex symbol, std::string_view pin, Literal missing = kUnset);
 
 // The symbol that drives the net; kNone for none.
 inline SymbolIndex driver_of(const Netlist &netlist, NetIndex net) { return netlist.nets[net].source.symbol; }

@@ -39,12 +39,7 @@ const std::string &shown(const Collector &collector, SignalIndex signal) {
 
 void add_claim(Collector &collector, std::string what, Literal actual, Literal wanted, NetIndex net = kNone,
                bool at_driver = false) {
-  if (actual == kUnset)
-    collector.claims.faults.push_back(what + ": the netlist has nothing there");
-  else if (wanted == kUnset)
-    collector.claims.faults.push_back(what + ": the design says nothing of it");
-  else
-    collector.claims.list.push_back({std::move(what), actual, wanted, net, at_driver});
+  add_claim(collector.claims, {std::move(what), actual, wanted, net, at_driver});
 }
 
 SymbolIndex find_of(const Collector &collector, const std::string &instance, Function function) {
@@ -95,7 +90,7 @@ void place_storage(Collector &collector, SignalIndex signal) {
   const NetIndex net = symbol == kNone ? kNone : net_at(collector.netlist, symbol, output);
   if (net == kNone)
     collector.claims.faults.push_back("there is no storage element for '" + shown(collector, signal) + "'");
-  const bool complement = net != kNone && collector.netlist.nets[net].name == name + "_QB";
+  const bool complement = symbol != kNone && holds_complement(collector.netlist, symbol);
   collector.values.storage[at] = invert(new_value(collector, shown(collector, signal) + ".Q", net), complement);
 }
 
@@ -168,17 +163,6 @@ void claim_equations(Collector &collector) {
   }
 }
 
-Literal pin_or(Collector &collector, SymbolIndex symbol, const char *pin, Literal missing) {
-  const Literal value = pin_value(collector.circuit, symbol, pin);
-  return value == kUnset ? missing : value;
-}
-
-// The net that the element's data come in on.
-NetIndex data_net(const Collector &collector, SymbolIndex symbol) {
-  const NetIndex data = net_at(collector.netlist, symbol, "D0");
-  return data != kNone ? data : net_at(collector.netlist, symbol, "T0");
-}
-
 bool is_complement(const Collector &collector, std::size_t signal) {
   return is_inverted(collector.values.storage[signal]);
 }
@@ -188,78 +172,19 @@ void place_data_inputs(Collector &collector) {
   for (std::size_t i = 0; i < collector.storage.size(); i++) {
     const SymbolIndex symbol = collector.storage[i];
     if (symbol == kNone || !is_storage(primitive_of(collector.netlist.symbols[symbol]).function)) continue;
-    if (const NetIndex net = data_net(collector, symbol); net != kNone)
+    if (const NetIndex net = data_net(collector.netlist, symbol); net != kNone)
       collector.values.data_inputs[i] = invert(net_value(collector.circuit, net), is_complement(collector, i));
   }
-}
-
-// A level-sensitive element as one function of its inputs and its value.
-Literal level_value(Formulas &formulas, const NextValue &next, Literal storage) {
-  const Literal kept = make_choice(formulas, next.event, next.next, storage);
-  return make_and(formulas, {invert(next.cleared), make_or(formulas, {next.set, kept})});
-}
-
-// What the element does, told of the value as the design sees it.
-NextValue element_value(Collector &collector, std::size_t signal) {
-  const SymbolIndex symbol = collector.storage[signal];
-  Formulas &formulas = collector.values.formulas;
-  const bool complement = is_complement(collector, signal);
-  const Literal held = invert(collector.values.storage[signal], complement);
-  const Literal clear = pin_or(collector, symbol, "CD", kFalse), set = pin_or(collector, symbol, "SD", kFalse);
-  const bool flip_flop = primitive_of(collector.netlist.symbols[symbol]).function == Function::FLIP_FLOP;
-  NextValue result;
-  result.event = pin_value(collector.circuit, symbol, flip_flop ? "CLK" : "G");
-  const Literal data = pin_value(collector.circuit, symbol, "D0");
-  const Literal toggle = pin_value(collector.circuit, symbol, "T0");
-  result.next = data != kUnset ? data : toggle != kUnset ? make_xor(formulas, held, toggle) : kUnset;
-  if (result.next == kUnset) return result;
-  if (flip_flop) result.next = make_choice(formulas, pin_or(collector, symbol, "EN", kTrue), result.next, held);
-  result.next = invert(result.next, complement);
-  const Literal set_only = make_and(formulas, {set, invert(clear)});
-  result.cleared = complement ? set_only : clear;
-  result.set = complement ? clear : set_only;
-  return result;
-}
-
-void claim_flip_flop(Collector &collector, const std::string &name, SymbolIndex symbol, const NextValue &actual,
-                     const NextValue &wanted) {
-  Formulas &formulas = collector.values.formulas;
-  const Netlist &netlist = collector.netlist;
-  add_claim(collector, name + ": clock", actual.event, wanted.event, net_at(netlist, symbol, "CLK"));
-  add_claim(collector, name + ": asynchronous reset", actual.cleared, wanted.cleared, net_at(netlist, symbol, "CD"));
-  add_claim(collector, name + ": asynchronous preset", make_and(formulas, {actual.set, invert(actual.cleared)}),
-            make_and(formulas, {wanted.set, invert(wanted.cleared)}), net_at(netlist, symbol, "SD"));
-  add_claim(collector, name + ": next value", actual.next, wanted.next, data_net(collector, symbol));
 }
 
 void claim_storage(Collector &collector, std::size_t signal) {
   const SymbolIndex symbol = collector.storage[signal];
   if (symbol == kNone) return;
   const auto index = static_cast<SignalIndex>(signal);
-  const std::string &name = shown(collector, index);
-  const bool flip_flop = is_flip_flop(collector.meaning.signals[signal]);
-  const NextValue wanted = next_value(collector.meaning, collector.values, index);
-  Formulas &formulas = collector.values.formulas;
   const Literal storage = collector.values.storage[signal];
-  const PrimitiveRow &primitive = primitive_of(collector.netlist.symbols[symbol]);
-  if (primitive.function == Function::OR) {
-    const NetIndex net = net_at(collector.netlist, symbol, "Z0");
-    add_claim(collector, name + ": latch", driver_value(collector.circuit, net), level_value(formulas, wanted, storage),
-              net, true);
-    return;
-  }
-  if (flip_flop != (primitive.function == Function::FLIP_FLOP)) {
-    collector.claims.faults.push_back("'" + name + "' has the wrong storage element, " + std::string(primitive.name));
-    return;
-  }
-  const NextValue actual = element_value(collector, signal);
-  if (actual.event == kUnset || actual.next == kUnset)
-    return add_claim(collector, name + ": storage element", kUnset, kUnset);
-  if (flip_flop)
-    claim_flip_flop(collector, name, symbol, actual, wanted);
-  else
-    add_claim(collector, name + ": latch", level_value(formulas, actual, storage),
-              level_value(formulas, wanted, storage), data_net(collector, symbol));
+  const NextValue wanted = next_value(collector.meaning, collector.values, index);
+  claim_element(collector.circuit, {shown(collector, index), symbol, storage},
+                is_flip_flop(collector.meaning.signals[signal]), wanted, collector.claims);
 }
 
 // What leaves the signal: at its pin, at its pad, or at the tristate buffer of a node.
@@ -273,7 +198,7 @@ void claim_output(Collector &collector, SignalIndex signal) {
     const bool enabled = has(roles, EXT_OE);
     add_claim(collector, name + ": into the output buffer", pin_value(collector.circuit, pad, "A0"), wanted,
               net_at(collector.netlist, pad, "A0"));
-    add_claim(collector, name + ": output enable", pin_or(collector, pad, "OE", kTrue),
+    add_claim(collector, name + ": output enable", pin_value(collector.circuit, pad, "OE", kTrue),
               enabled ? collector.values.equations[roles.equations[EXT_OE]] : kTrue,
               net_at(collector.netlist, pad, "OE"));
   } else if (has(roles, EXT_OE)) {
@@ -333,6 +258,82 @@ void find_strange_pins(Collector &collector) {
 }
 
 } // namespace
+
+NetIndex data_net(const Netlist &netlist, SymbolIndex symbol) {
+  const NetIndex data = net_at(netlist, symbol, "D0");
+  return data != kNone ? data : net_at(netlist, symbol, "T0");
+}
+
+bool holds_complement(const Netlist &netlist, SymbolIndex symbol) {
+  const NetIndex net = net_at(netlist, symbol, "Q0");
+  return net != kNone && netlist.nets[net].name == std::string(netlist.symbols[symbol].instance) + "_QB";
+}
+
+Literal level_value(Formulas &formulas, const NextValue &next, Literal storage) {
+  const Literal kept = make_choice(formulas, next.event, next.next, storage);
+  return make_and(formulas, {invert(next.cleared), make_or(formulas, {next.set, kept})});
+}
+
+NextValue element_value(Circuit &circuit, const Element &element) {
+  const auto &[name, symbol, storage] = element;
+  Formulas &formulas = circuit.formulas;
+  const bool complement = holds_complement(circuit.netlist, symbol);
+  const Literal held = invert(storage, complement);
+  const Literal clear = pin_value(circuit, symbol, "CD", kFalse), set = pin_value(circuit, symbol, "SD", kFalse);
+  const bool flip_flop = primitive_of(circuit.netlist.symbols[symbol]).function == Function::FLIP_FLOP;
+  NextValue result;
+  result.event = pin_value(circuit, symbol, flip_flop ? "CLK" : "G");
+  const Literal data = pin_value(circuit, symbol, "D0");
+  const Literal toggle = pin_value(circuit, symbol, "T0");
+  result.next = data != kUnset ? data : toggle != kUnset ? make_xor(formulas, held, toggle) : kUnset;
+  if (result.next == kUnset) return result;
+  if (flip_flop) result.next = make_choice(formulas, pin_value(circuit, symbol, "EN", kTrue), result.next, held);
+  result.next = invert(result.next, complement);
+  const Literal set_only = make_and(formulas, {set, invert(clear)});
+  result.cleared = complement ? set_only : clear;
+  result.set = complement ? clear : set_only;
+  return result;
+}
+
+void add_claim(Claims &claims, Claim claim) {
+  if (claim.actual == kUnset)
+    claims.faults.push_back(claim.what + ": the netlist has nothing there");
+  else if (claim.wanted == kUnset)
+    claims.faults.push_back(claim.what + ": the design says nothing of it");
+  else
+    claims.list.push_back(std::move(claim));
+}
+
+void claim_element(Circuit &circuit, const Element &element, bool flip_flop, const NextValue &wanted, Claims &claims) {
+  const auto &[name, symbol, storage] = element;
+  const Netlist &netlist = circuit.netlist;
+  Formulas &formulas = circuit.formulas;
+  const PrimitiveRow &primitive = primitive_of(netlist.symbols[symbol]);
+  const auto set_only = [&](const NextValue &next) { return make_and(formulas, {next.set, invert(next.cleared)}); };
+  if (flip_flop != (primitive.function == Function::FLIP_FLOP)) {
+    claims.faults.push_back("'" + name + "' has the wrong storage element, " + std::string(primitive.name));
+    return;
+  }
+  if (primitive.function == Function::OR) {
+    const NetIndex net = net_at(netlist, symbol, "Z0");
+    return add_claim(claims,
+                     {name + ": latch", driver_value(circuit, net), level_value(formulas, wanted, storage), net, true});
+  }
+  const NextValue actual = element_value(circuit, element);
+  const NetIndex data = data_net(netlist, symbol);
+  if (actual.event == kUnset || actual.next == kUnset) {
+    add_claim(claims, {name + ": storage element"});
+  } else if (flip_flop) {
+    add_claim(claims, {name + ": clock", actual.event, wanted.event, net_at(netlist, symbol, "CLK")});
+    add_claim(claims, {name + ": asynchronous reset", actual.cleared, wanted.cleared, net_at(netlist, symbol, "CD")});
+    add_claim(claims,
+              {name + ": asynchronous preset", set_only(actual), set_only(wanted), net_at(netlist, symbol, "SD")});
+    add_claim(claims, {name + ": next value", actual.next, wanted.next, data});
+  } else {
+    add_claim(claims,
+              {name + ": latch", level_value(formulas, actual, storage), level_value(formulas, wanted, storage), data});
+  }
+}
 
 void collect_claims(const std::vector<std::string> &names, Values &values, Circuit &circuit, Claims &claims) {
   Collector collector{names, values, circuit, claims};

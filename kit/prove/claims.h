@@ -27,4 +27,24 @@ struct Claims {
 // and lists what must hold: every equation, every storage element's next value, every pin, pad and macro input.
 void collect_claims(const std::vector<std::string> &names, Values &values, Circuit &circuit, Claims &claims);
 
+// Adds the claim, or a fault where one side is kUnset.
+void add_claim(Claims &claims, Claim claim);
+
+// A flip-flop or latch of the netlist, or the last gate of a latch made of gates.
+struct Element {
+  std::string name; // for texts
+  SymbolIndex symbol = kNone;
+  Literal storage = kUnset; // its value as the design sees it
+};
+// What it does; not for a latch made of gates. `event` and `next` are kUnset when it lacks the pins.
+NextValue element_value(Circuit &circuit, const Element &element);
+// Behind a reset that has to act as a preset the element holds the complement, on net N_QB.
+bool holds_complement(const Netlist &netlist, SymbolIndex symbol);
+// The net that the element's data come in on.
+NetIndex data_net(const Netlist &netlist, SymbolIndex symbol);
+// A level-sensitive element as one function of its inputs and its value.
+Literal level_value(Formulas &formulas, const NextValue &next, Literal storage);
+// Lists what must hold for the element to do what is wanted.
+void claim_element(Circuit &circuit, const Element &element, bool flip_flop, const NextValue &wanted, Claims &claims);
+
 } // namespace cubekit

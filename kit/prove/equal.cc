@@ -140,8 +140,11 @@ bool ask_solver(Decider &decider, Literal first, Literal second, Difference &dif
   const int a = solver_literal(decider, first), b = solver_literal(decider, second);
   add_clause(solver, {a, b});
   add_clause(solver, {-a, -b});
-  constexpr int kSatisfiable = 10;
-  if (solver.solve() != kSatisfiable) return false;
+  constexpr int kSatisfiable = 10, kUnknown = 0;
+  if (decider.conflicts >= 0) solver.limit("conflicts", decider.conflicts);
+  const int verdict = solver.solve();
+  (verdict == kUnknown ? decider.given_up : decider.by_sat)++;
+  if (verdict != kSatisfiable) return false;
   difference.vector.clear();
   for (const std::uint32_t variable : decider.variables)
     difference.vector.emplace_back(variable, solver.val(solver_literal(decider, variable * 2)) > 0);
@@ -178,8 +181,9 @@ bool find_difference(Decider &decider, Literal first, Literal second, Difference
     decider.by_exhaustion++;
     return try_all_vectors(decider, first, second, difference);
   }
+  if (!try_some_vectors(decider, first, second, difference)) return ask_solver(decider, first, second, difference);
   decider.by_sat++;
-  return try_some_vectors(decider, first, second, difference) || ask_solver(decider, first, second, difference);
+  return true;
 }
 
 } // namespace cubekit

@@ -19,11 +19,13 @@ struct Difference {
 // Answers questions on one graph, which may grow in between.
 struct Decider {
   const Formulas &formulas;
+  int conflicts = -1; // after so many SAT gives a question up; -1: never
   Cone cone{};
   std::vector<std::uint32_t> variables{}; // of the cone, as nodes
   std::vector<std::uint64_t> values{};    // per place of the cone: `width` words of simulated values
   std::size_t width = 1;
   std::size_t by_structure = 0, by_exhaustion = 0, by_sat = 0; // questions settled so far
+  std::size_t given_up = 0;                                    // questions without a difference found, nor a proof
 };
 
 // True when some input vector tells the functions apart; it is left in `difference`.

@@ -5,6 +5,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "kit/netlist/netlist.h"
@@ -21,15 +22,18 @@ namespace cubekit {
 std::function<int()> setup_prove(CLI::App &command);
 
 struct ProofOptions {
-  bool case_sensitive = false;       // as the translation had it
-  std::optional<int> series{};       // device series; none: of the netlist's part
-  bool abc = false;                  // ask berkeley-abc as well
-  std::size_t shown_differences = 5; // all are counted, these are told in full
+  bool case_sensitive = false;                // as the translation had it
+  std::optional<int> series{};                // device series; none: of the netlist's part
+  bool abc = false;                           // ask berkeley-abc as well
+  std::string_view other = "the truth table"; // what the netlist is held against, in texts
+  int conflicts = -1;                         // of SAT, after which a claim is left to another prover; -1: none is
+  std::size_t shown_differences = 5;          // all are counted, these are told in full
 };
 
 struct ProofReport {
   std::size_t claims = 0;
   std::size_t by_structure = 0, by_exhaustion = 0, by_sat = 0;
+  std::size_t given_up = 0; // left to another prover
   std::size_t differences = 0;
   std::vector<std::string> texts; // faults and differences, several lines each
 };

@@ -22,7 +22,7 @@ _cubekit() {
     mapfile -t COMPREPLY < <(compgen -W "blif verilog json" -- "$cur")
   elif [[ $prev == --from ]]; then
     mapfile -t COMPREPLY < <(compgen -W "pla blif verilog json" -- "$cur")
-  elif [ "$command" = import ]; then
+  elif [ "$command" = import ] || [[ $prev == --source ]]; then
     mapfile -t COMPREPLY < <(compgen -f -- "$cur")
     compopt -o filenames 2>/dev/null
   else # a design, or a file of an option

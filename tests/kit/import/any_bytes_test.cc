@@ -14,7 +14,7 @@ const std::pair<SourceKind, std::string> kSources[] = {
      R"({"modules":{"m":{"attributes":{"top":1},"ports":{"c":{"direction":"input","bits":[2]},"q":{"direction":)"
      R"("output","offset":1,"bits":[3,"1"]},"b":{"direction":"inout","bits":[4]}},"cells":{"x":{"type":"$sop",)"
      R"("parameters":{"DEPTH":"10","TABLE":"0110","WIDTH":1},"attributes":{"src":"a.v:3.1-4.2"},"connections":)"
-     R"({"A":[4],"Y":[5]}},"y":{"type":"$_DFFE_PN0P_","connections":{"C":[2],"D":[5],"E":["1"],"Q":[3],"R":[4]}},)"
+     R"({"A":[2],"Y":[5]}},"y":{"type":"$_DFFE_PN0P_","connections":{"C":[2],"D":[5],"E":["1"],"Q":[3],"R":[4]}},)"
      R"("z":{"type":"$_TBUF_","connections":{"A":[3],"E":[5],"Y":[4]}}},"netnames":{"n.q":{"hide_name":0,)"
      R"("bits":[5],"attributes":{"init":"0","src":"a.v:7.1|b.v:8"}}}}}})"},
 };

@@ -1,99 +1,8 @@
 // BLIF netlists become tables that compute the same, folded or not.
-#include "kit/import/importing.h"
-
-#include <cstdlib>
+#include "kit/import/random_sources.h"
 
 namespace cubekit {
 namespace {
-
-struct Cover {
-  std::vector<std::string> inputs;
-  std::vector<std::string> rows; // without the output
-  bool tells_ones = true;
-  bool value(const Levels &levels) const {
-    bool is_met = false;
-    for (const std::string &row : rows) {
-      bool is_row = true;
-      for (std::size_t i = 0; i < inputs.size(); i++)
-        is_row &= row[i] == '-' || (row[i] == '1') == levels.at(inputs[i]);
-      is_met |= is_row;
-    }
-    return rows.empty() ? false : is_met == tells_ones;
-  }
-};
-
-struct Latch {
-  std::string name, data, type, control;
-};
-
-// A netlist with its own account of what it computes.
-struct RandomBlif {
-  std::vector<std::string> inputs;
-  std::vector<Latch> latches;
-  std::vector<std::pair<std::string, Cover>> logic; // in order
-  std::string text;
-};
-
-Cover random_cover(Random &random, const std::vector<std::string> &known) {
-  Cover cover;
-  for (std::size_t n = random(5); n > 0; n--) cover.inputs.push_back(known[random(known.size())]);
-  cover.tells_ones = random(3) != 0;
-  for (std::size_t n = random(4); n > 0; n--) {
-    cover.rows.emplace_back();
-    for (std::size_t i = 0; i < cover.inputs.size(); i++) cover.rows.back() += "01-"[random(3)];
-  }
-  return cover;
-}
-
-std::string cover_text(const std::string &name, const Cover &cover) {
-  std::string text = ".names";
-  for (const std::string &input : cover.inputs) text += ' ' + input;
-  text += " \\\n  " + name + "\n";
-  for (const std::string &row : cover.rows) text += row + (row.empty() ? "" : " ") + (cover.tells_ones ? "1\n" : "0\n");
-  return text;
-}
-
-RandomBlif random_blif(std::uint64_t seed) {
-  Random random{seed};
-  for (int i = 0; i < 8; i++) random(2);
-  RandomBlif blif;
-  std::vector<std::string> known;
-  for (std::size_t n = 1 + random(5); n > 0; n--) blif.inputs.push_back("in" + std::to_string(n));
-  known = blif.inputs;
-  for (std::size_t n = random(4); n > 0; n--) {
-    blif.latches.push_back({"r[" + std::to_string(n) + "]", "", std::vector{"re", "fe", "ah", "al"}[random(4)], ""});
-    known.push_back(blif.latches.back().name);
-  }
-  std::string body;
-  for (std::size_t n = 1 + random(12); n > 0; n--) {
-    const std::string name = "g" + std::to_string(n);
-    if (random(6) == 0) { // a placed model: AND and its complement
-      const std::string a = known[random(known.size())], b = known[random(known.size())];
-      body += ".subckt gate x=" + a + " y=" + b + " z=" + name + " n=" + name + "n\n";
-      blif.logic.push_back({name, {{a, b}, {"11"}}});
-      blif.logic.push_back({name + "n", {{a, b}, {"11"}, false}});
-      known.push_back(name + "n");
-    } else {
-      blif.logic.emplace_back(name, random_cover(random, known));
-      body = cover_text(name, blif.logic.back().second) + body; // readers may stand in front
-    }
-    known.push_back(name);
-  }
-  for (Latch &latch : blif.latches) {
-    latch.data = known[random(known.size())];
-    latch.control = known[random(known.size())];
-    body += ".latch " + latch.data + ' ' + latch.name + ' ' + latch.type + ' ' + latch.control + " 2\n";
-  }
-  blif.text = ".model top # a netlist\n.inputs";
-  for (const std::string &input : blif.inputs) blif.text += ' ' + input;
-  blif.text += "\n.outputs";
-  std::size_t outputs = 0;
-  for (std::size_t i = 0; i < known.size(); i++)
-    if (random(4) == 0 || (outputs == 0 && i + 1 == known.size())) blif.text += ' ' + known[i], outputs++;
-  blif.text +=
-      "\n" + body + ".end\n.model gate\n.inputs x y\n.outputs z n\n.names z n\n0 1\n.names x y z\n11 1\n.end\n";
-  return blif;
-}
 
 // Every equation of the table against the netlist, for some levels of inputs and latches.
 void compare(const RandomBlif &blif, const std::string &table_text, Random &random) {
@@ -101,14 +10,14 @@ void compare(const RandomBlif &blif, const std::string &table_text, Random &rand
   for (int vector = 0; vector < 32; vector++) {
     Levels levels, found;
     for (const std::string &input : blif.inputs) found[input] = levels[input] = random(2) == 1;
-    for (const Latch &latch : blif.latches) found[latch.name + ".Q"] = levels[latch.name] = random(2) == 1;
+    for (const RandomLatch &latch : blif.latches) found[latch.name + ".Q"] = levels[latch.name] = random(2) == 1;
     for (const auto &[name, cover] : blif.logic) levels[name] = cover.value(levels);
     evaluate_table(table, found);
     for (const auto &[name, cover] : blif.logic)
       ASSERT_TRUE(!found.contains(name) || found[name] == levels[name]) << name;
     for (std::size_t o = 0; o < table.design->OLB.size(); o++) {
       const std::string name = table.design->OLB[o], output = table.output(o);
-      for (const Latch &latch : blif.latches) {
+      for (const RandomLatch &latch : blif.latches) {
         if (latch.name != name) continue;
         const bool is_data = table.design->OB_EXT[o] == "D";
         const std::string wanted = is_data ? "D" : latch.type == "ah" ? "LH" : latch.type == "al" ? "LE" : "C";
@@ -122,8 +31,7 @@ void compare(const RandomBlif &blif, const std::string &table_text, Random &rand
 
 TEST(ImportBlif, ComputesWhatTheNetlistDoesFoldedOrNot) {
   const cubenet::WorkingDir directory;
-  const char *count = std::getenv("CUBEKIT_SOURCES");
-  for (std::uint64_t seed = 1; seed <= (count == nullptr ? 150 : std::strtoull(count, nullptr, 10)); seed++) {
+  for (std::uint64_t seed = 1; seed <= source_count(150); seed++) {
     const RandomBlif blif = random_blif(seed);
     SCOPED_TRACE(blif.text);
     for (const std::size_t flatten : {0U, 2U, 20U}) {

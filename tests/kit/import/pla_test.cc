@@ -1,59 +1,8 @@
 // PLAs become tables that say the same: checked point by point.
-#include "kit/import/importing.h"
-
-#include <cstdlib>
+#include "kit/import/random_sources.h"
 
 namespace cubekit {
 namespace {
-
-const std::vector<std::string> kTypes{"", "f", "r", "fd", "fr", "dr", "fdr"};
-
-// A PLA whose every point is known.
-struct RandomPla {
-  std::size_t inputs, outputs;
-  std::string type, text, phase;
-  std::vector<std::string> terms; // inputs, then outputs
-};
-
-// Where a term says on or off, one that meets it must not say the opposite.
-bool contradicts(const RandomPla &pla, const std::string &term) {
-  const auto level = [](char c) { return c == '4' ? '1' : c == '2' ? '-' : c; };
-  for (const std::string &other : pla.terms) {
-    bool meets = true;
-    for (std::size_t i = 0; i < pla.inputs; i++)
-      meets &= level(term[i]) == '-' || level(other[i]) == '-' || term[i] == other[i];
-    for (std::size_t o = pla.inputs; meets && o < term.size(); o++)
-      if (level(term[o]) == '1' ? other[o] == '0' : term[o] == '0' && level(other[o]) == '1') return true;
-  }
-  return false;
-}
-
-RandomPla random_pla(std::uint64_t seed) {
-  Random random{seed};
-  for (int i = 0; i < 8; i++) random(2);
-  RandomPla pla{1 + random(7), 1 + random(4), kTypes[random(kTypes.size())], "", "", {}};
-  const auto one_of = [&](std::string_view characters) { return characters[random(characters.size())]; };
-  for (std::size_t t = random(14); t > 0; t--) {
-    std::string term;
-    for (std::size_t i = 0; i < pla.inputs; i++) term += one_of("0101-2");
-    for (std::size_t o = 0; o < pla.outputs; o++) term += one_of("001142-~3");
-    const bool has_both = pla.type == "fr" || pla.type == "fdr";
-    if (!has_both || !contradicts(pla, term)) pla.terms.push_back(term);
-  }
-  pla.text = "# .i 9\r\n.i " + std::to_string(pla.inputs) + "\n.o " + std::to_string(pla.outputs) + " # outputs\n";
-  if (!pla.type.empty()) pla.text += ".type " + pla.type + "\n";
-  if (random(4) == 0) {
-    for (std::size_t o = 0; o < pla.outputs; o++) pla.phase += one_of("01");
-    pla.text += ".phase " + pla.phase + '\n';
-  }
-  for (const std::string &term : pla.terms)
-    for (const char c : term) {
-      pla.text += c;
-      if (random(12) == 0) pla.text += one_of("\n|  \t");
-    }
-  pla.text += random(2) == 0 ? "\n.e\n" : "\n";
-  return pla;
-}
 
 struct Listed {
   bool on = false, off = false, free = false;
@@ -100,8 +49,7 @@ bool is_free_in(const std::string &table, std::size_t inputs, std::size_t point,
 
 TEST(ImportPla, MeansWhatTheTypeSaysAtEveryPoint) {
   const cubenet::WorkingDir directory;
-  const char *count = std::getenv("CUBEKIT_SOURCES");
-  for (std::uint64_t seed = 1; seed <= (count == nullptr ? 200 : std::strtoull(count, nullptr, 10)); seed++) {
+  for (std::uint64_t seed = 1; seed <= source_count(200); seed++) {
     const RandomPla pla = random_pla(seed);
     SCOPED_TRACE(pla.text);
     const Imported imported = import_text(pla.text, SourceKind::PLA);

@@ -1,7 +1,5 @@
 // Verilog modules become tables whose netlists show at their pins what the modules show in Icarus Verilog.
-#include "kit/import/importing.h"
-
-#include <cstdlib>
+#include "kit/import/random_sources.h"
 
 #include "kit/support/export_tools.h"
 
@@ -14,63 +12,6 @@ Imported import_verilog(const std::string &text, ImportOptions options = {}) {
   write_file("source.v", text);
   options.path = "source.v";
   return import_text(text, SourceKind::VERILOG, options);
-}
-
-// Expressions over the inputs and the registers.
-std::string random_expression(Random &random, const std::vector<std::string> &names, int depth) {
-  if (depth == 0 || random(4) == 0) return random(8) == 0 ? std::to_string(random(4)) : names[random(names.size())];
-  const auto more = [&] { return random_expression(random, names, depth - 1); };
-  const std::string operators[] = {" & ", " | ", " ^ ", " + ", " - ", " == ", " < ", " && "};
-  switch (random(4)) {
-  case 0: return "(~" + more() + ")";
-  case 1: return "(" + more() + " ? " + more() + " : " + more() + ")";
-  default: return "(" + more() + operators[random(8)] + more() + ")";
-  }
-}
-
-struct Module {
-  std::string text;
-  std::string start; // statements that set registers to 0
-};
-
-// Registers and latches of all kinds; each clock is an input that nothing else reads.
-Module random_module(std::uint64_t seed) {
-  Random random{seed};
-  for (int i = 0; i < 8; i++) random(2);
-  std::string start, ports = "input clk, input gate, input rst, input en, input a, input [1:0] b, inout [1:0] bus",
-                     body;
-  std::vector<std::string> names{"en", "a", "b", "b[0]", "bus", "bus[1]"};
-  const auto expression = [&] { return random_expression(random, names, 3); };
-  for (std::size_t n = random(4); n > 0; n--) {
-    const std::string name = "r" + std::to_string(n);
-    ports += ", output reg [" + std::to_string(random(3)) + ":0] " + name;
-    body += "  initial " + name + " = 0;\n";
-    const std::string edge = random(2) == 0 ? "posedge" : "negedge", data = name + " <= " + expression() + ";";
-    const std::string enabled = random(2) == 0 ? "if (en) " + data : data;
-    const bool is_high = random(2) == 0;
-    const std::string reset =
-        std::string("if (") + (is_high ? "rst" : "!rst") + ") " + name + " <= " + std::to_string(random(2)) + "; else ";
-    const std::size_t kind = random(4);
-    if (kind != 0 && (kind != 3 || is_high)) start += "dut." + name + " = 0; ";
-    switch (kind) {
-    case 0:
-      body += "  always @* if (" + std::string(is_high ? "gate" : "!gate") + ") " + name + " = " + expression() + ";\n";
-      break;
-    case 1: body += "  always @(" + edge + " clk) " + enabled + "\n"; break;
-    case 2:
-      body += "  always @(" + edge + " clk) " + (random(2) == 0 ? reset + enabled : "if (en) " + reset + data) + "\n";
-      break;
-    default:
-      body += "  always @(" + edge + " clk or " + (is_high ? "posedge" : "negedge") + " rst) " + reset + enabled + "\n";
-    }
-    names.push_back(name);
-  }
-  ports += ", output [1:0] y, output z, output t";
-  body += "  assign y = " + expression() + ";\n  assign z = " + expression() + ";\n";
-  body += "  assign t = a ? " + expression() + " : 1'bz;\n";
-  names = {"a", "b", "b[1]"}; // no loop through the pins
-  body += "  assign bus = en ? " + expression() + " : 2'bzz;\n";
-  return {"module dut(" + ports + ");\n" + body + "endmodule\n", start};
 }
 
 // At power-up an unknown clock becomes 0, which is an edge in Verilog: registers are then set to what a netlist starts
@@ -147,9 +88,8 @@ void expect_alike(const std::string &source, std::string netlist) {
 TEST(ImportVerilog, ShowsAtThePinsWhatTheModuleShows) {
   if (!has_yosys() || run("iverilog -V").status != 0) GTEST_SKIP();
   const cubenet::WorkingDir directory;
-  const char *count = std::getenv("CUBEKIT_SOURCES");
-  for (std::uint64_t seed = 1; seed <= (count == nullptr ? 6 : std::strtoull(count, nullptr, 10)); seed++) {
-    const Module module = random_module(seed);
+  for (std::uint64_t seed = 1; seed <= source_count(6); seed++) {
+    const RandomModule module = random_module(seed);
     SCOPED_TRACE(module.text);
     // A register with a preset starts inverted on the other series.
     const std::string part = seed % 2 == 0 ? "Tarvex8840K-100XQ64" : "Tarvex5128K-100XQ64";
@@ -211,6 +151,21 @@ TEST(ImportVerilog, GivesEachKindOfRegisterItsExtensions) {
   }
 }
 
+TEST(ImportVerilog, MakesTogglesWhereThePartHasThem) {
+  if (!has_yosys()) GTEST_SKIP();
+  const cubenet::WorkingDir directory;
+  const std::string head = "module m(input c, r, e, output reg [1:0] q);\nalways @(posedge c or posedge r) ";
+  const std::string text = head + "if (r) q <= 3; else q <= q + e;\nendmodule\n";
+  const Imported toggles = import_verilog(text, {.part = "Tarvex5128K-100XQ64"});
+  EXPECT_NE(toggles.table.find(".ob q[1].T- q[0].T q[1].C"), std::string::npos) << toggles.table;
+  EXPECT_EQ(translate_and_prove(toggles.table), "");
+  EXPECT_NE(read_file("d.nxf").find("SYM FTI31 q[1];"), std::string::npos);
+  for (const auto &[other, part] : {std::pair{text, "Tarvex8840K-100XQ64"},
+                                    {head + "if (r) q <= 3; else if (e) q <= q + 1;\nendmodule\n", "Tarvex5128K"},
+                                    {head + "if (r) q <= 3; else q <= q & {q[0] ^ e, e};\nendmodule\n", "Tarvex5128K"}})
+    EXPECT_EQ(import_verilog(other, {.part = part}).table.find(".T"), std::string::npos) << other;
+}
+
 TEST(ImportVerilog, MakesOutputsOfTheirPortsInAnyOrder) {
   if (!has_yosys()) GTEST_SKIP();
   const cubenet::WorkingDir directory;
@@ -224,7 +179,7 @@ TEST(ImportVerilog, MakesOutputsOfTheirPortsInAnyOrder) {
 TEST(ImportVerilog, RefusesWhatATableCanNotSayWithItsLine) {
   if (!has_yosys()) GTEST_SKIP();
   const cubenet::WorkingDir directory;
-  const std::string head = "module m(input c, input [9:0] a, input d, output y, output reg q);\n";
+  const std::string head = "module m(input c, input [9:0] a, input d, output y, output reg q, inout io);\n";
   const std::pair<std::string, std::string> cases[] = {
       {"assign y = ;", "source.v:2: yosys: syntax error, unexpected ';'\n"},
       {"assign y = a[0];\nalways @(posedge c) q <= d;\nalways @(negedge c) q <= !d;",
@@ -235,6 +190,8 @@ TEST(ImportVerilog, RefusesWhatATableCanNotSayWithItsLine) {
        "1024 bits\n"},
       {"wire w;\nassign w = ~(y & d);\nassign y = w ^ c;\nalways @* q = c;",
        "source.v:2: a loop of logic without a register: 'w'\n"},
+      {"assign y = c; wire w = io & d;\nassign io = c ? w : 1'bz; always @* q = io;",
+       "source.v:3: a loop of logic without a register, through the pin 'io'\n"},
       {"wire w;\nassign y = w;\nalways @* q = c;", "source.v:1: 'y' is driven by nothing\n"},
       {"always @* q = c;", "source.v:1: 'y' is driven by nothing\n"},
       {"other o(c, y);\nalways @* q = c;",
