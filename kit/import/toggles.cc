@@ -1,8 +1,8 @@
 // Finds registers whose next value is their own, turned over or not: parts of series 5 have flip-flops for that.
 #include <algorithm>
 
-#include "kit/table/cover.h"
 #include "kit/import/import.h"
+#include "kit/table/cover.h"
 #include "model/run_settings.h"
 
 namespace cubekit {
