@@ -9,8 +9,8 @@ template <typename T> class Rare {
 public:
   Rare() = default;
   explicit Rare(T value) : own_(std::make_unique<T>(std::move(value))) {}
-  Rare(Rare &&) = default;
-  Rare &operator=(Rare &&) = default;
+  Rare(Rare &&) noexcept = default;
+  Rare &operator=(Rare &&) noexcept = default;
   Rare(const Rare &other) : own_(other.own_ ? std::make_unique<T>(*other.own_) : nullptr) {}
   Rare &operator=(const Rare &other) { return *this = Rare(other); }
 
