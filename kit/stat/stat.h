@@ -29,7 +29,7 @@ struct Statistics {
   std::size_t gate_inputs = 0;                    // pins of AND, NAND, OR and NOR gates
   std::size_t storages = 0;                       // registers and latches
   std::size_t loops = 0;                          // nets at which loops of gates are cut
-  std::size_t depth = 0; // most symbols on a way from a device pin, register, latch or macro to the next one
+  std::size_t depth = 0; // most symbols on a path from one device pin, register, latch or macro to the next
 };
 
 Statistics collect_statistics(const Netlist &netlist);
@@ -37,7 +37,7 @@ Statistics collect_statistics(const Netlist &netlist);
 struct StatisticsRow {
   std::string label, value;
 };
-// What people are shown. Rows whose label is indented are parts of the row above.
+// The text for people. Rows with an indented label are parts of the row above.
 std::vector<StatisticsRow> describe(const Statistics &statistics);
 
 } // namespace cubekit
