@@ -21,7 +21,7 @@ namespace cubekit {
 // `cubekit check`.
 std::function<int()> setup_check(CLI::App &command);
 
-// Checks DESIGN.nxf, .ddf, .tvx and .par, against the truth table unless there is none (DESIGN.tt2 when none
+// Checks DESIGN.nxf, .ddf, .tvx and .par, against the truth table if there is one (DESIGN.tt2 unless another
 // is named). Returns the exit status: what is wrong goes to `out`, why something can't be judged to `errors`.
 [[nodiscard]] int check_files(const std::string &design, const std::string &truth_table, std::ostream &out,
                               std::ostream &errors);

@@ -25,7 +25,7 @@ struct Statistics {
   std::size_t nets = 0;
   std::size_t fan_out_max = 0, fan_out_total = 0; // symbol pins that a net drives
   std::string fan_out_net;                        // the first net with the largest fan-out
-  std::size_t terms = 0, literals = 0;            // rows of PLA blocks, and what is not '-' in them
+  std::size_t terms = 0, literals = 0;            // rows of PLA blocks, and characters but '-' in them
   std::size_t gate_inputs = 0;                    // pins of AND, NAND, OR and NOR gates
   std::size_t storages = 0;                       // registers and latches
   std::size_t loops = 0;                          // nets at which loops of gates are cut

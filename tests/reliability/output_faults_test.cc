@@ -1,5 +1,5 @@
 // Outputs that can't be opened or don't take all their bytes, through whole runs: the first one that fails
-// ends the run with its message and status 2, leaves what was there before; only the constraints fail
+// ends the run with its message and status 2, and leaves what was there before; only the constraints fail
 // silently.
 #include <csignal>
 #include <filesystem>
