@@ -32,7 +32,7 @@ bool is_numbered(std::string_view name, std::uint32_t number) {
 std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol_index, std::string_view name) {
   const Symbol &symbol = netlist.symbols[symbol_index];
   const std::span<const Pin> pins = pins_of(netlist, symbol);
-  // Numbered inputs are at the index that is their number.
+  // Numbered inputs are at the index of their number.
   std::uint32_t number = 0;
   const char *end = name.data() + name.size();
   if (name.size() > 1 && name[0] == 'A' && std::from_chars(name.data() + 1, end, number).ptr == end &&

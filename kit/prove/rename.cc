@@ -1,7 +1,7 @@
 // Finds the name of each signal in the netlist. Before each of the two netlists of a run is written, names
-// that look like generated ones may get the prefix "_RES", and after it those that clash with another name
-// get "_PLA<n>_". The renaming is not recomputed here: of the names that a signal may have got, the one that
-// the netlist shows counts, at the device pin or by the nets of all equations.
+// that look like generated ones may get the prefix "_RES"; then those that clash with another name get the
+// prefix "_PLA<n>_". The renaming is not recomputed here: of the names that a signal may have got, the one
+// that the netlist shows counts, at the device pin or by the nets of all equations.
 #include "kit/prove/rename.h"
 
 #include <algorithm>

@@ -46,7 +46,7 @@ TEST(CommandLine, SetsWhatEachOptionSays) {
       {"-b -bv d", "d.tt2 d.nxf version brief 12/12"},
       {"-v d", "d.tt2 d.nxf version 12/12"},
       {"-C d", "d.tt2 d.nxf 12/12 case"},
-      // A value needs another argument after it; a would-be value is looked at next as an argument.
+      // A value needs another argument after it; otherwise it is read as an argument of its own.
       {"-i x.tt2", "usage"},
       {"-i", "usage"},
       {"-i x.tt2 d", "x.tt2 d.nxf 12/12"},
