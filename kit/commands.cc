@@ -1,4 +1,4 @@
-// One table: a row for each sub-command. Whoever adds one writes a folder with one header, and a row here.
+// One table: a row for each sub-command. A new one takes a folder with one header, and a row here.
 #include "kit/commands.h"
 
 #include <array>

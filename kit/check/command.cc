@@ -33,7 +33,7 @@ bool read(const std::string &path, std::string &text, std::ostream &errors) {
   return false;
 }
 
-// The response file stands beside the others, wherever the translation was run from.
+// The response file is next to the others, wherever the translation was run from.
 std::string response_name(const std::string &design, std::string_view parameters) {
   constexpr std::string_view kKey = "RESERVE_PIN_FILE ";
   std::string name = std::filesystem::path(design).filename().string() + ".rsp";
@@ -66,7 +66,7 @@ std::vector<Finding> check_part(const Netlist &netlist) {
   return {{0, quoted(netlist.part) + " is no part of technology " + quoted(netlist.technology)}};
 }
 
-// What can be told of the part, the constraints and the parameters without a truth table.
+// Checks what it can of the part, the constraints and the parameters without a truth table.
 int check_forms(const TranslationFiles &files, std::ostream &out, std::ostream &errors) {
   if (print_all(out, files.design + ".nxf", check_part(files.netlist), kNo) != kYes) return kNo;
   Judgement judgement = during("checking the constraints", [&] {
@@ -106,7 +106,7 @@ int check_files(const std::string &design, const std::string &truth_table, std::
                                has_parameters ? std::optional<std::string_view>(parameters) : std::nullopt,
                                response_name(design, parameters)};
   const std::string table = truth_table.empty() ? design + ".tt2" : truth_table;
-  if (verdict == kYes) // else the options of the translation may be read wrong, and names
+  if (verdict == kYes) // else the translation's options and names may be misread
     verdict = truth_table.empty() && !is_there(table) ? check_forms(files, out, errors)
                                                       : compare_with_table(files, table, out, errors);
   if (verdict == kYes)

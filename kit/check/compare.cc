@@ -1,5 +1,5 @@
-// Holds a ddf netlist against the .nxf netlist of the same run. The ddf leaves some things out, and the .nxf may have
-// renamed once more what the ddf shows; everything else must be the same.
+// Compares a ddf netlist with the .nxf netlist of the same run. The ddf leaves some things out, and the .nxf
+// may have renamed again what the ddf shows; everything else must be the same.
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -15,14 +15,14 @@ struct Comparison {
   const Netlist &netlist;
   DdfReading &reading;
   std::vector<Finding> &findings;
-  bool guarded_first; // a name that could have stayed or been guarded is taken to have been guarded
+  bool guarded_first; // a name that may or may not be guarded is assumed to be
   bool stripped_known = false;
   NameIndex stripped_nets{}, stripped_symbols{}; // "_PLA<n>_" taken off
   std::vector<std::uint8_t> symbol_listed{}, net_listed{};
   std::vector<bool> pin_named{};
-  std::vector<std::uint32_t> external_pins{};                   // per net: the one that it meets; kNone
+  std::vector<std::uint32_t> external_pins{};                   // per net: the one on it; kNone
   std::vector<std::uint32_t> listed_pins{};                     // of a net: pins of listed symbols
-  std::vector<std::pair<NetIndex, const DdfNet *>> open_nets{}; // whose lines don't name all such pins
+  std::vector<std::pair<NetIndex, const DdfNet *>> open_nets{}; // whose lines don't name all those pins
 };
 
 void report(Comparison &comparison, std::size_t line, std::string text) {
@@ -37,7 +37,7 @@ std::string_view strip(std::string_view name) {
   return name.substr(digits_end + 1);
 }
 
-// Few names need them, so they are made for the first that does.
+// Few names need them, so they are built when the first one does.
 void index_stripped_names(Comparison &comparison) {
   if (comparison.stripped_known) return;
   comparison.stripped_known = true;
@@ -57,8 +57,8 @@ template <typename Find> std::uint32_t find_guarded(const Find &find, std::strin
   return kNone;
 }
 
-// What a name of the ddf has become: the same, guarded, or numbered. `find(name, stripped)` looks among the names as
-// they are, or as they are without numbers.
+// What a name of the ddf has become: the same, guarded, or numbered. `find(name, stripped)` looks among the
+// names as they are, or without their numbers.
 template <typename Find> std::uint32_t find_renamed(const Find &find, std::string_view name, bool guarded_first) {
   std::uint32_t found = guarded_first && name.starts_with('_') ? find_guarded(find, name) : kNone;
   if (found == kNone) found = find(name, false);
@@ -86,7 +86,7 @@ NetIndex find_listed_net(Comparison &comparison, std::string_view net) {
   return find_in_netlist(comparison, comparison.stripped_nets, find_net, net);
 }
 
-// Whether a name of the ddf may have become that one: it may have been guarded, numbered, or both.
+// Whether a name of the ddf may have become this one: guarded, numbered, or both.
 bool may_become(std::string_view name, std::string_view renamed) {
   for (const std::string_view each : {renamed, strip(renamed)})
     for (const std::string_view guard : {"", "_RES", "_RES_"})
@@ -107,7 +107,7 @@ void compare_ports(Comparison &comparison, const char *label, Direction directio
   if (next < ports.size()) report(comparison, 0, std::string(label) + " list " + quoted(ports[next]) + " too much");
 }
 
-// A register whose data come through an inverter of its own has a line for that pin.
+// A register whose data comes through an inverter of its own has a line for that pin.
 bool has_data_line(const Netlist &netlist, SymbolIndex index) {
   const Symbol &symbol = netlist.symbols[index];
   const NetIndex data = net_at(netlist, index, "D0");
@@ -145,7 +145,7 @@ void compare_symbols(Comparison &comparison) {
   for (SymbolIndex i = 0; i < netlist.symbols.size(); i++) {
     const Symbol &symbol = netlist.symbols[i];
     if (comparison.symbol_listed[i] != 0) continue;
-    // The gates of expanded product terms, which stand before all others, and the inverter behind a complement.
+    // The gates of expanded product terms, which come before all others, and the inverter of a complement.
     const Function function = primitive_of(symbol).function;
     const bool is_gate = function == Function::AND || function == Function::OR || function == Function::BUFFER;
     if (is_gate && (i < first_listed || symbol.instance.ends_with("_QB"))) continue;
@@ -169,7 +169,7 @@ bool is_listed(const Comparison &comparison, const EndPoint &end) {
   return end.symbol != kNone && comparison.symbol_listed[end.symbol] != 0;
 }
 
-// The end of a net in the .nxf that an item of the ddf names; of no pin when there is none.
+// The end of a net in the .nxf that an item of the ddf names; without a pin when there is none.
 EndPoint find_end(Comparison &comparison, std::string_view item) {
   const std::size_t dot = item.rfind('.');
   if (dot == std::string_view::npos) return {};
@@ -178,7 +178,8 @@ EndPoint find_end(Comparison &comparison, std::string_view item) {
   return {symbol, find_pin(comparison.netlist, symbol, item.substr(dot + 1))};
 }
 
-// How the ddf calls the device pin on the net: like the net, but for what the .nxf puts behind the pin's name.
+// What the ddf calls the device pin on the net: like the net, without the suffix that the .nxf adds to the
+// pin's name.
 std::string_view device_pin(const Comparison &comparison, NetIndex index, std::string_view net) {
   const std::uint32_t pin = comparison.external_pins[index];
   const std::string_view name = comparison.netlist.nets[index].name;
@@ -187,7 +188,8 @@ std::string_view device_pin(const Comparison &comparison, NetIndex index, std::s
   return net.ends_with(suffix) ? net.substr(0, net.size() - suffix.size()) : std::string_view{};
 }
 
-// The port first, then the source, then the destinations, in any order: it is that of the ddf's own symbols.
+// The port first, then the source, then the destinations, in any order: the ddf orders them by its own
+// symbols.
 void compare_net(Comparison &comparison, const DdfNet &ddf_net) {
   const Netlist &netlist = comparison.netlist;
   const auto fault = [&](const std::string &text) {
@@ -239,7 +241,7 @@ void find_missing_pins(Comparison &comparison) {
   }
 }
 
-// A net may be left out when it is a rail, or lies within what the ddf leaves out.
+// A net may be left out when it is a rail, or inside what the ddf leaves out.
 void find_missing_nets(Comparison &comparison) {
   const Netlist &netlist = comparison.netlist;
   for (NetIndex n = 0; n < netlist.nets.size(); n++) {

@@ -1,5 +1,5 @@
-// The form of a constraints file whose truth table is not at hand. Which signals its lists name, and which lines older
-// statements have passed on, only the table tells; everything else is fixed.
+// Checks the form of a constraints file without its truth table. Only the table says which signals the lists
+// name and which lines older statements passed on; everything else is fixed.
 #include <algorithm>
 #include <array>
 #include <string>
@@ -15,8 +15,8 @@ namespace cubekit {
 
 namespace {
 
-// A '%' and a letter stand for a text: l a list of signals, n a signal, v one of the section's values, w a word, g a
-// word that begins with no digit, f any text.
+// A '%' and a letter stand for a text: l a list of signals, n a signal, v one of the section's values, w a
+// word, g a word that doesn't begin with a digit, f any text.
 struct Section {
   std::string_view header;
   std::array<std::string_view, 7> lines; // in this order, each once, or any number of them after a '*'
@@ -38,7 +38,7 @@ constexpr auto kSections = std::to_array<Section>({
     {"[LOCATION ASSIGNMENTS]",    {"*%n=pin,%w,-,-;"}, "", true, true},
     {"[symbol/MODULE attribute]", {"*%n=%v;"}, "\nON,GLB\nON,IOC\nON,-\nOFF,GLB\nOFF,IOC\n", true},
     {"[PTSABYPASS]",              {"BYPASS=%l;\n"}},
-    {"[4PTs Bypass]",             {"BYPASS=%l;\n"}}, // in place of the one before
+    {"[4PTs Bypass]",             {"BYPASS=%l;\n"}}, // instead of the one before
     {"[CLK]",                     {"CLK0=%l;", "CLK1=%l;", "CLK2=%l;", "IOCLK0=%l;", "IOCLK1=%l;", "FASTCLK=%l;",
                                    "SLOWCLK=%l;"}, "", true},
     {"[PRESERVE]",                {"PRESERVE=%l;\n"}},
@@ -52,7 +52,7 @@ struct Checker {
   Judgement &judgement;
   std::string_view section{}; // the header
   std::size_t line = 1;
-  bool passed_on = false; // some line may have been: from there on nothing is certain
+  bool passed_on = false; // some line may have been: nothing after it is certain
 };
 
 bool fail(Checker &checker, std::string text) {
@@ -62,7 +62,7 @@ bool fail(Checker &checker, std::string text) {
 
 std::string_view next_line(const Checker &checker) { return checker.left.substr(0, checker.left.find('\n')); }
 
-// Returns the line that is passed over.
+// Returns the line that is skipped.
 std::string_view take_line(Checker &checker) {
   const std::string_view line = next_line(checker);
   checker.left.remove_prefix(line.size() + 1);
@@ -93,7 +93,7 @@ bool is_word(std::string_view text) {
   return std::ranges::all_of(text, [](char c) { return cubenet::class_of(c) == cubenet::CHAR_LEGAL; });
 }
 
-// The names of a list that the netlists don't have: only the table tells whether there are such signals.
+// The names of a list that the netlists don't have: only the table says whether such signals exist.
 void look_up(Checker &checker, std::string_view names, std::string_view separator) {
   for (std::size_t at = 0; at <= names.size();) {
     const std::size_t end = std::min(names.find(separator, at), names.size());
@@ -104,7 +104,7 @@ void look_up(Checker &checker, std::string_view names, std::string_view separato
   }
 }
 
-// Whether the line is one of the pattern. Looks its signals up if so.
+// Whether the line matches the pattern. If so, looks its signals up.
 bool is_line_of(Checker &checker, std::string_view line, std::string_view pattern, const Section &section) {
   std::string_view names;
   for (;;) {
@@ -170,7 +170,7 @@ bool take_section(Checker &checker, const Section &section) {
   return !section.is_closed || take_empty_line(checker);
 }
 
-// The statements of a truth table that make such settings.
+// The truth table statements that lead to such settings.
 std::string statements_of(std::string_view settings) {
   constexpr std::array<std::array<std::string_view, 2>, 5> kKeys{{
       // in the file, in a statement
@@ -180,7 +180,8 @@ std::string statements_of(std::string_view settings) {
       {"Tarvex_GLB_Outputs=", "MAX_GLB_OUT "},
       {"Tarvex_Timing_Analysis=", "TIMING_ANALYZER "},
   }};
-  constexpr std::array<std::string_view, 3> kVoltages{"INPUT ", "OUTPUT ", "BIDI "}; // the file doesn't tell which
+  // The file doesn't say which of these a voltage is for.
+  constexpr std::array<std::string_view, 3> kVoltages{"INPUT ", "OUTPUT ", "BIDI "};
   constexpr std::string_view kPrefix = "Tarvex_", kVoltage = "VOLTAGE ";
   std::string statements;
   std::size_t voltages = 0;
@@ -198,7 +199,7 @@ std::string statements_of(std::string_view settings) {
   return statements;
 }
 
-// Judges the settings by what is written for a truth table that makes them. Fills in the parameters.
+// Compares the settings with what is written for a truth table that leads to them. Fills in the parameters.
 bool check_settings(Checker &checker, std::string_view settings, std::string &parameters) {
   const auto design = read_statements(statements_of(settings.substr(settings.find('\n') + 1)), "");
   if (design == nullptr) return fail(checker, "the settings can't be told in a truth table");

@@ -14,8 +14,8 @@ struct DdfParser {
   DdfNetlist &netlist;
   Finding &error;
   std::size_t line = 1;
-  // Where the next ": " of the line stands, looked for once for all places before it: latches may stand on one long
-  // line.
+  // Where the next ": " of the line is, searched for once for all places before it: one long line may hold
+  // many latches.
   const char *colon = nullptr;
 };
 
@@ -37,7 +37,7 @@ bool expect(DdfParser &parser, std::string_view text) {
   return fail(parser, "'" + std::string(text) + "' must stand here");
 }
 
-// The text up to `stop`, which is passed over; both must stand on the line, and the text must not be empty.
+// The text up to `stop`, which is skipped; both must be on the line, and the text must not be empty.
 bool take(DdfParser &parser, std::string_view stop, std::string_view &text) {
   const std::size_t end = parser.left.find(stop);
   text = parser.left.substr(0, end);
@@ -66,7 +66,7 @@ bool take_ports(DdfParser &parser, std::string_view label, std::vector<std::stri
   return true;
 }
 
-// No name of a signal gets longer, whatever it is renamed to.
+// No signal name is longer, whatever it is renamed to.
 constexpr std::size_t kLongestName = 256;
 
 // No primitive of the library has a longer one, with its width.
@@ -82,17 +82,17 @@ std::size_t distance_to_colon(DdfParser &parser, std::string_view behind) {
   return distance < behind.size() && behind[distance] == ':' ? distance : std::string_view::npos;
 }
 
-// Whether something begins there that ends the name of a latch.
+// Whether something that ends the name of a latch begins there.
 bool begins_behind_latch(DdfParser &parser, std::string_view behind) {
   const std::size_t colon = distance_to_colon(parser, behind);
   if (behind.starts_with("SYM ")) return behind.starts_with("SYM XBIDI1 ") || colon != std::string_view::npos;
   if (colon == std::string_view::npos) return behind.starts_with("ENDSYMBOLS;");
-  // A longer name may go on from here; the one that leaves a known primitive is meant.
+  // A longer name may go on from here; the right one leaves a known primitive.
   std::uint32_t width = 0;
   return colon <= kLongestPrimitive && parse_primitive(behind.substr(0, colon), width) != kMacro;
 }
 
-// XDL2 to XDL4 end at the place where something else begins and a symbol's name has ended.
+// XDL2 to XDL4 end where something else begins and a symbol's name has ended.
 bool take_unended(DdfParser &parser, std::string_view &instance) {
   for (std::size_t end = 1; end < std::min(parser.left.size(), kLongestName); end++) {
     if (parser.left[end - 1] == '\n' || parser.left[end] == '\n') break;

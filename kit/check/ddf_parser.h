@@ -1,5 +1,5 @@
-// Reads ddf netlists, strictly, with the oddities of the format: no semicolon behind a ZDOT, no line end behind XDL2 to
-// XDL4, one pad line and one pin line in the spelling of the other format.
+// Reads ddf netlists, strictly, with the oddities of the format: no semicolon after a ZDOT, no line end after
+// XDL2 to XDL4, one pad line and one pin line in the spelling of the other format.
 #pragma once
 
 #include <functional>
@@ -33,7 +33,8 @@ struct DdfNetlist {
   std::vector<std::string_view> items;
 };
 
-// `is_instance` tells a symbol's name where the format doesn't end it. The netlist holds views into the text.
+// `is_instance` recognizes a symbol's name where the format doesn't mark its end. The netlist holds views
+// into the text.
 [[nodiscard]] bool parse_ddf(std::string_view text, const std::function<bool(std::string_view)> &is_instance,
                              DdfNetlist &netlist, Finding &error);
 

@@ -1,5 +1,5 @@
-// Translates a truth table again and compares every file with what comes of it. The netlist tells with which options
-// that was done; where it doesn't, all that fit are tried.
+// Translates a truth table again and compares every file with the result. The options are those that the
+// netlist shows; where it doesn't, all that fit are tried.
 #include <algorithm>
 #include <array>
 #include <filesystem>
@@ -18,7 +18,7 @@ namespace cubekit {
 
 namespace {
 
-// The line around the place, as far as it can be shown.
+// The line around the place, as much as can be shown.
 std::string line_at(std::string_view text, std::size_t at) {
   constexpr std::size_t kBefore = 40;
   if (at >= text.size()) return "nothing";
@@ -27,7 +27,8 @@ std::string line_at(std::string_view text, std::size_t at) {
   return (first == start ? "" : "...") + quoted(text.substr(first, text.find('\n', at) - first));
 }
 
-// The widest gate of expanded terms. Where one had to be split, that is the limit; else any wider limit does the same.
+// The widest gate of expanded terms. If one had to be split, that is the limit; otherwise any wider limit has
+// the same effect.
 int widest_gate(const TranslationFiles &files, Function function) {
   std::uint32_t width = 2;
   const std::size_t end = std::min<std::size_t>(files.ddf.first_listed, files.netlist.symbols.size());
@@ -116,7 +117,7 @@ bool find_difference(std::optional<std::string_view> text, std::optional<std::st
 
 int compare_with_table(const TranslationFiles &files, const std::string &truth_table, std::ostream &out,
                        std::ostream &errors) {
-  std::optional<std::vector<Difference>> first; // of the options that come first
+  std::optional<std::vector<Difference>> first; // of the options tried first
   std::string messages;
   int status = kYes;
   const bool expand = !has_blocks(files.netlist);

@@ -23,14 +23,14 @@ struct DesignArguments {
 void declare_design(CLI::App &command, DesignArguments &arguments);
 // -i; `use` ends the help.
 void declare_truth_table(CLI::App &command, DesignArguments &arguments, std::string_view use = "");
-// The same and -C: how the table is read
+// -i and -C: how the table is read
 void declare_table(CLI::App &command, DesignArguments &arguments);
 // -p
 void declare_part(CLI::App &command, DesignArguments &arguments);
 // -o; the help says where the output goes without it.
 void declare_output(CLI::App &command, DesignArguments &arguments, std::string_view otherwise = "standard output");
 
-// The truth table that they name.
+// The truth table that these arguments name.
 TableSource table_source(const DesignArguments &arguments, std::string_view netlist_part = {});
 
 } // namespace cubekit

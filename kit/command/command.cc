@@ -35,7 +35,7 @@ int print_help(const std::vector<Registered> &registered, const CLI::App &app, c
   return kMisuse;
 }
 
-// Streams may take memory themselves.
+// Streams may allocate memory.
 [[noreturn]] void end_without_memory(long) {
   constexpr std::string_view kText = "cubekit: there is not enough memory\n";
   cubenet::discard_open_outputs();
@@ -49,7 +49,7 @@ void protect_streams() {
     if (cubenet::FileStatus status; cubenet::file_status(stream, status)) cubenet::protect_from_output(status);
 }
 
-// The status of an action, unless the output was lost.
+// The action's status, unless output was lost.
 int finish(const std::function<int()> &action) {
   const int status = action();
   if (std::cout.flush() || status == kMisuse) return status;

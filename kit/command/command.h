@@ -1,5 +1,5 @@
-// What a sub-command is: its name, its summary for the help texts, and the function that declares its arguments and
-// hands back what to run.
+// What a sub-command is: its name, its summary for the help texts, and the function that declares its
+// arguments and returns the action to run.
 #pragma once
 
 #include <functional>
@@ -15,8 +15,9 @@ class App;
 
 namespace cubekit {
 
-// Declares options and positionals on the sub-command and returns the action, run after parsing; its result is the exit
-// status. Parsed values live in the returned action (for example in a shared_ptr that it captures).
+// Declares options and positionals on the sub-command and returns the action, run after parsing; its result
+// is the exit status. Parsed values live in the returned action (for example in a shared_ptr that it
+// captures).
 using CommandSetup = std::function<int()> (*)(CLI::App &command);
 
 struct Command {

@@ -1,4 +1,4 @@
-// Output of the commands, by the translator's own writer.
+// The commands' output, through the translator's own writer.
 #include "kit/command/output.h"
 
 #include <fcntl.h>
@@ -16,7 +16,7 @@ namespace cubekit {
 
 namespace {
 
-// Lets a stream write into an output file, which tells at its close what was lost.
+// Lets a stream write to an output file, whose close reports what was lost.
 class OutputBuffer final : public std::streambuf {
 public:
   explicit OutputBuffer(cubenet::OutputFile &file) : file_(file) {}

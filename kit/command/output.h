@@ -1,4 +1,4 @@
-// Where the commands leave what they make.
+// Where the commands write their results.
 #pragma once
 
 #include <functional>
@@ -11,9 +11,9 @@ struct OutputFile;
 
 namespace cubekit {
 
-// Lets `write` write to the file, or to standard output when the path is empty. Returns kYes, or kMisuse with the
-// reason on standard error when the command still needs the file, or not all of it could be written: what was there
-// stays then.
+// Runs `write` on the file, or on standard output when the path is empty. Returns kYes, or kMisuse with the
+// reason on standard error when the command still needs the file or not all of it could be written; the old
+// file then stays.
 [[nodiscard]] int write_output(const std::string &path, const std::function<void(cubenet::OutputFile &)> &write);
 [[nodiscard]] int write_output(const std::string &path, const std::function<void(std::ostream &)> &write);
 

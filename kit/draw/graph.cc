@@ -1,4 +1,5 @@
-// Draws a netlist: a node per symbol and per device pin, an edge per driven pin, a box around the symbols of a signal.
+// Draws a netlist: a node per symbol and per device pin, an edge per driven pin, a box around the symbols of
+// a signal.
 #include "kit/draw/graph.h"
 
 #include <algorithm>
@@ -40,7 +41,7 @@ static_assert(rows_stand_by_function());
 
 constexpr std::array<std::string_view, 3> kPinShapes{"shape=cds", "shape=cds, style=bold", "shape=diamond"};
 
-// What the names of a signal's nets and gates have behind the signal's own; each also with a "B" for a complement.
+// The suffixes that a signal's nets and gates add to its name; each also with a "B" for a complement.
 constexpr auto kSuffixes = std::to_array<std::string_view>({
     "1", "2",   "3",   "4",   "5",   "6",   "7",  "8", "9",   "AP",  "AR", "BD", "C",   "CE",
     "D", "DX1", "DX2", "FB",  "GX1", "GX2", "H",  "J", "K",   "LE",  "LH", "OE", "PIN", "PR",
@@ -60,7 +61,7 @@ std::string_view signal_by_name(const Netlist &netlist, const Symbol &symbol) {
   return at != std::string_view::npos && at > 0 && is_suffix(name.substr(at + 1)) ? name.substr(0, at) : name;
 }
 
-// The gates of the planes are numbered, behind a prefix that begins so.
+// The gates of the planes are numbered, after a prefix that begins so.
 bool is_plane_gate(const Symbol &symbol) { return symbol.instance.starts_with("_PL"); }
 
 struct Drawing {
@@ -71,7 +72,7 @@ struct Drawing {
   std::string_view only;                 // the signal whose cone is drawn; empty: all
 };
 
-// Graphviz takes the entities of HTML for the characters they stand for.
+// Graphviz reads HTML entities.
 std::string escape(std::string_view text) {
   std::string escaped;
   for (const char c : escape_html(text)) {
@@ -81,7 +82,7 @@ std::string escape(std::string_view text) {
   return escaped;
 }
 
-// What an SVG of the drawing has to identify a symbol, a device pin or a rail, and what a viewer shows of it.
+// How an SVG of the drawing identifies a symbol, a device pin or a rail, and what a viewer shows of it.
 struct Identity {
   char letter;
   std::size_t index;
@@ -102,7 +103,7 @@ void write_symbol(Drawing &drawing, SymbolIndex index, std::string_view indent) 
                  << kShapes[static_cast<std::size_t>(primitive_of(symbol).function)].attributes << "];\n";
 }
 
-// Symbols of one signal stand together; the signals come as the file brings them.
+// Symbols of one signal are grouped; the signals come in file order.
 void write_clusters(Drawing &drawing) {
   NameIndex clusters;
   std::vector<std::vector<SymbolIndex>> members;
@@ -150,7 +151,7 @@ void begin_edge(const Drawing &drawing, const std::string &from, const std::stri
                  << escape(net.name) << '"';
 }
 
-// The pin's name stands at the end of the edge where the symbol's pins do different things.
+// The edge's end shows the pin's name where the symbol's pins have different functions.
 void write_edge(Drawing &drawing, const std::string &from, const Net &net, const EndPoint &to) {
   if (!drawing.drawn[to.symbol]) return;
   const Pin &pin = drawing.netlist.pins[to.pin];
@@ -194,7 +195,7 @@ void write_net_edges(Drawing &drawing) {
   }
 }
 
-// False when nothing has the signal's name.
+// False when there is no such signal.
 bool choose_cone(Drawing &drawing) {
   const Netlist &netlist = drawing.netlist;
   std::vector<NetIndex> nets;
@@ -221,7 +222,7 @@ std::vector<std::string_view> signals_of_symbols(const Netlist &netlist) {
       signals[*at] = signal_by_name(netlist, symbol);
       continue;
     }
-    // Its readers are behind it in the order, so they have theirs.
+    // Its readers come later in the order, so theirs are already known.
     bool first = true;
     for (const Pin pin : pins_of(netlist, symbol)) {
       if (pin.direction == Direction::IN) continue;

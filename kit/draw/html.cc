@@ -1,4 +1,4 @@
-// Escapes byte by byte but for whole UTF-8 sequences.
+// Escapes byte by byte, except whole UTF-8 sequences.
 #include "kit/draw/html.h"
 
 #include <algorithm>
@@ -12,7 +12,7 @@ namespace {
 struct Range {
   std::uint32_t first, last;
 };
-// Code points beyond ASCII that would not be seen, or would change what is seen around them.
+// Code points beyond ASCII that are invisible or change how others are shown.
 constexpr auto kHidden = std::to_array<Range>({
     {0x80, 0x9F},     // controls
     {0xAD, 0xAD},     // soft hyphen
@@ -38,7 +38,7 @@ bool is_shown(std::uint32_t code) {
          std::ranges::none_of(kHidden, [code](Range range) { return code >= range.first && code <= range.last; });
 }
 
-// The length of the UTF-8 sequence at the front if it is one that is shown; 0 otherwise.
+// The length of the UTF-8 sequence at the front if it is shown as it is; 0 otherwise.
 std::size_t shown_sequence(std::string_view text) {
   const auto byte = [&](std::size_t at) { return static_cast<std::uint32_t>(static_cast<unsigned char>(text[at])); };
   constexpr std::array<std::uint32_t, 5> kLeast{0, 0, 0x80, 0x800, 0x10000};

@@ -1,5 +1,5 @@
-// `cubekit dump`: the debug listing of a design as the translator holds it once the design is checked. The
-// translator's checker works too: the listing shows what it found.
+// `cubekit dump`: the debug listing of a design as the translator has it after the check. The translator's
+// checker runs too: the listing shows what it found.
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>

@@ -18,7 +18,7 @@ struct Writer {
   Flow flow;
 };
 
-// Logic ends here: what comes out is no function of what goes in, or not one that the netlist tells.
+// Logic ends here: the outputs are no function of the inputs, or none that the netlist has.
 bool is_boundary(const Symbol &symbol) {
   switch (primitive_of(symbol).function) {
   case Function::FLIP_FLOP:
@@ -33,7 +33,7 @@ bool is_boundary(const Symbol &symbol) {
 
 bool passes(const Symbol &symbol, const Pin &) { return !is_boundary(symbol); }
 
-// The net's value comes from outside of the model. That of a bidirectional pad's Z0 is the pin's, which is an input.
+// The net's value comes from outside the model. That of a bidirectional pad's Z0 is the pin's, an input.
 bool is_input(const Writer &writer, NetIndex index) {
   const Net &net = writer.netlist.nets[index];
   if (!net.has_source) return !is_constant(net);
@@ -42,7 +42,7 @@ bool is_input(const Writer &writer, NetIndex index) {
   return writer.flow.cut[index] || is_boundary(source);
 }
 
-// An enabled pad's pin is not a value of logic: what enters the pad tells all of it.
+// The pin of a pad with an enable is not a logic value: the pad's inputs say everything.
 bool is_output(const Writer &writer, const ExternalPin &pin) {
   const Net &net = writer.netlist.nets[pin.net];
   if (pin.direction != Direction::OUT || !net.has_source) return false;

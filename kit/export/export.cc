@@ -1,4 +1,4 @@
-// `cubekit export`: one netlist in the form that is asked for.
+// `cubekit export`: one netlist in the requested format.
 #include "kit/export/export.h"
 
 #include <CLI/CLI.hpp>
@@ -30,7 +30,7 @@ void write_verilog_parts(std::ostream &stream, const Netlist &netlist, const std
 // Adds the pins of the table that nothing uses. Returns kYes, or kMisuse with the reason on standard error.
 int add_pins_of_table(const std::string &path, std::vector<DeclaredPin> &pins, Netlist &netlist) {
   std::ostringstream messages;
-  for (const bool case_sensitive : {false, true}) { // the netlist doesn't tell
+  for (const bool case_sensitive : {false, true}) { // the netlist doesn't say
     const TableSource source{path, "", std::string(netlist.part), case_sensitive};
     if (load_pins(source, pins, messages) == kYes && add_unused_pins(pins, netlist)) return kYes;
   }

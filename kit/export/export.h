@@ -1,4 +1,4 @@
-// A netlist in forms that other tools read.
+// Exports a netlist to formats that other tools read.
 #pragma once
 
 #include <functional>
@@ -19,14 +19,14 @@ namespace cubekit {
 // `cubekit export`.
 std::function<int()> setup_export(CLI::App &command);
 
-// Adds an input port, on a net of its own, for each pin that the table declares and the netlist doesn't have, as
-// nothing reads or drives it; each stands where the table declares it. The netlist holds views into the pins. False,
-// with the netlist as it was, when it is not one of that table.
+// Adds an input port, on a net of its own, for each pin that the table declares and the netlist lacks because
+// nothing reads or drives it; ports keep the order of the table. The netlist holds views into the pins.
+// False, with the netlist unchanged, when it doesn't belong to that table.
 [[nodiscard]] bool add_unused_pins(const std::vector<DeclaredPin> &declared, Netlist &netlist);
 
-// Combinational logic as it is. Where it ends, at storage, tristates, macros and ZDOT blocks, what leaves them is an
-// input of the model and what enters them is an output INSTANCE.PIN; a loop of gates is cut at one net, which is an
-// input, and NET..loop is what drives it.
+// Combinational logic as it is. It ends at storage, tristates, macros and ZDOT blocks: their outputs are
+// inputs of the model, their inputs are its outputs INSTANCE.PIN. A loop of gates is cut at one net, which
+// becomes an input, with NET..loop as the function that drives it.
 void write_blif(std::ostream &stream, const Netlist &netlist);
 
 // One module of instances, one per symbol.
@@ -38,8 +38,9 @@ void write_library(std::ostream &stream, const Netlist &netlist);
 // The form that Yosys writes: one cell per symbol, of the library's modules.
 void write_json(std::ostream &stream, const Netlist &netlist);
 
-// How a TABLE symbol's numbered inputs and rows stand in an instance: one vector port A, and two vectors of a bit per
-// row and input, last row and last input first: literals that must be 1, and literals that must be 0.
+// How an instance represents a TABLE symbol's numbered inputs and rows: one vector port A, and two vectors of
+// a bit per row and input, last row and last input first: literals that must be 1, and literals that must be
+// 0.
 struct TableBits {
   std::string ones, zeros;
 };

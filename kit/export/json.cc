@@ -32,7 +32,7 @@ std::string bit_text(const Netlist &netlist, NetIndex index) {
 
 std::string number_text(std::size_t number) { return quote(std::bitset<32>(number).to_string()); }
 
-// Joins what is written between braces.
+// Joins the items written between braces.
 struct List {
   std::ostream &stream;
   std::string_view indent;

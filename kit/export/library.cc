@@ -1,5 +1,5 @@
-// The primitives in Verilog, written from their pins: what an instance computes is said here and nowhere else. Values
-// that are not known stay so: a gate's own rules carry them, and nothing that is not connected takes part.
+// The primitives in Verilog, written from their pins: what an instance computes is defined only here. Unknown
+// values stay unknown: a gate's own rules propagate them, and unconnected pins have no part in them.
 #include <ostream>
 #include <set>
 
@@ -30,7 +30,7 @@ constexpr std::string_view kTristate = "  wire a;\n"
                                        "  buf (a, A0);\n"
                                        "  assign $OUT = OE ? a : 1'bz;\n";
 
-// A row holds where no literal that must be 1 is 0, and none that must be 0 is 1.
+// A row is true where no literal that must be 1 is 0, and none that must be 0 is 1.
 constexpr std::string_view kTable = "  wire [DEPTH-1:0] terms;\n"
                                     "  genvar i;\n"
                                     "  generate\n"
@@ -80,7 +80,7 @@ void write_tristate(std::ostream &stream, std::string_view output) {
   stream << kTristate.substr(0, at) << output << kTristate.substr(at + 4);
 }
 
-// Clear and set act by level: a set that stood behind a clear acts when the clear goes.
+// Clear and set are level-sensitive: a set that a clear has masked acts when the clear goes.
 void write_storage(std::ostream &stream, const PrimitiveRow &primitive) {
   const bool clocked = primitive.function == Function::FLIP_FLOP;
   const bool clear = has(primitive, "CD"), set = has(primitive, "SD");
@@ -124,7 +124,7 @@ void write_body(std::ostream &stream, const Symbol &symbol) {
   }
 }
 
-// What is in a macro is not known here, nor are the terms of a ZDOT.
+// Neither a macro's contents nor a ZDOT's terms are known here.
 void write_macro(std::ostream &stream, const Netlist &netlist, const Symbol &symbol) {
   const char *separator = "";
   std::string outputs;

@@ -1,4 +1,4 @@
-// Ports for pins that the netlist doesn't tell of.
+// Ports for pins that are not in the netlist.
 #include <algorithm>
 #include <utility>
 
@@ -8,7 +8,7 @@ namespace cubekit {
 
 namespace {
 
-// Names only change by what is put in front of them.
+// Names only change by added prefixes.
 bool is_of_table(const std::vector<DeclaredPin> &declared, const Netlist &netlist) {
   std::size_t next = 0;
   for (const DeclaredPin &pin : declared) {
@@ -35,7 +35,7 @@ bool add_unused_pins(const std::vector<DeclaredPin> &declared, Netlist &netlist)
       netlist.nets.emplace_back().external = true;
     }
   }
-  netlist.external_by_pin = {}; // the places are others now
+  netlist.external_by_pin = {}; // the places have changed
   for (std::uint32_t i = 0; i < netlist.external_pins.size(); i++)
     add_name(netlist.external_by_pin, netlist.external_pins[i].pin, i);
   return true;

@@ -50,8 +50,8 @@ void write_nets(Writer &writer, const PortNames &names) {
   writer.stream << '\n';
 }
 
-// The rows of the table, a line each where there are more than one. The first row comes last, as the bits of a vector
-// do.
+// The rows of the table, a line each where there are several. The first row comes last, like the bits of a
+// vector.
 void write_vector(Writer &writer, std::string_view name, std::string_view bits, std::size_t width) {
   const bool single = bits.size() == width;
   writer.stream << "." << name << (single ? "(" : "({");

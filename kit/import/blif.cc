@@ -1,5 +1,5 @@
-// Reads a BLIF netlist: models of logic (.names), storage (.latch), and other models of the file (.subckt), which are
-// put in the place of their instances.
+// Reads a BLIF netlist: models of logic (.names), storage (.latch), and other models of the file (.subckt),
+// which replace their instances.
 #include <algorithm>
 #include <array>
 #include <unordered_map>
@@ -18,7 +18,7 @@ namespace {
 
 using Words = std::vector<std::string_view>;
 
-// A line with what continues it, or a row of a cover.
+// A line with its continuations, or a row of a cover.
 struct Statement {
   std::size_t line = 0;
   Words words{};
@@ -35,7 +35,7 @@ struct Model {
   Words inputs{}, outputs{}, clocks{};
   std::vector<Statement> logic{}; // .names, .latch, .subckt
   std::string_view instance{};
-  std::uint64_t size = 0; // statements with all that is placed in it; 0: not known yet
+  std::uint64_t size = 0; // statements, including placed models; 0: not known yet
   bool is_open = false;
 };
 
@@ -50,7 +50,7 @@ struct Blif {
   std::size_t lost_values = 0, lost_line = 0; // initial values
 };
 
-// More than a table of any use can hold.
+// More than any useful table can hold.
 constexpr std::uint64_t kMostStatements = 1'000'000;
 
 bool fail(Blif &blif, std::size_t line, std::string text) {
@@ -58,7 +58,8 @@ bool fail(Blif &blif, std::size_t line, std::string text) {
   return false;
 }
 
-// The next line that isn't empty, with the lines that a '\' at its end joins to it. Its number is that of the first.
+// The next line that isn't empty, with the lines that a '\' at its end joins to it. Its number is that of the
+// first.
 class Lines {
 public:
   explicit Lines(std::string_view text) : text_(text) {}
@@ -100,7 +101,7 @@ private:
   std::size_t at_ = 0, line_ = 0;
 };
 
-// Lines that say nothing of what the design computes.
+// Lines that don't affect what the design computes.
 constexpr auto kIgnored = std::to_array<std::string_view>({
     ".area",
     ".attr",
@@ -220,7 +221,7 @@ bool read_models(Blif &blif) {
   return true;
 }
 
-// Models are looked up, and measured with all that they hold, before anything is made.
+// Models are looked up, and their full sizes computed, before anything is built.
 bool measure(Blif &blif, std::size_t index, std::size_t depth) {
   constexpr std::size_t kDeepest = 1000;
   if (blif.models[index].size != 0) return true;

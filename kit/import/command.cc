@@ -23,7 +23,7 @@ struct Arguments {
 struct Kind {
   std::string_view name;
   SourceKind kind;
-  std::string_view extensions; // each behind a '.'
+  std::string_view extensions; // each after a '.'
 };
 // clang-format off
 constexpr auto kKinds = std::to_array<Kind>({

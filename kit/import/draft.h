@@ -1,5 +1,5 @@
-// A design on its way from a source to a truth table: signals, and the equations that drive them as sums of product
-// terms over signals. Readers fill it, the later steps fold equations, choose names, and write the table.
+// A design on its way from a source to a truth table: signals, and the equations that drive them as sums of
+// product terms over signals. Readers fill it; later steps fold equations, choose names and write the table.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,12 @@
 
 namespace cubekit {
 
-// 2 * signal + (1 when the term wants the signal high).
+// 2 * signal + (1 when the term needs the signal high).
 using TermLiteral = std::uint32_t;
 constexpr std::uint32_t signal_of(TermLiteral literal) { return literal >> 1; }
 constexpr bool is_high(TermLiteral literal) { return (literal & 1U) != 0; }
 
-// Product terms, each stored once, in the order of their making. The literals of a term ascend.
+// Product terms, each stored once, in order of creation. The literals of a term ascend.
 struct TermPool {
   std::vector<TermLiteral> literals;
   std::vector<std::size_t> starts{0};                            // of term t: starts[t] to starts[t + 1]
@@ -28,7 +28,7 @@ inline std::size_t term_count(const TermPool &pool) { return pool.starts.size() 
 inline std::span<const TermLiteral> literals_of(const TermPool &pool, std::uint32_t term) {
   return std::span(pool.literals).subspan(pool.starts[term], pool.starts[term + 1] - pool.starts[term]);
 }
-// The term of these literals, which are put in order; kNone when they contradict each other.
+// The term of these literals, which are sorted; kNone when they contradict each other.
 std::uint32_t add_term(TermPool &pool, std::vector<TermLiteral> &literals);
 
 struct Place {
@@ -44,31 +44,31 @@ struct Remark {
 enum class PortKind : std::uint8_t { NONE, IN, OUT, INOUT };
 
 struct DraftSignal {
-  std::string source; // its name there; empty: it has none
+  std::string source; // its name in the source; empty: none
   PortKind port = PortKind::NONE;
   Place place;
   std::vector<std::uint32_t> equations{}; // into Draft::equations; none: an input
-  bool is_used = false;                   // by an output, however far away
+  bool is_used = false;                   // by an output, directly or not
   std::string name{};                     // in the table
 };
 
 struct Equation {
   std::uint32_t signal;
   cubenet::ExtensionCode extension;
-  bool inverted = false; // the terms tell when it is 0
+  bool inverted = false; // the terms say when it is 0
   Place place;
-  std::vector<std::uint32_t> terms{}, free{}; // where it is 1, and where it may be either
+  std::vector<std::uint32_t> terms{}, free{}; // where it is 1, and where it is free
 };
 
 struct Draft {
   std::vector<std::string> files; // the first is the source
-  std::string module;             // the name there
+  std::string module;             // its name in the source
   std::string part;               // of the device; empty: not said
   std::vector<DraftSignal> signals;
   std::vector<Equation> equations;
   TermPool terms;
   bool has_term_order = false; // the order of the terms is the source's
-  std::vector<Remark> remarks; // what the user is told about the result
+  std::vector<Remark> remarks; // notes to the user about the result
 };
 
 std::uint32_t add_signal(Draft &draft, std::string source, PortKind port, Place place);
@@ -80,7 +80,7 @@ void add_product(Draft &draft, Equation &equation, std::vector<TermLiteral> lite
 std::uint32_t find_equation(const Draft &draft, const DraftSignal &signal, cubenet::ExtensionCode extension);
 // A flip-flop or latch.
 bool is_storage(const Draft &draft, const DraftSignal &signal);
-// The signal's value follows from its equation at once: nothing stored, no pad in between.
+// The signal's value follows directly from its equation: no storage, no pad in between.
 bool is_logic(const Draft &draft, const DraftSignal &signal);
 
 // "file:line: text" and a line end.

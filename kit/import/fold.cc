@@ -1,4 +1,5 @@
-// Joins equations: what is a name for another signal's value alone vanishes, and small equations go into their readers.
+// Folds equations: signals that only rename another signal's value vanish, and small equations go into their
+// readers.
 #include <algorithm>
 
 #include "kit/import/import.h"
@@ -13,7 +14,7 @@ namespace {
 using Product = std::vector<TermLiteral>; // ascending
 using Sum = std::vector<Product>;
 
-// Up to this size of a sum, products that others cover are looked for.
+// The largest sum in which products that others cover are looked for.
 constexpr std::size_t kAbsorbed = 256;
 
 template <typename Visit> void for_each_literal(const Draft &draft, const Equation &equation, Visit visit) {
@@ -39,7 +40,7 @@ void mark_used(Draft &draft) {
   }
 }
 
-// Puts signals with logic behind those that they read.
+// Orders signals with logic after those that they read.
 class Sorter {
 public:
   Sorter(const Draft &draft, Remark &fault) : draft_(draft), fault_(fault), states_(draft.signals.size()) {}
@@ -89,7 +90,7 @@ private:
     return true;
   }
 
-  // A pin with an enable must not be made of what stands at it. Loops through more pins than one are left alone: their
+  // A pin with an enable must not depend on its own level. Loops through several pins are accepted: their
   // enables may exclude each other.
   bool check_pad(std::uint32_t pad, std::vector<std::uint32_t> &seen) {
     if (find_equation(draft_, draft_.signals[pad], EXT_OE) == kNone) return true;
@@ -199,7 +200,7 @@ private:
     return draft_.equations[find_equation(draft_, draft_.signals[signal], EXT_NONE)];
   }
 
-  // Each once, in the order of their first reading.
+  // Each once, in the order in which they are first read.
   std::vector<std::uint32_t> signals_of(std::uint32_t equation) {
     std::vector<std::uint32_t> signals;
     for_each_literal(draft_, draft_.equations[equation], [&](TermLiteral literal) {
@@ -211,7 +212,7 @@ private:
     return signals;
   }
 
-  // Where the equation is the value of one inner signal that nothing else reads, it becomes that signal's.
+  // Where the equation is just an inner signal that nothing else reads, it becomes that signal's equation.
   bool take_over(std::uint32_t index) {
     Equation &equation = draft_.equations[index];
     if (equation.terms.size() != 1 || !equation.free.empty()) return false;
@@ -250,7 +251,7 @@ private:
     return true;
   }
 
-  // Puts the inner signal's equation in its place. False when the sum gets more terms than that.
+  // Substitutes the inner signal's equation. False when the sum gets more terms than allowed.
   bool replace(std::uint32_t index, std::uint32_t signal, std::size_t most) {
     const Equation &inner = inner_equation(signal);
     const std::size_t on_the_way = most > kAbsorbed ? most : 4 * most + 16;
@@ -313,7 +314,7 @@ bool fold_equations(Draft &draft, std::size_t flatten, Remark &fault) {
     const DraftSignal &signal = draft.signals[draft.equations[e].signal];
     if (signal.is_used && !is_logic(draft, signal)) folder.fold(e);
   }
-  // What vanished took with it what it alone had read.
+  // Signals that only vanished ones had read are gone too.
   for (DraftSignal &signal : draft.signals) signal.is_used = false;
   mark_used(draft);
   return true;

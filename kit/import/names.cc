@@ -1,6 +1,6 @@
-// Chooses the names of a table. A legal one has certain characters, no digit in front, at most 50 characters with its
-// extension, and is no other signal's; one that looks like a name that the translation makes would have it rename
-// signals.
+// Chooses the names of a table. A legal one has certain characters, no leading digit, at most 50 characters
+// with its extension, and is unique; a name that looks like one the translation generates would make it
+// rename signals.
 #include <algorithm>
 #include <array>
 #include <ostream>
@@ -24,7 +24,7 @@ constexpr bool is_legal(char c) {
          std::string_view("@`!#$%&'*/<>?[\\]_|~").find(c) != std::string_view::npos;
 }
 
-// The endings of names that the translation makes of a signal's.
+// The suffixes of names that the translation derives from a signal's.
 // clang-format off
 constexpr auto kGeneratedSuffixes = std::to_array<std::string_view>({
     "_X1", "_X2", "_DX1", "_DX2", "_GX1", "_GX2", "_TX1", "_TX2", "_D", "_REG", "_T", "_S", "_R", "_J", "_K", "_C",
@@ -35,7 +35,7 @@ constexpr auto kGeneratedSuffixes = std::to_array<std::string_view>({
 });
 // clang-format on
 
-// What stands in front of such an ending: a signal of that name might be renamed. Empty for none.
+// The text before such a suffix: a signal of that name might be renamed. Empty for none.
 std::string_view generated_base(std::string_view name) {
   const std::size_t cut = std::min(name.rfind('_'), name.size());
   return std::ranges::find(kGeneratedSuffixes, name.substr(cut)) == kGeneratedSuffixes.end() ? "" : name.substr(0, cut);
@@ -43,7 +43,7 @@ std::string_view generated_base(std::string_view name) {
 
 std::string folded(std::string_view text) { return upper_case(text); }
 
-// Both ends of a long name tell something.
+// Both ends of a long name carry meaning.
 std::string shorten(const std::string &name, std::size_t longest) {
   if (name.size() <= longest) return name;
   const std::size_t tail = longest / 2;
@@ -65,7 +65,7 @@ public:
     take(signal, name);
   }
 
-  // One that the source has no name for.
+  // A signal without a name in the source.
   void number(DraftSignal &signal) {
     std::string name;
     do name = "n" + std::to_string(++numbered_);
@@ -84,7 +84,7 @@ private:
   static std::string legal_name(const std::string &source) {
     std::string name = source;
     for (char &c : name)
-      if (!is_legal(c)) c = c == '.' ? '/' : '_'; // a '.' stands between an instance and its signal
+      if (!is_legal(c)) c = c == '.' ? '/' : '_'; // a '.' separates an instance from its signal
     const bool is_digit = !name.empty() && name[0] >= '0' && name[0] <= '9';
     const std::string head = folded(name.substr(0, 5));
     if (name.empty() || is_digit || head.starts_with("_PLA") || head == "_RES_") name.insert(0, "n");

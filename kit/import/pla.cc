@@ -1,6 +1,6 @@
-// Reads a two-level table in the common PLA format. What the output part of a term says depends on the type: points may
-// be listed as on (F), off (R) and free (D). What no list has is off when there is no R, on when there is no F, and
-// free when there are both.
+// Reads a two-level table in the common PLA format. What the output part of a term says depends on the type:
+// points may be listed as on (F), off (R) and free (D). Points on no list are off when there is no R, on when
+// there is no F, and free when there are both.
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -130,7 +130,7 @@ bool begin_terms(Reader &reader) {
   return reader.has_terms = true;
 }
 
-// Skips what does not count in terms. False at the end of the text, and where a header line begins.
+// Skips what has no meaning in terms. False at the end of the text, and where a header line begins.
 bool skip_to_term(Reader &reader) {
   for (bool is_line_start = reader.at == 0 || reader.text[reader.at - 1] == '\n'; reader.at < reader.text.size();
        reader.at++) {
@@ -153,7 +153,7 @@ bool read_character(Reader &reader, std::size_t first_line, char &c) {
   return true;
 }
 
-// INPUTS OUTPUTS, a character each; blanks, line ends and '|' don't count.
+// INPUTS OUTPUTS, a character each; blanks, line ends and '|' are ignored.
 bool read_term(Reader &reader) {
   if (!begin_terms(reader)) return false;
   const std::size_t first_line = reader.line;

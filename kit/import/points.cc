@@ -1,4 +1,4 @@
-// Finds the points of a PLA that its terms leave unsaid, as complements of those that they list.
+// Finds the points of a PLA that its terms don't list, as complements of those they do.
 #include "kit/import/points.h"
 
 #include <algorithm>
@@ -14,7 +14,7 @@ namespace {
 
 using List = std::vector<std::uint32_t>;
 
-// Words of cubes that may be handled for a complement: one that is needed, and one that only gives more freedom.
+// The budgets of cube words for a complement: a required one, and one that only adds freedom.
 constexpr std::size_t kNeededBudget = 1'000'000'000, kFreeBudget = 50'000'000;
 
 // The term's literals in a new cube of the cover.
@@ -25,7 +25,7 @@ CubeWord *add_term_cube(const TermPool &pool, std::uint32_t term, Cover &cover) 
   return cube;
 }
 
-// For each of the lists the terms of its complement. False when that takes too much.
+// For each of the lists the terms of its complement. False when that exceeds the budget.
 bool find_complements(Draft &draft, std::size_t inputs, const std::vector<List> &lists, std::size_t budget,
                       std::vector<List> &complements) {
   std::map<List, std::vector<std::size_t>> alike; // many outputs list the same points
@@ -60,7 +60,7 @@ struct Pair {
   std::uint32_t first, second;
 };
 
-// Looks for a point that one list of an output has and another list of it too.
+// Looks for a point that is on two lists of an output.
 class Meeting {
 public:
   Meeting(const Draft &draft, std::size_t inputs, const std::vector<PointLists> &outputs, List PointLists::*first,
@@ -96,7 +96,7 @@ private:
     return std::nullopt;
   }
 
-  // Terms with different literals of an input never meet: most lists fall into small ones that way.
+  // Terms with opposite literals of an input never meet: this splits most lists into small ones.
   std::optional<Pair> find(const List &terms, std::size_t input) const {
     constexpr std::size_t kFew = 32;
     for (; terms.size() > kFew && input < first_.inputs; input++) {

@@ -1,4 +1,4 @@
-// Finds registers whose next value is their own, turned over or not: parts of series 5 have flip-flops for that.
+// Finds registers whose next value is their own, inverted or not: parts of series 5 have flip-flops for that.
 #include <algorithm>
 
 #include "kit/import/import.h"
@@ -13,15 +13,15 @@ namespace {
 
 using Products = std::vector<std::vector<TermLiteral>>;
 
-// Series 5 has a toggle flip-flop with an asynchronous reset or preset, and without a clock enable. Behind synchronous
-// controls it would take a gate more than a D flip-flop.
+// Series 5 has a toggle flip-flop with an asynchronous reset or preset, and without a clock enable. With
+// synchronous controls it would take one more gate than a D flip-flop.
 bool has_toggle_primitive(const Draft &draft, const DraftSignal &signal) {
   const auto has = [&](cubenet::ExtensionCode code) { return find_equation(draft, signal, code) != kNone; };
   return signal.is_used && has(EXT_D) && has(EXT_C) && (has(EXT_AR) || has(EXT_AP)) && !has(EXT_CE) && !has(EXT_SR) &&
          !has(EXT_SP);
 }
 
-// What is left of the terms while the signal has that value.
+// The terms' remainder while the signal has that value.
 Products within(const Draft &draft, const Equation &equation, bool value) {
   Products products;
   for (const std::uint32_t term : equation.terms) {
@@ -38,7 +38,7 @@ Products within(const Draft &draft, const Equation &equation, bool value) {
   return products;
 }
 
-// Everywhere is just one of the two 1.
+// At every point exactly one of the two is 1.
 bool are_complements(const Products &a, const Products &b) {
   std::vector<std::uint32_t> signals;
   for (const Products *side : {&a, &b})
@@ -69,7 +69,7 @@ bool are_complements(const Products &a, const Products &b) {
 } // namespace
 
 void find_toggles(Draft &draft) {
-  constexpr std::size_t kMostTerms = 1000; // of an equation that is looked at
+  constexpr std::size_t kMostTerms = 1000; // of an equation that is examined
   if (cubenet::part_series(draft.part) != 5) return;
   for (const DraftSignal &signal : draft.signals) {
     if (!has_toggle_primitive(draft, signal)) continue;
@@ -77,7 +77,7 @@ void find_toggles(Draft &draft) {
     if (equation.terms.size() > kMostTerms) continue;
     const Products low = within(draft, equation, false);
     if (!are_complements(low, within(draft, equation, true))) continue;
-    equation.extension = EXT_T; // from 0 it turns over where its next value is 1
+    equation.extension = EXT_T; // at 0 it toggles where its next value is 1
     equation.terms.clear();
     for (const auto &product : low) add_product(draft, equation, product);
   }

@@ -16,7 +16,7 @@ namespace {
 struct Extension {
   ExtensionCode code;
   std::string_view text;
-  int group; // of the output list, in which signals stand in their order
+  int group; // of the output list; within a group signals keep their order
 };
 // clang-format off
 constexpr auto kExtensions = std::to_array<Extension>({
@@ -68,7 +68,7 @@ std::vector<std::uint32_t> order_columns(const Draft &draft, const TableLayout &
   std::vector<std::uint32_t> columns;
   for (std::uint32_t s = 0; s < draft.signals.size(); s++)
     if (is_read[s] || draft.signals[s].port == PortKind::IN) columns.push_back(s);
-  // A table without a column is none.
+  // A table needs at least one column.
   if (columns.empty()) columns.push_back(draft.equations[layout.equations[0]].signal);
   return columns;
 }
@@ -101,7 +101,7 @@ void write_lists(std::ostream &stream, const Draft &draft, const TableLayout &la
   stream << '\n';
 }
 
-// Which outputs each row is for, one row behind the other.
+// Which outputs each row is for, row after row.
 struct Marks {
   std::vector<std::size_t> starts;
   std::vector<std::uint32_t> outputs; // 2 * output + (1 when it is free there)
@@ -111,7 +111,7 @@ Marks mark_outputs(const Draft &draft, const TableLayout &layout) {
   Marks marks{std::vector<std::size_t>(term_count(draft.terms) + 1), {}};
   const auto for_each = [&](auto visit) {
     for (std::uint32_t o = 0; o < layout.equations.size(); o++) {
-      // What stands later counts: a point that is both on and free is on.
+      // The later entry wins: a point that is both on and free is on.
       for (const std::uint32_t term : draft.equations[layout.equations[o]].free) visit(term, 2 * o + 1);
       for (const std::uint32_t term : draft.equations[layout.equations[o]].terms) visit(term, 2 * o);
     }
@@ -141,7 +141,7 @@ void write_rows(std::ostream &stream, const Draft &draft, const TableLayout &lay
       row[first_output + marks.outputs[m] / 2] = marks.outputs[m] % 2 == 0 ? '1' : '-';
     stream << row;
   }
-  if (layout.rows.empty()) stream << blank; // a table has terms
+  if (layout.rows.empty()) stream << blank; // a table must have terms
 }
 
 } // namespace

@@ -1,5 +1,5 @@
-// Has Yosys read a design and turn it into registers, tristate buffers and sums of products. What a table can't hold
-// is looked for halfway, where every cell still knows its line.
+// Has Yosys read a design and turn it into registers, tristate buffers and sums of products. What a table
+// can't hold is detected halfway, while every cell still knows its source line.
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
@@ -15,16 +15,16 @@ namespace {
 
 using nlohmann::ordered_json;
 
-// One module without hierarchy, whose tristate buffers all drive ports. Whatever simplifies takes a 'z' for a value of
-// no interest: buffers are made first of all, and once more where only some bits of a choice are 'z', which needs
-// choices taken apart. How that went is written down in between.
+// One module without hierarchy, whose tristate buffers all drive ports. Every simplification treats a 'z' as
+// a don't-care: buffers are made first, and again where only some bits of a choice are 'z', which needs
+// choices taken apart. The state is written out in between.
 constexpr std::string_view kToBuffers =
     "; proc_clean; proc_rmdead; proc_prune; proc_init; proc_arst; proc_rom; proc_mux; tribuf; "
     "proc_dlatch; proc_dff; proc_memwr; proc_clean; flatten; "
     "pmuxtree; simplemap t:$pos; opt_clean; simplemap t:$mux t:$tribuf; tribuf; write_json ";
 constexpr std::string_view kToMemories = "; tribuf -logic; check; opt; memory -nomap; chformal -remove; write_json ";
 
-// Register and latch cells are those that yosys_json.cc knows; Yosys makes all others of them.
+// Register and latch cells are those that yosys_json.cc knows; Yosys maps all others to them.
 constexpr std::string_view kSecondHalf =
     "memory_map; opt -full; techmap; opt; "
     "dfflegalize -cell $_DFF_?_ 01 -cell $_DFFE_??_ 01 -cell $_DFF_???_ 01 -cell $_DFFE_????_ 01 "
@@ -38,7 +38,7 @@ bool fail(Remark &fault, std::string text) {
 
 std::string quoted_path(const std::filesystem::path &path) { return '"' + path.string() + '"'; }
 
-// Yosys writes no empty file.
+// Yosys doesn't write empty files.
 bool read_json(const std::filesystem::path &path, std::string &text) {
   Finding ignored;
   return read_temporary(path, text, ignored) && !text.empty();
@@ -92,7 +92,7 @@ bool check_first_half(const std::filesystem::path &directory, const std::string 
   }
 }
 
-// Runs Yosys; what it says goes to `said`.
+// Runs Yosys; its output goes to `said`.
 bool run_script(const std::string &script, const std::vector<std::string> &source, Draft &draft, std::string &said,
                 Remark &fault) {
   std::vector<std::string> words{"yosys", "-q", "-p", script};

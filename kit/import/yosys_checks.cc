@@ -1,4 +1,4 @@
-// Looks for what a table can't hold in what Yosys makes of a design, and says of it, on the way.
+// Looks for what a table can't hold, in the design as Yosys has it halfway and in what Yosys prints.
 #include <algorithm>
 #include <charconv>
 #include <nlohmann/json.hpp>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMostMemoryBits = 1024, kMostRomBits = std::size_t{64} << 10;
 
-// What a warning of Yosys speaks of: the name behind "MODULE.".
+// The subject of a Yosys warning: the name after "MODULE.".
 std::string_view name_in(std::string_view line) {
   const std::size_t at = line.find('.');
   std::string_view name = line.substr(at == std::string_view::npos ? line.size() : at + 1);
@@ -22,8 +22,8 @@ std::string_view name_in(std::string_view line) {
   return name.starts_with('\\') ? name.substr(1) : name;
 }
 
-// Reads the findings of the pass `check`: what is driven twice or never. A loop that it sees may be none, for it takes
-// vectors whole; where it is may be of use later.
+// Reads the findings of the pass `check`: what is driven twice or never. A loop that it finds may be none,
+// for it treats vectors as a whole; its place may be of use later.
 class Findings {
 public:
   Findings(const ordered_json &module, Draft &draft) : module_(module), draft_(draft) {}
@@ -99,7 +99,7 @@ struct LineRange {
   std::size_t first, last;
 };
 
-// FILE:LINE.COLUMN-LINE.COLUMN, several with a '|' between them
+// FILE:LINE.COLUMN-LINE.COLUMN, several separated by '|'
 void add_line_ranges(Draft &draft, const ordered_json &item, std::vector<LineRange> &ranges) {
   const std::string source = item.at("attributes").value("src", "");
   for (std::size_t at = 0; at < source.size();) {

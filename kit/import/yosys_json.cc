@@ -1,5 +1,5 @@
-// Reads the module that Yosys leaves: ports, sums of products, registers, latches and tristate buffers, each of one
-// bit. The bits are the signals of the draft.
+// Reads the module that Yosys writes: ports, sums of products, registers, latches and tristate buffers, each
+// of one bit. The bits are the signals of the draft.
 #include "kit/import/yosys_json.h"
 
 #include <algorithm>
@@ -19,7 +19,7 @@ using nlohmann::ordered_json;
 
 namespace {
 
-// The type of a register or latch tells by a letter for each control which level that acts at.
+// The type of a register or latch has a letter per control, for the level at which it acts.
 struct StorageCell {
   std::string_view type;    // up to the letters
   std::string_view letters; // one per place: the pin it is for; 'V': the value after a reset
@@ -34,7 +34,7 @@ constexpr auto kStorageCells = std::to_array<StorageCell>({
     {"$_DFFSR_",    "CSR",  false},
     {"$_DFFSRE_",   "CSRE", false},
     {"$_SDFF_",     "CRV",  true},
-    {"$_SDFFCE_",   "CRVE", true}, // the reset waits for the enable
+    {"$_SDFFCE_",   "CRVE", true}, // the enable gates the reset
     {"$_DLATCH_",   "G",    false}, // G: pin E, the gate
     {"$_DLATCH_",   "GRV",  false},
     {"$_DLATCHSR_", "GSR",  false},
@@ -42,10 +42,10 @@ constexpr auto kStorageCells = std::to_array<StorageCell>({
 // clang-format on
 
 // A bit: a number, or the text of a constant.
-constexpr std::uint32_t kLow = kNone - 1, kHigh = kNone - 2; // signals that are none
+constexpr std::uint32_t kLow = kNone - 1, kHigh = kNone - 2; // no real signals
 
 struct PublicNet {
-  std::size_t depth; // instances in front of its name
+  std::size_t depth; // instances in its name
   Place place;
   std::size_t order;
   std::string name;
@@ -66,8 +66,8 @@ private:
     return false;
   }
 
-  // Bits of a vector are listed as they are written, the left one first. Where ports share a bit, the first of the
-  // inputs, else of the bidirectional ones, is what the others are made of.
+  // Bits of a vector are listed as they are written, the left one first. Where ports share a bit, the first
+  // input, or else the first bidirectional port, drives the others.
   bool read_ports() {
     constexpr std::array kRanks{PortKind::IN, PortKind::INOUT, PortKind::OUT};
     std::array<std::vector<std::pair<std::uint32_t, const ordered_json *>>, kRanks.size()> ports;
@@ -101,7 +101,7 @@ private:
     return nets;
   }
 
-  // A bit of several names takes the one with the fewest instances in front; then the first in the source.
+  // A bit with several names takes the one with the fewest instances in it, then the first in the source.
   bool read_nets() {
     std::vector<PublicNet> nets = public_nets();
     const auto by_place = [](const PublicNet &net) { return std::tuple(net.place.file, net.place.line, net.order); };
@@ -133,7 +133,7 @@ private:
     lost_values_ += known;
   }
 
-  // What only cells name.
+  // Bits that only cells name.
   bool add_unnamed() {
     for (const auto &cell : module_.at("cells"))
       for (const auto &bits : cell.at("connections"))
@@ -145,7 +145,7 @@ private:
 
   static std::uint64_t number(const ordered_json &bit) { return bit.get<std::uint64_t>(); }
 
-  // kLow or kHigh for a constant; one that is not known is low.
+  // kLow or kHigh for a constant; an unknown one is low.
   std::uint32_t signal_of_bit(const ordered_json &bit) const {
     if (!bit.is_number()) return bit.get<std::string>() == "1" ? kHigh : kLow;
     return signals_.at(number(bit));
@@ -197,7 +197,7 @@ private:
                 "a cell of type " + cubekit::quoted(type) + " has no counterpart in a table");
   }
 
-  // TABLE holds two bits for each input of each product, from its end on: it must be 0, it must be 1.
+  // TABLE has two bits for each input of each product, starting from its end: must be 0, must be 1.
   bool read_sop(const ordered_json &cell) {
     std::uint32_t output = 0;
     if (!find_driven(cell, "Y", output)) return false;
@@ -379,7 +379,7 @@ bool read_yosys_json(std::string_view text, Draft &draft, Remark &fault) {
       if (&each == module) draft.module = name;
     return Reader(*module, draft, fault).read();
   } catch (const ordered_json::exception &) {
-    return false; // something isn't there, or is of another kind
+    return false; // something is missing, or of another type
   } catch (const std::out_of_range &) {
     return false;
   }

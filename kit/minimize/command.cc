@@ -40,7 +40,7 @@ Cover read_cover(const cubenet::CubeTable &table) {
   return cover;
 }
 
-// Terms, or those of all outputs together; then literals and driven outputs.
+// Terms, or their sum over all outputs; then literals and driven outputs.
 std::pair<std::size_t, std::size_t> cost_of(const Cover &cover, bool each) {
   std::size_t literals = 0, driven = 0;
   for (std::size_t c = 0; c < cover.size(); c++)
@@ -55,7 +55,8 @@ struct Table {
   Cover on{0, 0}, free{0, 0};
 };
 
-// Reads a text again and compares it with the table: all that is on, and nothing else but what is free.
+// Reads a text again and compares it with the table: it must have all on points, and otherwise only free
+// ones.
 bool is_equal(const std::string &text, const Arguments &arguments, const Table &table) {
   cubenet::CubeTable cubes;
   std::string messages;

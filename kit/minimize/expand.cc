@@ -1,5 +1,5 @@
-// Expansion of cubes against the points that must be 0. A mark stands for a literal that may be dropped (bit 2k of the
-// input words) or an output that may be added (its bit).
+// Expands cubes up to the points that must be 0. A mark stands for a literal that may be dropped (bit 2k of
+// the input words) or an output that may be added (its bit).
 #include <algorithm>
 #include <cstdint>
 #include <numeric>
@@ -10,20 +10,20 @@ namespace cubekit {
 
 namespace {
 
-// A cube that grows. What keeps it apart from a cube that must be 0 is a bar, a set of marks: the literals, as long as
-// one of them is left, and the outputs of that cube, as long as none of them is added. Without output marks the growing
-// cube drives one of them, and the literals alone count.
+// A cube that grows. What keeps it apart from a cube that must be 0 is a bar, a set of marks: the literals,
+// as long as one of them is left, and the outputs of that cube, as long as none of them is added. Without
+// output marks the growing cube drives one of them, and the literals alone count.
 class Growth {
 public:
   Growth(const Cover &cover, std::size_t at, const Problem &problem, Outputs outputs);
 
-  // The marks that a cube has and this one hasn't.
+  // The marks that a cube has and this one lacks.
   void find_missing(Cube cube, Marks &missing) const;
   // Whether some of them can never be raised, and whether all of them can be now.
   bool is_out_of_reach(const Marks &missing) const { return share_mark(missing, fixed_.data()); }
   bool is_possible(const Marks &missing) const;
   void raise(const Marks &marks);
-  // Raises as many of the marks that are left as is possible.
+  // Raises as many of the remaining marks as possible.
   void finish();
   const Marks &cube() const { return cube_; }
 
@@ -42,7 +42,7 @@ private:
 
   std::size_t input_words_;
   Marks cube_, fixed_; // marks that can never be raised
-  Marks bars_;         // one behind the other
+  Marks bars_;         // one after the other
 };
 
 Growth::Growth(const Cover &cover, std::size_t at, const Problem &problem, Outputs outputs)
@@ -82,7 +82,7 @@ void Growth::add_bars(const Problem &problem) {
   }
 }
 
-// Whether the bar stands whatever is raised. When all of it hangs on one mark, that is fixed.
+// Whether the bar holds whatever is raised. When it depends on a single mark, that is fixed.
 bool Growth::stands_for_good(const CubeWord *bar) {
   if (share_mark(literals(bar), fixed_.data())) return true;
   CubeWord outputs = 0, open_outputs = 0;
@@ -96,7 +96,7 @@ bool Growth::stands_for_good(const CubeWord *bar) {
   return true;
 }
 
-// Drops bars until all that are left leave a choice, then raises what none of them has.
+// Drops bars until all that remain leave a choice, then raises the marks that none of them has.
 void Growth::settle() {
   for (Marks before; before != fixed_;) {
     before = fixed_;
@@ -142,7 +142,8 @@ void Growth::raise(const Marks &marks) {
   settle();
 }
 
-// Each bar keeps one of its marks, but all of its outputs if it is to keep them: a set of marks for each of those.
+// Each bar keeps one of its marks, or, if it is to keep outputs, all of them: a set of marks for each of
+// those.
 void Growth::finish() {
   std::vector<Marks> sets;
   Marks raised(cube_.size());
@@ -163,7 +164,8 @@ void Growth::finish() {
   raise(raised);
 }
 
-// Cubes that have little in common with most come first: the others are likely to be contained by then.
+// Cubes that have little in common with most come first: by their turn, the others are likely to be
+// contained.
 std::vector<std::uint32_t> order_for_expansion(const Cover &cover) {
   std::vector<std::size_t> counts(cover.words * 64), weights(cover.size());
   const auto bits = [&](std::size_t c) { return std::span(cover[c], cover.words); };
@@ -182,7 +184,7 @@ struct Candidate {
   Marks missing;
 };
 
-// The cube whose missing marks bring most of the others in, the nearest such; nullptr: none is possible.
+// The cube whose missing marks bring in most of the others, the nearest of equals; nullptr: none is possible.
 const Candidate *find_best(const Growth &growth, const std::vector<Candidate> &candidates) {
   const Candidate *best = nullptr;
   std::ptrdiff_t most = 0;
@@ -202,7 +204,7 @@ const Candidate *find_best(const Growth &growth, const std::vector<Candidate> &c
   return best;
 }
 
-// The mark that most of the candidates miss.
+// The mark that most candidates lack.
 Marks find_frequent(const std::vector<Candidate> &candidates) {
   const std::size_t words = candidates.front().missing.size();
   std::vector<std::size_t> counts(words * 64);
@@ -213,7 +215,7 @@ Marks find_frequent(const std::vector<Candidate> &candidates) {
   return frequent;
 }
 
-// Grows one cube, over as many of the cubes that are left to expand as can be.
+// Grows one cube over as many of the cubes still to be expanded as possible.
 Marks expand_cube(const Cover &cover, std::size_t at, Growth growth, const std::vector<bool> &is_done) {
   std::vector<Candidate> candidates;
   Marks missing(cover.words);

@@ -1,5 +1,5 @@
-// Few marks that hit every set: what is forced or dominated goes first, then the mark that hits most, sets with little
-// choice counting more.
+// Few marks that hit every set: forced and dominated marks go first, then the mark that hits most, where sets
+// with few marks count more.
 #include <algorithm>
 
 #include "kit/minimize/passes.h"
@@ -8,7 +8,7 @@ namespace cubekit {
 
 namespace {
 
-// A set that contains another one is hit with it. The smallest sets come first.
+// A set that contains another is hit along with it. The smallest sets come first.
 void drop_larger_sets(std::vector<Marks> &sets) {
   const auto is_smaller = [](const Marks &a, const Marks &b) { return count_marks(a) < count_marks(b); };
   std::stable_sort(sets.begin(), sets.end(), is_smaller);
@@ -20,13 +20,13 @@ void drop_larger_sets(std::vector<Marks> &sets) {
   sets = std::move(kept);
 }
 
-// A mark whose sets another one hits as well is not needed. True when there was one.
+// A mark whose sets are all hit by another mark is not needed. True when there was one.
 bool drop_dominated_marks(std::vector<Marks> &sets) {
   std::vector<Marks> hits(sets.front().size() * 64, Marks((sets.size() + 63) / 64)); // by each mark
   for (std::size_t s = 0; s < sets.size(); s++)
     for_each_mark(sets[s], [&](std::size_t mark) { set_mark(hits[mark], s); });
   Marks dropped(sets.front().size());
-  for (const Marks &set : sets) { // only marks of one set dominate each other
+  for (const Marks &set : sets) { // only marks in the same set dominate each other
     for_each_mark(set, [&](std::size_t mark) {
       for_each_mark(set, [&](std::size_t other) {
         if (other == mark || has_mark(dropped, mark) || has_mark(dropped, other)) return;

@@ -1,5 +1,5 @@
-// Which cubes, or outputs of cubes, are needed. Of those that others can stand in for, a few are chosen that cover each
-// point that is left.
+// Which cubes, or outputs of cubes, are needed. Of those that others could replace, a few are chosen that
+// cover the remaining points.
 #include <algorithm>
 #include <cstdint>
 #include <set>
@@ -26,8 +26,8 @@ Tagged cofactor(const Tagged &whole, std::size_t input, bool value) {
   return part;
 }
 
-// Splits the function until it is unate: somewhere in such a part only its cubes without literals are left. Adds what
-// they are, for each part where none of them is sure.
+// Splits the function until it is unate: at some point of such a part only its cubes without literals are 1.
+// Adds their tags for each part where none of them is sure.
 void collect_choices(const Tagged &part, const Problem &problem, Marks none, std::set<Marks> &choices) {
   for (std::size_t c = 0; c < part.tags.size(); c++) {
     if (!is_full({part.function[c], part.function.words})) continue;
@@ -44,7 +44,7 @@ void collect_choices(const Tagged &part, const Problem &problem, Marks none, std
   for (const bool value : {false, true}) collect_choices(cofactor(part, input, value), problem, empty, choices);
 }
 
-// Of the cubes in question, none of which is covered by what is sure, those that are to stay.
+// Of the cubes in question, none of which the sure ones cover, those to keep.
 Marks choose(const Cover &sure, const Cover &asked, const Problem &problem) {
   std::set<Marks> choices;
   for (std::size_t c = 0; c < asked.size(); c++) {

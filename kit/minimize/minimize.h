@@ -12,11 +12,11 @@ class App;
 
 namespace cubekit {
 
-// As few cubes as the passes find that are 1 where `on` is, and elsewhere only where `free` is. When `stop` becomes
-// true, what is found until then.
+// As few cubes as the passes find that are 1 where `on` is, and elsewhere only where `free` is. When `stop`
+// becomes true, the best found so far.
 [[nodiscard]] Cover minimize(const Cover &on, const Cover &free, const std::atomic<bool> *stop = nullptr);
 
-// The same of each output by itself; equal cubes of several outputs are one in the end.
+// The same for each output by itself; in the end, equal cubes of several outputs become one.
 [[nodiscard]] Cover minimize_each(const Cover &on, const Cover &free, const std::atomic<bool> *stop = nullptr);
 
 std::function<int()> setup_minimize(CLI::App &command);

@@ -1,4 +1,4 @@
-// Reduction: a cube shrinks to what it covers alone.
+// Reduction: a cube shrinks to what only it covers.
 #include <algorithm>
 #include <cstdint>
 #include <numeric>
@@ -10,8 +10,8 @@ namespace cubekit {
 
 namespace {
 
-// Shrinks the cube to the smallest one around what the others and the free points leave to it; to one that drives
-// nothing when they leave nothing.
+// Shrinks the cube to the smallest one around the points that the others and the free points leave to it; to
+// one that drives nothing when none are left.
 void shrink(Marks &cube, const Cover &others, const Cover &free) {
   Marks shrunk(cube.size());
   Cover near = find_meeting(others, cube.data());
@@ -37,7 +37,7 @@ bool is_left_out(const Cover &cover, Cube cube, const Problem &problem) {
   return false;
 }
 
-// Nearness is that to the largest cube.
+// Nearness is measured to the largest cube.
 std::vector<std::uint32_t> order_for_reduction(const Cover &cover, Order by) {
   std::vector<std::ptrdiff_t> sizes(cover.size());
   for (std::size_t c = 0; c < cover.size(); c++)

@@ -1,4 +1,4 @@
-// Sorts the lines as the reader does: what begins with '#' or '.' is none of the terms, nor is an empty line.
+// Sorts the lines as the reader does: lines that begin with '#' or '.' and empty lines are not terms.
 #include "kit/minimize/table_text.h"
 
 #include <algorithm>
@@ -18,7 +18,7 @@ template <typename Text, typename Visit> void for_each_column(Text &term, std::s
     if (term[at] != ' ' && term[at] != '\t' && term[at] != '|') visit(column++, term[at]);
 }
 
-// Takes what a header line says; true at the end of the table.
+// Reads a header line; true at the end of the table.
 bool read_header(std::string_view line, TableText &table) {
   cubenet::Token keyword, value;
   static_cast<void>(cubenet::next_token(line, keyword));
@@ -30,7 +30,7 @@ bool read_header(std::string_view line, TableText &table) {
   return false;
 }
 
-// As the first of the table's terms, with the columns of the cube.
+// Spelled like the table's first term, with the columns of the cube.
 std::string spell(std::string_view first, const Cover &cover, Cube cube) {
   std::string term(first);
   for_each_column(term, cover.inputs + cover.outputs, [&](std::size_t column, char &c) {

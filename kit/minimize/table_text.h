@@ -1,4 +1,4 @@
-// The terms of a truth table in its text, and the text with other terms.
+// Finds the terms in a truth table's text, and replaces them.
 #pragma once
 
 #include <string>
@@ -16,13 +16,14 @@ struct TableText {
   bool has_free = false;                // `.type fd`: '-' and '2' mark free points
 };
 
-// Finds them in a text that the reader has accepted.
+// For a text that the reader has accepted.
 TableText find_terms(std::string_view text);
 
-// What the terms say is free.
+// The points that the terms mark as free.
 Cover read_free_points(const TableText &table, std::size_t inputs, std::size_t outputs);
 
-// The text with these terms, where the first one stood and spelled as that; all other lines stay, but for the counts.
+// The text with these terms, placed where the first one was and spelled like it; all other lines stay, except
+// for the counts.
 std::string replace_terms(const TableText &table, const Cover &cover);
 
 } // namespace cubekit

@@ -1,5 +1,5 @@
-// The rules of an .nxf netlist beyond its joints: known primitives with the right pins, one driver for every net, and
-// device pins that agree with their nets.
+// The rules of an .nxf netlist beyond its connections: known primitives with the right pins, one driver for
+// every net, and device pins that agree with their nets.
 #include <string>
 #include <utility>
 
@@ -24,7 +24,7 @@ void report(Checker &checker, std::size_t line, std::string text) {
 
 std::string named(const Symbol &symbol) { return shortened(symbol.primitive_text) + ' ' + shortened(symbol.instance); }
 
-// The pins behind the numbered ones, in the order of the primitive's row.
+// The pins after the numbered ones, in the order of the primitive's row.
 bool has_listed_pins(std::span<const Pin> pins, const Symbol &symbol) {
   std::size_t at = symbol.width;
   for (const PinRow &row : primitive_of(symbol).pins) {
@@ -94,7 +94,7 @@ void check_net(Checker &checker, const Net &net) {
 void check_external_pins(Checker &checker) {
   std::vector<std::uint8_t> met(checker.netlist.nets.size());
   for (const ExternalPin &pin : checker.netlist.external_pins) {
-    if (pin.net == kNone) continue; // a fault already
+    if (pin.net == kNone) continue; // already a fault
     const Net &net = checker.netlist.nets[pin.net];
     const std::string text = "pin " + quoted(pin.pin);
     if (std::exchange(met[pin.net], 1) != 0)

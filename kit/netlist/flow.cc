@@ -1,5 +1,5 @@
-// Takes a netlist, gives the order of its symbols and the influences on a net. Loops of gates are latches, so they are
-// no fault here.
+// Finds the order of a netlist's symbols and the influences on a net. Loops of gates are latches, so they are
+// not faults.
 #include "kit/netlist/flow.h"
 
 namespace cubekit {
@@ -15,7 +15,7 @@ struct Walk {
   const Netlist &netlist;
   Passes passes;
   Flow flow{};
-  std::vector<std::uint8_t> states{}; // per symbol: untouched, on the way, done
+  std::vector<std::uint8_t> states{}; // per symbol: untouched, in progress, done
   std::vector<Visit> way{};
 };
 enum State : std::uint8_t { UNTOUCHED, ON_THE_WAY, DONE };
@@ -60,7 +60,7 @@ SymbolIndex find_driver(const Netlist &netlist, NetIndex net_index) {
   if (net_index == kNone) return kNone;
   const Net &net = netlist.nets[net_index];
   if (net.has_source) return net.source.symbol;
-  // The pad stands alone on its net.
+  // The pad is alone on its net.
   if (!net.external || net.destination_count != 1) return kNone;
   const EndPoint &end = netlist.destinations[net.first_destination];
   return netlist.pins[end.pin].direction == Direction::BIDI ? end.symbol : kNone;
@@ -71,7 +71,7 @@ Flow order_symbols(const Netlist &netlist, Passes passes) {
   walk.states.resize(netlist.symbols.size());
   walk.flow.cut.resize(netlist.nets.size());
   walk.flow.order.reserve(netlist.symbols.size());
-  // A walk that comes to a loop from outside meets the loop's output first, and cuts there.
+  // A walk that reaches a loop from outside meets the loop's output first, and cuts there.
   for (const ExternalPin &pin : netlist.external_pins)
     if (pin.direction != Direction::IN) visit(walk, find_driver(netlist, pin.net));
   for (const Symbol &symbol : netlist.symbols)

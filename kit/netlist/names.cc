@@ -1,4 +1,4 @@
-// Maps names into what a format allows.
+// Maps names to those that a format allows.
 #include "kit/netlist/names.h"
 
 #include <algorithm>

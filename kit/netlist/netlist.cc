@@ -32,7 +32,7 @@ bool is_numbered(std::string_view name, std::uint32_t number) {
 std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol_index, std::string_view name) {
   const Symbol &symbol = netlist.symbols[symbol_index];
   const std::span<const Pin> pins = pins_of(netlist, symbol);
-  // Numbered inputs stand at the place that their number tells.
+  // Numbered inputs are at the index of their number.
   std::uint32_t number = 0;
   const char *end = name.data() + name.size();
   if (name.size() > 1 && name[0] == 'A' && std::from_chars(name.data() + 1, end, number).ptr == end &&
@@ -42,7 +42,7 @@ std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol_index, std::st
     const auto found = netlist.macro_pins.find({symbol_index, name});
     return found == netlist.macro_pins.end() ? kNone : found->second;
   }
-  // Other pins stand behind them.
+  // Other pins come after them.
   for (std::uint32_t place = symbol.pin_count - std::min(symbol.pin_count, kFewPins); place < pins.size(); place++)
     if (pins[place].name == name) return symbol.first_pin + place;
   return kNone;

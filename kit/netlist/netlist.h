@@ -1,5 +1,5 @@
-// A netlist as it stands in an .nxf file. All names are views into the file's text, which the record owns, so a Netlist
-// may be moved but not copied.
+// A netlist as an .nxf file has it. All names are views into the file's text, which the record owns, so a
+// Netlist may be moved but not copied.
 #pragma once
 
 #include <cstddef>
@@ -31,7 +31,7 @@ struct Symbol {
   std::string_view primitive_text; // as written, with the width
   const char *rows = nullptr;      // PLA: the text of all rows, one after another; see row_at
   std::uint32_t row_count = 0;
-  std::uint32_t width = 0;                    // numbered inputs: of the name for gates, counted for PLA and ZDOT
+  std::uint32_t width = 0;                    // numbered inputs: gates, by the name; PLA, ZDOT: counted
   std::uint32_t first_pin = 0, pin_count = 0; // in Netlist::pins
   std::uint32_t line = 0;
   PrimitiveIndex primitive = kMacro;
@@ -89,8 +89,8 @@ struct Netlist {
   NameIndex nets_by_name, symbols_by_instance, external_by_pin;
   std::unordered_map<MacroPin, std::uint32_t, MacroPinHash> macro_pins; // into pins
 
-  // Names that lead nowhere and names given twice, met while the file's parts were joined. A netlist that is used for
-  // anything but judging it has none.
+  // Names that lead nowhere and names given twice, found while joining the file's parts. Only a netlist that
+  // is being checked may have any.
   std::vector<Finding> faults;
 
   Netlist() = default;
@@ -98,7 +98,8 @@ struct Netlist {
   Netlist &operator=(Netlist &&) = default;
 };
 
-// Splits "AND3" into AND and 3; "FD21" is a name of its own, of width 0. kMacro when the library has no such primitive.
+// Splits "AND3" into AND and 3; "FD21" is a name of its own, of width 0. kMacro when the library has no such
+// primitive.
 PrimitiveIndex parse_primitive(std::string_view text, std::uint32_t &width);
 
 inline const PrimitiveRow &primitive_of(const Symbol &symbol) { return kPrimitives[symbol.primitive]; }
@@ -119,7 +120,7 @@ std::uint32_t find_pin(const Netlist &netlist, SymbolIndex symbol, std::string_v
 // The net on that pin.
 NetIndex net_at(const Netlist &netlist, SymbolIndex symbol, std::string_view pin);
 
-// A symbol's pins up to this number are searched one by one.
+// Up to this many pins of a symbol are searched one by one.
 constexpr std::uint32_t kFewPins = 8;
 
 // "A0", "A1", ...: whether the name is the one of that number.

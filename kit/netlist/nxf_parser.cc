@@ -1,6 +1,6 @@
-// Reads an .nxf file into a Netlist, line by line, then joins by name the two descriptions of its connections: nets
-// name the pins of symbols, and pins name their nets. What a netlist must be beyond its form and its joints (drivers,
-// widths, vocabulary) is judged by the check, not here.
+// Reads an .nxf file into a Netlist, line by line, then joins by name the two descriptions of its
+// connections: nets name the pins of symbols, and pins name their nets. Rules beyond form and connections
+// (drivers, widths, vocabulary) are left to the check.
 #include "kit/netlist/nxf_parser.h"
 
 #include <algorithm>
@@ -21,10 +21,10 @@ struct Parser {
   Finding &error;
   std::string_view left; // of the text
   std::uint32_t line = 1;
-  std::vector<std::string_view> items{};   // what the nets name, one net's after the other's, its source first
-  std::vector<NetIndex> firsts{};          // by net: the first one of its name
-  std::vector<std::string_view> unknown{}; // names of nets that only pins have; pin.net counts on behind the nets
-  cubenet::TextSet<std::string_view> pin_names{}; // few, and close together there
+  std::vector<std::string_view> items{};          // what the nets name, net after net, its source first
+  std::vector<NetIndex> firsts{};                 // by net: the first one of its name
+  std::vector<std::string_view> unknown{};        // nets that only pins name; pin.net continues after nets
+  cubenet::TextSet<std::string_view> pin_names{}; // few, and close together in memory
   std::vector<bool> joined{};                     // by pin: a net has named it
 };
 
@@ -51,7 +51,7 @@ bool expect_line(Parser &parser, std::string_view sought) {
   return true;
 }
 
-// A word ends at a blank or a ';', which stays. False when it is empty or ends otherwise.
+// A word ends at a blank or a ';', which is not consumed. False when it is empty or ends otherwise.
 bool take_word(Parser &parser, std::string_view &word) {
   const std::string_view left = parser.left;
   std::size_t size = 0;
@@ -124,9 +124,10 @@ bool parse_destinations(Parser &parser, Net &net) {
   return net.destination_count > 0 || fail(parser, "a pin must stand here");
 }
 
-// NET name [EXT] [SRC gate.pin] [DST gate.pin ...];  An empty line follows, but not behind an external input net.
+// NET name [EXT] [SRC gate.pin] [DST gate.pin ...];  An empty line follows, except after an external input
+// net.
 bool parse_nets(Parser &parser) {
-  constexpr std::size_t kBytesPerPin = 32; // of text: its item and its own statement
+  constexpr std::size_t kBytesPerPin = 32; // of text: its item and its PIN statement
   std::uint32_t destinations = 0;
   reserve_large(parser.items, parser.left.size() / kBytesPerPin);
   while (skip(parser, "NET ")) {
@@ -184,7 +185,7 @@ bool parse_pins(Parser &parser) {
 }
 
 bool is_row(std::string_view literals) {
-  bool good = true; // looked at once at the end: so the compiler takes many characters at a time
+  bool good = true; // tested once at the end, so that the compiler can vectorize
   for (const char c : literals) good &= c == '0' || c == '1' || c == '-';
   return good;
 }
@@ -216,7 +217,7 @@ bool parse_symbol(Parser &parser) {
   if (!end_statement(parser, "SYM") || !parse_pins(parser)) return false;
   symbol.pin_count = static_cast<std::uint32_t>(netlist.pins.size()) - symbol.first_pin;
   if (!symbol.hard)
-    symbol.primitive = parse_primitive(symbol.primitive_text, symbol.width); // a macro's name may be any
+    symbol.primitive = parse_primitive(symbol.primitive_text, symbol.width); // a macro may have any name
   const PrimitiveRow &row = primitive_of(symbol);
   if (row.numbered && !row.width_in_name) symbol.width = symbol.pin_count == 0 ? 0 : symbol.pin_count - 1;
   if (skip(parser, "\tBEGIN_PLA\n") && !parse_rows(parser, symbol)) return false;
@@ -266,7 +267,7 @@ std::string_view net_name_of(const Parser &parser, const Pin &pin) {
   return pin.net < nets.size() ? nets[pin.net].name : parser.unknown[pin.net - nets.size()];
 }
 
-// The pin that an item of a net names, and that names the net, or one of that name, in turn.
+// The pin that an item of a net names, and that in turn names the net, or one of the same name.
 EndPoint join_item(Parser &parser, NetIndex net_index, std::string_view item) {
   Netlist &netlist = parser.netlist;
   const Net &net = netlist.nets[net_index];

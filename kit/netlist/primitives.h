@@ -1,5 +1,5 @@
-// The vocabulary of the target library: every primitive with its pins in the order in which a netlist lists them, what
-// it computes, and the device series that have it.
+// The vocabulary of the target library: every primitive with its pins in the order in which a netlist lists
+// them, what it computes, and the device series that have it.
 #pragma once
 
 #include <array>
@@ -15,7 +15,7 @@ enum class Function : std::uint8_t {
   OR,
   XOR,       // Z0 is the XOR of A0 and A1, ZN0 the XNOR
   BUFFER,    // one input: BUF, INV
-  TABLE,     // an OR of product terms: PLA (rows in the netlist), ZDOT (rows known to the truth table alone)
+  TABLE,     // an OR of product terms: PLA (rows in the netlist), ZDOT (rows only in the truth table)
   FLIP_FLOP, // at a rising CLK, if EN: Q0 = D0, or Q0 = Q0 xor T0; at any time CD clears, else SD sets
   LATCH,     // Q0 = D0 while G; at any time CD clears, else SD sets
   PAD,       // XTRI1, XBIDI1: an output buffer, enabled by OE
@@ -33,7 +33,7 @@ struct PrimitiveRow {
   std::string_view name;
   Function function;
   bool inverted;                       // the value comes out inverted (on ZN0)
-  bool numbered;                       // begins with input pins A0, A1, ...; `pins` lists only those behind them
+  bool numbered;                       // begins with input pins A0, A1, ...; `pins` lists only the rest
   bool width_in_name;                  // the number of those inputs follows the name: AND3
   std::uint8_t min_series, max_series; // device series that have it: 0, 1, 5, 8
   std::array<PinRow, 7> pins;

@@ -1,5 +1,5 @@
-// `cubekit page`: gathers what there is of a design and writes its page. A design that can't be read or breaks a rule
-// has a page too, which then tells what is wrong.
+// `cubekit page`: gathers what there is of a design and writes its page. A design that can't be read or
+// breaks a rule gets a page too, which says what is wrong.
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
@@ -40,7 +40,7 @@ void gather_design(const DesignArguments &arguments, Sources &sources, PageConte
   contents.cubes = &table.cubes;
   contents.pins = table.design->pin_names;
   contents.nodes = table.design->node_names;
-  std::string fault; // is among the messages of the checker
+  std::string fault; // also among the checker's messages
   const auto make = [&] { return make_meaning(*table.design, table.cubes, contents.meaning, fault); };
   if (!during("making the equations", make)) contents.meaning = {};
   const auto check = [&] { return check_design(*table.design, table.cubes, contents.messages); };

@@ -62,7 +62,7 @@ std::vector<Sum> collect_sums(const PageContents &contents, const PageLimits &li
   return sums;
 }
 
-// The outputs that are printed, those of a signal together, in the order in which the signals come.
+// The outputs to print, those of a signal together, in the order of the signals.
 std::vector<std::size_t> order_outputs(const Design &design, const PageLimits &limits) {
   std::vector<std::size_t> order(std::min(design.OLB.size(), limits.equations));
   std::unordered_map<std::string_view, std::size_t> first;
@@ -91,7 +91,7 @@ std::string term_text(Printer &printer, std::uint32_t term) {
   return text;
 }
 
-// Prints terms until the sum or the page has had enough of them. Returns how many.
+// Prints terms up to the limits of the sum and of the page. Returns how many.
 std::size_t write_terms(Printer &printer, const Sum &sum) {
   std::size_t printed = 0;
   for (const std::uint32_t term : sum.terms) {

@@ -1,4 +1,4 @@
-// The files in kit/page as they are built into the program.
+// The files in kit/page that are built into the program.
 #pragma once
 
 #include <functional>

@@ -1,4 +1,4 @@
-// The messages of a run, gathered by their number: the explanation once, then each text.
+// The messages of a run, grouped by number: the explanation once, then each text.
 #include <algorithm>
 #include <ostream>
 #include <unordered_map>
@@ -11,7 +11,8 @@ namespace cubekit {
 
 namespace {
 
-// "31236 ERROR: text": a line that opens a message. False for any other line, such as "Checking design rules...".
+// "31236 ERROR: text": a line that begins a message. False for any other line, such as "Checking design
+// rules...".
 bool parse_first_line(std::string_view line, Message &message) {
   const std::size_t digits = line.find_first_not_of("0123456789");
   if (digits == 0 || digits > 9 || digits == std::string_view::npos || line[digits] != ' ') return false;
@@ -24,7 +25,7 @@ bool parse_first_line(std::string_view line, Message &message) {
          message.severity == "INTERNAL ERROR";
 }
 
-// A line that goes on has six spaces in front, or seven behind a word that was broken with a '-'.
+// A continuation line begins with six spaces, or seven after a word that was broken with a '-'.
 void join_line(std::string_view line, std::string &text) {
   constexpr std::string_view kBroken = "       ";
   if (line.starts_with(kBroken) && text.ends_with('-')) {
@@ -57,7 +58,7 @@ std::vector<Group> group(const std::vector<Message> &messages) {
   return groups;
 }
 
-// The explanation behind its number: what it means, then a line each for the cause and the remedy.
+// The explanation after its number: the meaning, then a line each for the cause and the remedy.
 void write_explanation(std::ostream &stream, long number) {
   const std::string text = explain(number);
   for (std::size_t at = text.find(": ") + 2, end = 0; !text.empty() && at < text.size(); at = end + 1) {

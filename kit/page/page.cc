@@ -1,5 +1,5 @@
-// Puts a page together: the frame of kit/page around the sections. The page names the checksums of its own style and
-// script in its security policy, so that a browser runs nothing else even if something else got in.
+// Puts a page together: the frame of kit/page around the sections. The page names the checksums of its own
+// style and script in its security policy, so that a browser runs nothing else even if something else got in.
 #include "kit/page/page.h"
 
 #include <algorithm>

@@ -19,8 +19,8 @@ namespace cubekit {
 // `cubekit page`.
 std::function<int()> setup_page(CLI::App &command);
 
-// How much of a large design a page holds, so that it stays one that a browser opens at once. Where something is left
-// out, the page says how much.
+// How much of a large design a page holds, so that a browser opens it quickly. Where something is left out,
+// the page says how much.
 struct PageLimits {
   std::size_t signals = 2000;             // rows of the table of pins, and of that of nodes
   std::size_t equations = 2000;           // output columns
@@ -31,16 +31,16 @@ struct PageLimits {
   std::size_t open_messages = 8;          // more texts of one number are folded
   std::size_t primitives = 500;           // rows of the table of symbols by primitive
   std::size_t picture_symbols = 400;      // symbols and pins of a netlist that is drawn
-  std::size_t picture_connections = 1200; // and its driven symbol pins: what lies above takes Graphviz long
+  std::size_t picture_connections = 1200; // and its driven symbol pins: more takes Graphviz long
 };
 
-// What the page tells of. Only `name` must be there.
+// What the page shows. Only `name` is required.
 struct PageContents {
-  std::string name;               // the design as the command line calls it, without directory
-  const Design *design = nullptr; // as the checker leaves it; nullptr: it can't be read
+  std::string name;               // the design as named on the command line, without directory
+  const Design *design = nullptr; // after the check; nullptr: it can't be read
   const CubeTable *cubes = nullptr;
-  std::vector<std::string> pins, nodes; // as declared, which the design forgets where they aren't used
-  Meaning meaning;                      // without signals when it can't be told
+  std::vector<std::string> pins, nodes; // as declared; the design drops unused ones
+  Meaning meaning;                      // without signals when it can't be derived
   bool legal = false;                   // the checker found no error
   std::string messages;                 // what the reader and the checker printed
   const Netlist *netlist = nullptr;     // nullptr: there is none that is in order
@@ -51,7 +51,7 @@ struct PageContents {
 
 void write_page(std::ostream &stream, const PageContents &contents, const PageLimits &limits = {});
 
-// The parts of a page, each a section of its own.
+// The sections of a page.
 void write_signals(std::ostream &stream, const PageContents &contents, const PageLimits &limits);
 void write_equations(std::ostream &stream, const PageContents &contents, const PageLimits &limits);
 void write_picture(std::ostream &stream, const PageContents &contents);
@@ -61,7 +61,8 @@ void write_statistics(std::ostream &stream, const PageContents &contents, const 
 // Whether Graphviz draws the netlist in a short time.
 bool can_be_drawn(const Netlist &netlist, const PageLimits &limits);
 
-// A drawing of a netlist, as dot made it for draw_svg, as an element of a page. Empty when it isn't whole.
+// A netlist's drawing, as dot made it for draw_svg, as an element of a page. Empty when the drawing is
+// incomplete.
 std::string inline_svg(std::string_view svg, const Netlist &netlist);
 
 struct Message {
@@ -69,7 +70,7 @@ struct Message {
   std::string severity; // "ERROR"
   std::string text;     // on one line
 };
-// The numbered messages of a console text, their wrapped lines joined.
+// The numbered messages in a console text, with wrapped lines joined.
 std::vector<Message> parse_messages(std::string_view console);
 
 } // namespace cubekit

@@ -1,5 +1,5 @@
-// The drawing of a netlist in a page. Graphviz writes ids, classes and names as graph.h gave them, and escapes them;
-// colours and fonts are left to the page's style.
+// The drawing of a netlist in a page. Graphviz writes ids, classes and names as graph.h gave them, and
+// escapes them; colours and fonts are left to the page's style.
 #include <ostream>
 
 #include "kit/draw/html.h"

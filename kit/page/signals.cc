@@ -1,4 +1,4 @@
-// The tables of pins and of nodes: where they are, which way they go and what drives them.
+// The tables of pins and of nodes: their locations, directions and drivers.
 #include <algorithm>
 #include <array>
 #include <ostream>
@@ -16,7 +16,7 @@ using enum cubenet::ExtensionCode;
 namespace {
 
 struct KindRow {
-  ExtensionCode equation; // the first one that the signal has tells its kind
+  ExtensionCode equation; // the first one that the signal has gives its kind
   std::string_view text;
 };
 // clang-format off
@@ -46,7 +46,7 @@ bool is_driven(const SignalRoles &roles) {
          std::ranges::any_of(roles.equations, [](std::uint32_t equation) { return equation != kNone; });
 }
 
-// Per signal: whether something reads the level at the device pin, as far as that may differ from what drives it.
+// Per signal: whether something reads the level at the device pin, where that may differ from what drives it.
 std::vector<bool> find_read_outside(const Meaning &meaning) {
   std::vector<bool> read(meaning.signals.size());
   const auto add = [&](SignalIndex signal, ExtensionCode code) {

@@ -1,5 +1,5 @@
-// Writes each side of the claims as one BLIF model with the variables as inputs, and reads abc's verdict from what it
-// prints: its exit status tells nothing.
+// Writes each side of the claims as one BLIF model with the variables as inputs, and reads abc's verdict from
+// what it prints: its exit status says nothing.
 #include "kit/prove/abc.h"
 
 #include "kit/util/run_program.h"

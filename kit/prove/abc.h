@@ -1,4 +1,4 @@
-// The same claims put to another prover, berkeley-abc, through BLIF files.
+// Puts the same claims to another prover, berkeley-abc, through BLIF files.
 #pragma once
 
 #include <string>
@@ -9,8 +9,8 @@
 
 namespace cubekit {
 
-// True when abc finds both sides of all claims equivalent. Else `error` holds its verdict, or why it could not be
-// asked.
+// True when abc finds both sides of all claims equivalent. Otherwise `error` has its verdict, or why it could
+// not be run.
 [[nodiscard]] bool ask_abc(const Formulas &formulas, const std::vector<Claim> &claims, std::string &error);
 
 } // namespace cubekit

@@ -1,5 +1,5 @@
-// Walks from a net down to nets whose values are known and builds the function on the way back up, without recursion: a
-// netlist may be deeper than any stack.
+// Walks from a net down to nets whose values are known and builds the function on the way back up, without
+// recursion: a netlist may be deeper than any stack.
 #include "kit/prove/circuit.h"
 
 #include <algorithm>
@@ -8,8 +8,8 @@ namespace cubekit {
 
 namespace {
 
-constexpr Literal kBusy = ~1U;   // on the way down: meeting it again is a loop
-constexpr Literal kWithin = ~2U; // inside a tree that was taken as one gate
+constexpr Literal kBusy = ~1U;   // on the way down: reaching it again is a loop
+constexpr Literal kWithin = ~2U; // inside a tree that is treated as one gate
 
 bool is_known(Literal value) { return value < kWithin; }
 
@@ -24,7 +24,7 @@ void set_fault(Circuit &circuit, NetIndex net, const char *what) {
     circuit.fault = std::string(what) + " '" + std::string(circuit.netlist.nets[net].name) + "'";
 }
 
-// A value that nothing else has, so that whatever depends on it is seen to differ.
+// A new variable, so that everything that depends on it differs.
 Literal unknown_value(Circuit &circuit, NetIndex net) {
   return make_variable(circuit.formulas, "net " + std::string(circuit.netlist.nets[net].name));
 }
@@ -60,7 +60,8 @@ void collect_inputs(Circuit &circuit, const Symbol &root, std::vector<NetIndex> 
 Literal table_value(Circuit &circuit, SymbolIndex symbol_index, const std::vector<Literal> &inputs) {
   const Symbol &symbol = circuit.netlist.symbols[symbol_index];
   if (const std::uint32_t output = circuit.zdot_outputs[symbol_index]; output != kNone) {
-    // A ZDOT holds no rows: they are those of its equation, over the columns that the equation uses, in order.
+    // A ZDOT has no rows of its own: they are those of its equation, over the columns that the equation uses,
+    // in order.
     const CubeTable &cubes = *circuit.meaning.cubes;
     std::vector<std::uint8_t> used(cubes.inputs);
     for (std::uint32_t i = circuit.meaning.starts[output]; i < circuit.meaning.starts[output + 1]; i++)

@@ -1,6 +1,6 @@
-// Every value that a reader of the design can name becomes a variable: device inputs, storage elements, equations, pads
-// and macro outputs. Each equation is then one claim over them, each storage element a few claims over its equations,
-// so that no proof has to look further than one signal.
+// Every value that a reader of the design can name becomes a variable: device inputs, storage elements,
+// equations, pads and macro outputs. Each equation is then one claim over them, each storage element a few
+// claims over its equations, so that no proof has to look further than one signal.
 #include "kit/prove/claims.h"
 
 #include <unordered_set>
@@ -23,7 +23,7 @@ struct Collector {
   Claims &claims;
   const Netlist &netlist = circuit.netlist;
   const Meaning &meaning = circuit.meaning;
-  std::vector<SymbolIndex> storage{}; // per signal: flip-flop, latch, or the last gate of a latch made of gates
+  std::vector<SymbolIndex> storage{}; // per signal: flip-flop, latch, or last gate of a latch of gates
   std::vector<SymbolIndex> pads{};    // per signal
   std::vector<SymbolIndex> macros{};  // per instance
 };
@@ -32,7 +32,7 @@ const std::string &name_at(const Collector &collector, SignalIndex signal) {
   return collector.names[static_cast<std::size_t>(signal)];
 }
 
-// As the user knows the signal.
+// The signal's name as the user knows it.
 const std::string &shown(const Collector &collector, SignalIndex signal) {
   return signal_name(*collector.meaning.design, signal);
 }
@@ -57,7 +57,7 @@ Literal new_value(Collector &collector, std::string name, NetIndex net) {
   return value;
 }
 
-// Device inputs, and the values behind pads and tristate buffers.
+// Device inputs, and the values after pads and tristate buffers.
 void place_outside(Collector &collector, SignalIndex signal) {
   const auto at = static_cast<std::size_t>(signal);
   const SymbolIndex pad = collector.pads[at];
@@ -74,8 +74,8 @@ void place_outside(Collector &collector, SignalIndex signal) {
   collector.values.outside[at] = new_value(collector, shown(collector, signal), net);
 }
 
-// The storage element carries the signal's name; a latch made of gates ends in the OR gate N_5. Behind a reset that has
-// to act as a preset the element holds the complement, on net N_QB.
+// The storage element carries the signal's name; a latch made of gates ends in the OR gate N_5. With a reset
+// that has to act as a preset the element stores the complement, on net N_QB.
 void place_storage(Collector &collector, SignalIndex signal) {
   const auto at = static_cast<std::size_t>(signal);
   const std::string &name = name_at(collector, signal);
@@ -94,7 +94,8 @@ void place_storage(Collector &collector, SignalIndex signal) {
   collector.values.storage[at] = invert(new_value(collector, shown(collector, signal) + ".Q", net), complement);
 }
 
-// An equation drives the net that carries its name; a plain one that of the signal, the pin, or the pad's input.
+// An equation drives the net with its name; a plain one drives that of the signal, the pin, or the pad's
+// input.
 NetIndex equation_net(const Collector &collector, std::size_t output) {
   const SignalIndex signal = collector.meaning.outputs[output];
   const std::string &name = name_at(collector, signal), &extension = collector.meaning.design->OB_EXT[output];
@@ -113,7 +114,7 @@ void place_equations(Collector &collector) {
     if (net == kNone) collector.claims.faults.push_back("there is no net for equation '" + shown_name + "'");
     collector.values.equations[o] = new_value(collector, shown_name, net);
     if (net == kNone) continue;
-    // The block itself, or the block in front of the inverter.
+    // The block itself, or the block before the inverter.
     SymbolIndex block = driver_of(collector.netlist, net);
     if (block != kNone && collector.netlist.symbols[block].primitive == find_primitive("INV")) {
       const NetIndex before = net_at(collector.netlist, block, "A0");
@@ -124,7 +125,7 @@ void place_equations(Collector &collector) {
   }
 }
 
-// Of instances that were given one name, all but the first got a number behind it; they stand in order.
+// Of instances with the same name, all but the first got a number as a suffix, in order.
 void place_macros(Collector &collector) {
   std::vector<SymbolIndex> in_order;
   for (SymbolIndex s = 0; s < collector.netlist.symbols.size(); s++)
@@ -167,7 +168,7 @@ bool is_complement(const Collector &collector, std::size_t signal) {
   return is_inverted(collector.values.storage[signal]);
 }
 
-// A reader of N.D where no equation is named so sees what stands at the element's data input.
+// A reader of N.D, where there is no such equation, sees the element's data input.
 void place_data_inputs(Collector &collector) {
   for (std::size_t i = 0; i < collector.storage.size(); i++) {
     const SymbolIndex symbol = collector.storage[i];
@@ -187,7 +188,7 @@ void claim_storage(Collector &collector, std::size_t signal) {
                 is_flip_flop(collector.meaning.signals[signal]), wanted, collector.claims);
 }
 
-// What leaves the signal: at its pin, at its pad, or at the tristate buffer of a node.
+// The signal's output: at its pin, at its pad, or at the tristate buffer of a node.
 void claim_output(Collector &collector, SignalIndex signal) {
   const auto at = static_cast<std::size_t>(signal);
   const SignalRoles &roles = collector.meaning.signals[at];
@@ -233,7 +234,7 @@ void claim_ports(Collector &collector) {
     const SymbolIndex symbol = collector.macros[port.instance];
     const NetIndex net = symbol == kNone ? kNone : net_at(collector.netlist, symbol, port.port);
     const Literal wanted = port_value(collector.meaning, collector.values, port);
-    if (wanted == kUnset) continue; // a net that nothing drives
+    if (wanted == kUnset) continue; // an undriven net
     add_claim(collector, instance + "." + port.port, net == kNone ? kUnset : net_value(collector.circuit, net), wanted,
               net);
   }
@@ -246,7 +247,7 @@ bool is_output(const SignalRoles &roles) {
   return false;
 }
 
-// Pins of the netlist that are no used pins of the design.
+// Pins of the netlist that the design doesn't have or use.
 void find_strange_pins(Collector &collector) {
   NameIndex pins;
   for (std::size_t i = 0; i < collector.names.size(); i++)

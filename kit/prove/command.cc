@@ -20,7 +20,7 @@ namespace {
 struct Arguments : DesignArguments {
   std::string netlist;
   bool abc = false;
-  ImportOptions source; // no path: there is none
+  ImportOptions source; // no path: none
   std::string from, names;
 };
 

@@ -1,5 +1,6 @@
-// Bit-parallel simulation of cones, and SAT where there are too many vectors to try. A block of vectors is one machine
-// word per node times the block's width; SAT sees one clause set per question, linear in the cone.
+// Bit-parallel simulation of cones, and SAT where there are too many vectors to try. A block of vectors is
+// one machine word per node times the block's width; SAT sees one clause set per question, linear in the
+// cone.
 #include "kit/prove/equal.h"
 
 #include <algorithm>
@@ -52,7 +53,7 @@ Word word_of(Decider &decider, Literal literal, std::size_t word) {
   return is_inverted(literal) ? ~value : value;
 }
 
-// Looks for a vector of the simulated block that tells the two apart.
+// Looks for a vector of the simulated block under which the two differ.
 bool find_in_block(Decider &decider, Literal first, Literal second, Difference &difference) {
   for (std::size_t w = 0; w < decider.width; w++) {
     const Word apart = word_of(decider, first, w) ^ word_of(decider, second, w);

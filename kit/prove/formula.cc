@@ -1,5 +1,5 @@
-// Builds functions in canonical form: constants and repeated inputs are folded away, inputs are sorted, and a hash
-// table finds the node that has them already.
+// Builds functions in canonical form: constants and repeated inputs are folded away, inputs are sorted, and a
+// hash table finds an existing node with the same inputs.
 #include "kit/prove/formula.h"
 
 #include <algorithm>
@@ -30,7 +30,7 @@ void grow_table(Formulas &formulas) {
   formulas.table = std::move(larger);
 }
 
-// The node of that kind and those inputs, made when there is none.
+// The node of that kind with those inputs, made if there is none.
 Literal find_or_make(Formulas &formulas, NodeKind kind, std::span<const Literal> inputs) {
   if (formulas.table_used * 2 >= formulas.table.size()) grow_table(formulas);
   const std::size_t mask = formulas.table.size() - 1;
@@ -100,7 +100,7 @@ void find_cone(const Formulas &formulas, std::span<const Literal> roots, Cone &c
   for (const Literal root : roots) visit(root);
   for (std::size_t next = 0; next < cone.nodes.size(); next++)
     for (const Literal input : inputs_of(formulas, formulas.nodes[cone.nodes[next]])) visit(input);
-  std::ranges::sort(cone.nodes); // inputs are older than what is made of them
+  std::ranges::sort(cone.nodes); // inputs are older than nodes made of them
   for (std::uint32_t place = 0; place < cone.nodes.size(); place++) cone.places[cone.nodes[place]] = place + 1;
 }
 

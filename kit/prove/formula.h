@@ -1,6 +1,6 @@
-// Boolean functions as a shared graph: every function is built once, from variables by n-ary AND and by XOR, with
-// inversion on the edges. Equal structure gives the same node, so many equal functions are seen to be equal at once;
-// for the others see equal.h.
+// Boolean functions as a shared graph: every function is built once, from variables by n-ary AND and by XOR,
+// with inversion on the edges. Equal structure gives the same node, so many equal functions are recognized at
+// once; for the others see equal.h.
 #pragma once
 
 #include <cstdint>
@@ -36,7 +36,7 @@ struct Formulas {
 };
 
 Literal make_variable(Formulas &formulas, std::string name);
-// AND and OR take the inputs by a vector that they may rearrange.
+// AND and OR may rearrange the vector of inputs.
 Literal make_and(Formulas &formulas, std::vector<Literal> &inputs);
 Literal make_or(Formulas &formulas, std::vector<Literal> &inputs);
 Literal make_xor(Formulas &formulas, Literal a, Literal b);
@@ -57,7 +57,8 @@ inline std::span<const Literal> inputs_of(const Formulas &formulas, const Node &
                                          : std::span(formulas.inputs).subspan(node.first, node.count);
 }
 
-// The nodes that some roots depend on, inputs before what is made of them. One record serves many cones in turn.
+// The nodes that some roots depend on, inputs before the nodes made of them. One record serves many cones in
+// turn.
 struct Cone {
   std::vector<std::uint32_t> nodes;
   std::vector<std::uint32_t> places; // per node of the graph: its place in `nodes` plus 1; 0: not in the cone

@@ -1,5 +1,5 @@
-// Gathers the roles of a design's signals and builds the functions that a netlist of it must have. Nothing here knows
-// how a netlist is made.
+// Gathers the roles of a design's signals and builds the functions that its netlist must have. Nothing here
+// knows how a netlist is made.
 #include "kit/prove/meaning.h"
 
 #include <algorithm>
@@ -113,16 +113,16 @@ Literal equation_or_pair(Values &values, const SignalRoles &roles, ExtensionCode
 
 bool has_either(const SignalRoles &roles, ExtensionCode a, ExtensionCode b) { return has(roles, a) || has(roles, b); }
 
-// The value that the data inputs ask for, clock enable and synchronous set and reset left aside.
+// The value that the data inputs specify, without clock enable and synchronous set and reset.
 Literal data_value(Values &values, const SignalRoles &roles, Literal storage) {
   Formulas &formulas = values.formulas;
   if (has_either(roles, EXT_D, EXT_DX1)) return equation_or_pair(values, roles, EXT_D, EXT_DX1, EXT_DX2);
-  // The equation of a generic register speaks of the pin.
+  // The equation of a generic register describes the pin.
   if (has_either(roles, EXT_REG, EXT_GX1))
     return invert(equation_or_pair(values, roles, EXT_REG, EXT_GX1, EXT_GX2), roles.inverted);
   if (has_either(roles, EXT_T, EXT_TX1))
     return make_xor(formulas, storage, equation_or_pair(values, roles, EXT_T, EXT_TX1, EXT_TX2));
-  // Set and reset together set.
+  // With both, set wins.
   if (has(roles, EXT_S))
     return make_or(formulas, {equation(values, roles, EXT_S),
                               make_and(formulas, {storage, invert(equation(values, roles, EXT_R))})});
@@ -184,10 +184,10 @@ Literal read_value(const Meaning &meaning, Values &values, SignalIndex signal, E
     if (has_either(roles, EXT_D, EXT_DX1)) return equation_or_pair(values, roles, EXT_D, EXT_DX1, EXT_DX2);
     if (is_registered(roles))
       return values.data_inputs[at] != kUnset ? values.data_inputs[at] : data_value(values, roles, values.storage[at]);
-    break; // of a combinational signal it is the signal
+    break; // for a combinational signal it is the signal
   case EXT_NONE:
   case EXT_PIN: break;
-  default: // a macro may look at any equation
+  default: // a macro may read any equation
     return code <= EXT_PR ? equation(values, roles, code, kUnset) : kUnset;
   }
   return has(roles, EXT_OE) ? values.outside[at] : output_value(meaning, values, signal);

@@ -25,9 +25,9 @@ struct ProofOptions {
   bool case_sensitive = false;                // as the translation had it
   std::optional<int> series{};                // device series; none: of the netlist's part
   bool abc = false;                           // ask berkeley-abc as well
-  std::string_view other = "the truth table"; // what the netlist is held against, in texts
-  int conflicts = -1;                         // of SAT, after which a claim is left to another prover; -1: none is
-  std::size_t shown_differences = 5;          // all are counted, these are told in full
+  std::string_view other = "the truth table"; // what the netlist is compared with, in texts
+  int conflicts = -1;                         // of SAT, before a claim is left to another prover; -1: never
+  std::size_t shown_differences = 5;          // all are counted, this many are shown in full
 };
 
 struct ProofReport {

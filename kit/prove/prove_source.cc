@@ -35,7 +35,7 @@ NewNames import_names(std::string_view text, const ImportOptions &options) {
 int prove_source(std::string_view text, const ImportOptions &options, NewNames names, const Netlist &netlist,
                  ProofOptions proof, ProofReport &report, std::string &fault) {
   proof.other = "the source";
-  proof.conflicts = 10000; // berkeley-abc finds more in common between two alike circuits
+  proof.conflicts = 10000; // berkeley-abc makes better use of similarities between circuits
   report = {};
   if (!run_program({"berkeley-abc", "-q", "quit"}).is_started) {
     fault = "this needs berkeley-abc, which can't be started; Debian has it in the package berkeley-abc\n";
@@ -50,7 +50,7 @@ int prove_source(std::string_view text, const ImportOptions &options, NewNames n
     return kMisuse;
   }
   if (names.empty() && has_unknown_name(source, netlist)) names = import_names(text, options);
-  const Meaning meaning; // the rows of ZDOT blocks are all that a table would add
+  const Meaning meaning; // a table would only add the rows of ZDOT blocks
   Circuit circuit = make_circuit(netlist, meaning, formulas);
   Claims claims;
   std::vector<std::string> lacking;

@@ -1,7 +1,7 @@
-// Reads off the netlist under which name each signal stands in it. Before each of the two netlists of a run is written,
-// names that look like generated ones may get "_RES" in front, and behind that those that meet another name get
-// "_PLA<n>_". Which names those are is not worked out here: of what a signal may have become, that counts which the
-// netlist shows, at the device pin or by the nets of all equations.
+// Finds the name of each signal in the netlist. Before each of the two netlists of a run is written, names
+// that look like generated ones may get the prefix "_RES"; then those that clash with another name get the
+// prefix "_PLA<n>_". The renaming is not recomputed here: of the names that a signal may have got, the one
+// that the netlist shows counts, at the device pin or by the nets of all equations.
 #include "kit/prove/rename.h"
 
 #include <algorithm>
@@ -19,12 +19,12 @@ using enum cubenet::ExtensionCode;
 
 namespace {
 
-// Which numbers stand in front of a guarded name: those given for the first netlist, for the second, for both or none.
+// Which numbers precede a guarded name: those given for the first netlist, for the second, for both or none.
 enum Numbers : std::uint8_t { NEITHER, FIRST, SECOND, BOTH };
 
 struct Numbered {
   std::vector<std::string_view> names;
-  std::array<NameIndex, 4> places; // by Numbers: of a name, by what stands behind the numbers
+  std::array<NameIndex, 4> places; // by Numbers: of a name, by the text after the numbers
 };
 
 struct Reader {
@@ -49,7 +49,7 @@ std::string guarded(const std::string &name, bool case_sensitive) {
   return reserved ? "_RES" + name : name;
 }
 
-// Behind "_PLA<n>_"; empty when the name doesn't begin so.
+// The text after "_PLA<n>_"; empty when the name doesn't begin so.
 std::string_view behind_number(std::string_view name) {
   if (!name.starts_with("_PLA")) return {};
   const std::size_t end = name.find_first_not_of("0123456789", 4);
@@ -84,7 +84,7 @@ std::unordered_set<std::string> macro_nets(const Meaning &meaning) {
   return names;
 }
 
-// False when the netlist has no name that could be another than the design's.
+// False when no name in the netlist can differ from the design's.
 bool read_numbered(Reader &reader) {
   bool any = false;
   const auto look_at = [&](Numbered &numbered, std::string_view name) {
@@ -99,7 +99,7 @@ bool read_numbered(Reader &reader) {
   return any;
 }
 
-// What stands behind a node's name in the names of the nets that it drives.
+// The suffixes of a node's name in the names of the nets that it drives.
 std::vector<std::string> driven_suffixes(const Meaning &meaning, const SignalRoles &roles) {
   std::vector<std::string> suffixes;
   for (const std::uint32_t equation : roles.equations)
@@ -109,7 +109,7 @@ std::vector<std::string> driven_suffixes(const Meaning &meaning, const SignalRol
   return suffixes;
 }
 
-// The signal's name in the netlist, when that shows it with such numbers in front of the text; empty when it does not.
+// The signal's name in the netlist, if it is there with such numbers before the text; empty otherwise.
 std::string find_as(const Reader &reader, std::size_t signal, Numbers numbers, const std::string &text) {
   const Netlist &netlist = reader.netlist;
   if (reader.meaning.signals[signal].pin) {
@@ -128,7 +128,7 @@ std::string find_as(const Reader &reader, std::size_t signal, Numbers numbers, c
   return {};
 }
 
-// A numbered name that a signal of a shorter name makes with a suffix.
+// A numbered name that a signal with a shorter name and a suffix gives.
 bool is_made(const Reader &reader, const std::string &declared, const std::string &name) {
   const std::size_t suffix = std::min(declared.rfind('_'), declared.size());
   const std::uint32_t base = find_name(reader.signals, std::string_view(declared).substr(0, suffix));

@@ -1,5 +1,5 @@
-// Under which names the signals of a design stand in its netlist: names that would meet generated ones are renamed on
-// the way, once before each of the two netlists is written.
+// Which names the signals of a design have in its netlist: names that would clash with generated ones are
+// renamed, once before each of the two netlists is written.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// Settles the claims of a netlist one by one, and tells of each that fails how it fails: the vector, both values, and
+// Decides the claims of a netlist one by one, and reports for each that fails: the vector, both values, and
 // the gates between the vector and the wrong value.
 #include "kit/prove/settle.h"
 

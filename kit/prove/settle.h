@@ -1,4 +1,4 @@
-// Settles claims, and tells of each that fails how it fails.
+// Decides claims, and reports how each one that fails does so.
 #pragma once
 
 #include "kit/prove/claims.h"
@@ -6,8 +6,8 @@
 
 namespace cubekit {
 
-// Fills the report. True when all claims hold that were not given up, and the netlist has no fault and only primitives
-// of its device.
+// Fills the report. True when all claims that were not given up hold, and the netlist has no fault and only
+// primitives of its device.
 [[nodiscard]] bool settle_claims(const Claims &claims, Circuit &circuit, const ProofOptions &options,
                                  ProofReport &report);
 

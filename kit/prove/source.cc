@@ -1,4 +1,4 @@
-// Reads a source: a PLA's points as functions, everything else by way of Yosys.
+// Reads a source: a PLA's points as functions, everything else through Yosys.
 #include "kit/prove/source.h"
 
 #include <iterator>
@@ -14,7 +14,7 @@ namespace cubekit {
 
 namespace {
 
-// What Yosys makes of any design: one kind of flip-flop, one of latch, and inverters and ANDs of two.
+// Yosys reduces every design to one kind of flip-flop, one of latch, inverters and two-input ANDs.
 constexpr const char *kPlainCells = "dfflegalize -cell $_DFFSR_PPP_ 01 -cell $_DLATCHSR_PPP_ 01; simplemap; aigmap";
 
 Literal sum_of(const Draft &draft, Formulas &formulas, const Source &source, const std::vector<std::uint32_t> &terms) {
@@ -41,7 +41,7 @@ bool read_pla_source(std::string_view text, Formulas &formulas, Source &source, 
     const Literal on = sum_of(draft, formulas, source, points.on), off = sum_of(draft, formulas, source, points.off);
     const Literal free = sum_of(draft, formulas, source, points.free);
     const bool has_both = pla.lists.has_on && pla.lists.has_off;
-    // On counts before free, and off before free; what no list has is off, on, or free.
+    // On and off take precedence over free; points on no list are off, on, or free.
     port.value = pla.lists.has_on ? on : invert(make_or(formulas, {off, free}));
     port.care = has_both ? make_or(formulas, {on, off}) : make_or(formulas, {on, off, invert(free)});
     port.value = invert(port.value, !pla.phase.empty() && pla.phase[o] == '0');
@@ -72,8 +72,8 @@ bool is_latch_without_clock(const std::vector<std::string> &words) {
   return words.size() >= 3 && words[0] == ".latch" && (!has_control || words[4] == "NIL");
 }
 
-// Yosys takes no .clock, and no latch without a clock of its own: clocks become inputs, and such latches get theirs.
-// The first model is the top where no other is. Lines stay where they are.
+// Yosys doesn't accept .clock, nor a latch without a clock of its own: clocks become inputs, and such latches
+// get theirs. The first model is the top unless another is named. Line numbers stay the same.
 std::string plain_blif(const std::string &text, ImportOptions &options) {
   ModelClocks clocks;
   for_each_line(text, [&](const std::string &model, const std::string &, const std::vector<std::string> &words) {
@@ -112,7 +112,7 @@ bool read_blif_source(std::string_view text, ImportOptions options, Draft &draft
   return false;
 }
 
-// What BLIF lists both as an input and as an output, Yosys takes for bidirectional.
+// Signals that BLIF lists both as input and as output are bidirectional to Yosys.
 void split_ports(Source &source) {
   for (std::size_t i = 0, count = source.ports.size(); i < count; i++) {
     if (source.ports[i].kind != PortKind::INOUT) continue;

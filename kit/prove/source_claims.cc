@@ -1,5 +1,5 @@
-// Holds a netlist against a source. Pins go by their names, and so does storage; elements without a name that both
-// sides know are told apart by what they do. A pair is never more than a guess: what it leads to is then proved.
+// Compares a netlist with a source. Pins and storage are matched by name; elements without a name that both
+// sides know are matched by behaviour. A pair is only a guess: its consequences are then proved.
 #include <algorithm>
 #include <unordered_map>
 
@@ -11,7 +11,7 @@ namespace cubekit {
 
 namespace {
 
-// A storage element of the netlist, and the register of the source that it is; kNone: not known.
+// A storage element of the netlist, and its register in the source; kNone: not known.
 struct Holder {
   SymbolIndex symbol = kNone;
   NetIndex net = kNone; // its value
@@ -92,18 +92,18 @@ std::vector<Word> simulate(const Formulas &formulas, const std::vector<Word> &va
   return values;
 }
 
-// What stores something, and has no partner: the functions that tell what it does.
+// A storage element without a partner: the functions that describe its behaviour.
 struct Stranger {
   Literal value; // a variable
   std::vector<Literal> functions;
   std::uint32_t index; // into Source::registers or the holders
   bool is_source;
-  Word kind; // strangers of one kind could be the same so far
+  Word kind; // strangers of one kind may still be the same
 };
 
-// Refines the kinds by simulation until that tells no more of them apart.
+// Refines the kinds by simulation until it distinguishes no more of them.
 void tell_apart(const Formulas &formulas, std::vector<Stranger> &strangers) {
-  constexpr int kRounds = 8; // that tell nothing new
+  constexpr int kRounds = 8; // without a new distinction
   std::size_t known = 0;
   for (Word round = 1, idle = 0; idle < kRounds; round++) {
     std::vector<Word> variables(formulas.variable_names.size());
@@ -156,7 +156,7 @@ void pair_by_function(const Source &source, Circuit &circuit, const std::vector<
   std::ranges::stable_sort(strangers, {}, &Stranger::kind);
   for (auto first = strangers.begin(); first != strangers.end();) {
     const auto end = std::find_if(first, strangers.end(), [&](const Stranger &s) { return s.kind != first->kind; });
-    auto second = std::find_if(first, end, [](const Stranger &s) { return !s.is_source; }); // they stand behind
+    auto second = std::find_if(first, end, [](const Stranger &s) { return !s.is_source; }); // they come last
     for (auto at = first; second != end && at->is_source; ++at, ++second) holders[second->index].partner = at->index;
     first = end;
   }

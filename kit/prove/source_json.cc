@@ -1,4 +1,4 @@
-// Reads the module that Yosys leaves of a source into functions over its inputs and registers.
+// Reads the module that Yosys makes of a source into functions over its inputs and registers.
 #include <nlohmann/json.hpp>
 #include <unordered_set>
 
@@ -80,7 +80,7 @@ private:
     }
   }
 
-  // What stands at a pin is a value of its own where the design doesn't drive it, or not always.
+  // The level at a pin is a variable of its own where the design doesn't drive it, or not always.
   void gather_ports() {
     for (const auto &[name, port] : module_.at("ports").items()) {
       const auto direction = port.at("direction").get<std::string>();
@@ -88,7 +88,7 @@ private:
       for (std::size_t i = bits.size(); i-- > 0;) {
         SourcePort &added = source_.ports.emplace_back(SourcePort{bit_name(name, port, i)});
         added.kind = direction == "input" ? PortKind::IN : direction == "output" ? PortKind::OUT : PortKind::INOUT;
-        const Bit bit = bits[i].is_number() ? number(bits[i]) : 0; // 0 is none
+        const Bit bit = bits[i].is_number() ? number(bits[i]) : 0; // 0: none
         const bool is_driven =
             !bits[i].is_number() || gates_.contains(bit) || registers_.contains(bit) || buffers_.contains(bit);
         if (added.kind != PortKind::IN) driven_.emplace_back(source_.ports.size() - 1, &bits[i]);
@@ -100,8 +100,8 @@ private:
     }
   }
 
-  // Where ports share a net, the buffer is the first one's, of the bidirectional ones if there are; the others show
-  // what stands there.
+  // Where ports share a net, the buffer belongs to the first bidirectional one, if any, else to the first;
+  // the others show its level.
   void find_owners() {
     for (const PortKind kind : {PortKind::INOUT, PortKind::OUT})
       for (const auto &[port, bit] : driven_)
@@ -118,7 +118,7 @@ private:
 
   Literal value_at(const ordered_json &cell, const char *pin) { return value_of(bit_at(cell, pin)); }
 
-  // One that is not known is low.
+  // An unknown one is low.
   Literal value_of(const ordered_json &bit) {
     if (!bit.is_number()) return bit.get<std::string>() == "1" ? kTrue : kFalse;
     settle(number(bit));
@@ -182,7 +182,7 @@ private:
   std::unordered_map<Bit, const ordered_json *> gates_{}, buffers_{}, registers_{}; // by what they drive
   std::unordered_map<Bit, std::size_t> owners_{};                                   // ports
   std::vector<const ordered_json *> storage_{};                                     // of Source::registers
-  std::vector<std::pair<std::size_t, const ordered_json *>> driven_{};              // ports that aren't inputs
+  std::vector<std::pair<std::size_t, const ordered_json *>> driven_{};              // ports but inputs
   std::unordered_map<Bit, Literal> values_{};
 };
 
@@ -194,7 +194,7 @@ bool read_source_json(std::string_view text, Formulas &formulas, Source &source,
   error.clear();
   try {
     if (module != nullptr) return Reader(*module, formulas, source, error).read();
-  } catch (const ordered_json::exception &) { // something isn't there, or is of another kind
+  } catch (const ordered_json::exception &) { // something is missing, or of another type
   } catch (const std::out_of_range &) {
   }
   error = "yosys gave a design that can't be read";

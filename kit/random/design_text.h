@@ -1,4 +1,4 @@
-// A truth table file in the making, and what a signal may be: the vocabulary shared by the generators of designs.
+// A truth table file being built, and the kinds of signals: what the generators of designs share.
 #pragma once
 
 #include <array>
@@ -36,7 +36,7 @@ struct SignalKind {
   std::array<std::string_view, 2> data; // extensions of its data inputs; the second may be empty
   bool registered;
   bool may_latch;
-  std::array<std::string_view, 2> data_reads; // extensions that read the data input; at most one of them in a design
+  std::array<std::string_view, 2> data_reads; // extensions reading the data input; at most one in a design
 };
 
 // clang-format off

@@ -1,4 +1,5 @@
-// Draws a design: signals with their kinds and names, the references that read them, then terms for every equation.
+// Draws a design: signals with their kinds and names, the references that read them, then terms for every
+// equation.
 #include "kit/random/random_design.h"
 
 #include <algorithm>
@@ -10,7 +11,7 @@ namespace cubekit {
 
 namespace {
 
-// A generator of its own, so that a seed means the same design with every library.
+// A generator of its own, so that a seed gives the same design with every standard library.
 struct Random {
   std::uint64_t state;
 };
@@ -50,7 +51,7 @@ constexpr auto kEndings = std::to_array<std::string_view>({
     "_4", "_5", "_6", "_7", "_8", "_9", "_OE", "_CE", "_LE", "_RE", "_FB", "_H", "_CB", "_DB", "_TB", "_JB", "_KB", "_RB",
     "_SB", "_QB", "_BD", "_d",
 });
-// What the program makes up beside names with endings.
+// Names that the program generates without suffixes.
 constexpr auto kMadeNames = std::to_array<std::string_view>({
     "_PLN_0", "_PLN_1", "_PLN_0_0_0", "_PLI_0", "_PLI_1", "_PLO_0_0_0", "_PLA_AND_0", "_PLA_AND_1", "_PLA_INV_0",
     "_PLA_OR_0_0_0", "inst_2", "loose_H", "loose_H_2",
@@ -88,7 +89,7 @@ Controls draw_controls(Generator &generator, const SignalKind &kind) {
   controls.SP = !latch && chance(random, 30);
   controls.SR = !latch && chance(random, 30);
   if (chance(random, 40)) controls.reset = chance(random, 50) ? "AR" : "RE";
-  // Both at once only where the devices have both.
+  // Both at once only where the device has both.
   if (chance(random, 40) && (controls.reset.empty() || generator.series >= 2))
     controls.preset = chance(random, 50) ? "AP" : "PR";
   return controls;
@@ -120,7 +121,7 @@ void draw_signals(Generator &generator) {
   if (chance(random, 10)) generator.design.pins.push_back("never_used");
 }
 
-// A name for what only macros know, often one that the program makes up for something else.
+// A name that only macros use, often one that the program generates for something else.
 std::string draw_macro_name(Generator &generator, const std::string &usual) {
   Random &random = generator.random;
   if (chance(random, 30)) return usual;
@@ -134,7 +135,8 @@ std::string draw_plain_net(Generator &generator) {
     if (std::string name = draw_macro_name(generator, "loose"); !is_taken(generator, name)) return name;
 }
 
-// A macro that reads two signals and drives one more, or a net that nothing declares. Perhaps another one reads that.
+// A macro that reads two signals and drives one more, or a net that nothing declares. Another macro may read
+// it.
 void draw_macros(Generator &generator) {
   Random &random = generator.random;
   const std::string first = pick(random, generator.signals).name, second = pick(random, generator.signals).name;
@@ -153,7 +155,8 @@ void draw_macros(Generator &generator) {
                          unread);
 }
 
-// The references that read the signals, in legal company: not both the plain name and .PIN, one data input at most.
+// The references that read the signals, in legal combinations: not both the plain name and .PIN, at most one
+// data input.
 void draw_columns(Generator &generator) {
   Random &random = generator.random;
   std::vector<TableEntry> &columns = generator.design.columns;

@@ -1,5 +1,6 @@
-// Walks through all registers and latches that the design rules accept, in a fixed order, and packs them into designs.
-// Each has its own equations, fed from eleven inputs in turn, so that no two of its controls are alike.
+// Walks through all registers and latches that the design rules accept, in a fixed order, and packs them into
+// designs. Each has its own equations, fed from eleven inputs in turn, so that no two of its controls are
+// alike.
 #include "kit/random/design_text.h"
 #include "kit/random/random_design.h"
 
@@ -10,7 +11,7 @@ namespace {
 constexpr std::size_t kInputs = 11; // coprime to the number of equations of most registers
 constexpr std::size_t kRegistersPerDesign = 100;
 
-// Where the register shows itself.
+// Where the register is visible.
 struct Place {
   bool pin, inverted, enabled;
 };
@@ -49,7 +50,7 @@ void start_design(Packer &packer) {
   packer.registers = 0;
 }
 
-// Gives every output its terms, and every column a pin that shows it.
+// Gives every output its terms, and every column a pin to show it on.
 void finish_design(Packer &packer) {
   DesignText &design = packer.design;
   const auto input = [&] { return packer.next_input++ % kInputs; };

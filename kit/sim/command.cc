@@ -57,7 +57,7 @@ void print_values(const VectorReader &reader, const Simulator &simulator) {
   print_columns(reader, driven, shown);
 }
 
-// Tells of each pin the first row that fights with the device over it.
+// Reports for each pin the first row that drives it against the device.
 void tell_contests(const std::string &path, const VectorReader &reader, const Simulator &simulator,
                    std::vector<bool> &told) {
   for (const std::uint32_t pin : contested_pins(simulator)) {
@@ -69,8 +69,8 @@ void tell_contests(const std::string &path, const VectorReader &reader, const Si
   }
 }
 
-// Returns kNo at a row that does not settle, with the reason in the reader's error; kMisuse at a row that can't be
-// read.
+// Returns kNo at a row that does not settle, with the reason in the reader's error; kMisuse at a row that
+// can't be read.
 int step_rows(const std::string &path, VectorReader &reader, Simulator &simulator, WaveWriter *waves) {
   Stage stage("rows simulated", 0, Printing::YES);
   std::vector<bool> told(reader.netlist.external_pins.size());

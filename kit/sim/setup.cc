@@ -1,4 +1,4 @@
-// Makes a simulator of a netlist: cells in flow order, storage apart from them.
+// Makes a simulator from a netlist: cells in flow order, storage separate.
 #include "kit/netlist/flow.h"
 #include "kit/sim/sim.h"
 
@@ -91,7 +91,7 @@ Simulator make_simulator(const Netlist &netlist, Value power_up) {
       add_cell(simulator, index, pins_of_nets);
   }
 
-  // Everything is looked at in the first row.
+  // Everything is evaluated in the first row.
   for (std::uint32_t i = 0; i < simulator.cells.size(); i++) simulator.later_queue.push_back(i);
   for (std::uint32_t i = 0; i < simulator.storages.size(); i++) simulator.storage_queue.push_back(i);
   simulator.cell_waits.assign(simulator.cells.size(), true);

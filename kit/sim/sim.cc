@@ -1,6 +1,6 @@
-// The simulator's step. Cells are swept in their order, so that without loops each is evaluated once; what a loop
-// brings back waits for the next sweep. When no cell waits, the registers and latches whose inputs have changed are
-// looked at, and their changes start the next sweep.
+// The simulator's step. Cells are swept in their order, so that without loops each is evaluated once; what a
+// loop feeds back waits for the next sweep. When no cell waits, the registers and latches whose inputs have
+// changed are evaluated, and their changes start the next sweep.
 #include "kit/sim/sim.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@ namespace cubekit {
 
 namespace {
 
-// A change may run through every loop, and every register, this often before it is held to go round for ever.
+// A change may run through every loop, and every register, this often before it counts as endless.
 constexpr std::size_t kPatience = 4;
 
 constexpr Value invert(Value value) {
@@ -23,7 +23,7 @@ constexpr Value exclusive_or(Value a, Value b) {
   return a == b ? Value::LOW : Value::HIGH;
 }
 
-// Yes, no, or either of the two.
+// Yes, no, or unknown.
 constexpr Value choose(Value condition, Value yes, Value no) {
   if (condition == Value::HIGH) return yes;
   if (condition == Value::LOW) return no;
@@ -65,7 +65,7 @@ void assign(Simulator &simulator, NetIndex net_index, Value value) {
     wait_for_symbol(simulator, simulator.netlist.destinations[net.first_destination + d].symbol);
 }
 
-// AND; OR is the same with 0 and 1 changed over.
+// AND; OR is the same with 0 and 1 swapped.
 Value meet(const Simulator &simulator, const Cell &cell, Value deciding) {
   Value result = invert(deciding);
   for (std::uint32_t i = 0; i < cell.input_count; i++) {
@@ -112,7 +112,7 @@ Value outside_value(const Simulator &simulator, const Cell &cell) {
   return cell.pin == kNone ? Value::OPEN : simulator.outside[cell.pin];
 }
 
-// What stands behind a buffer with an enable: its data, what drives from outside, what both agree on, or nobody knows.
+// The level after a buffer with an enable: its data, the value from outside, what both agree on, or unknown.
 Value drive(const Simulator &simulator, const Cell &cell) {
   const Value enable = enable_value(simulator, cell), outside = outside_value(simulator, cell);
   if (enable == Value::LOW) return outside;
@@ -150,7 +150,7 @@ bool settle_cells(Simulator &simulator) {
       simulator.cell_waits[simulator.current] = false;
       evaluate(simulator, simulator.cells[simulator.current]);
     }
-    // Between sweeps all cells lie ahead of none.
+    // Between sweeps no cell is current.
     simulator.current = kNone;
   }
   return true;
@@ -160,7 +160,7 @@ Value value_at(const Simulator &simulator, NetIndex net, Value without) {
   return net == kNone ? without : as_logic(simulator.values[net]);
 }
 
-// What a clock edge would store, or an open gate lets through.
+// What a clock edge would store, or an open latch lets through.
 Value stored_value(const Storage &storage, Value data, Value enable) {
   const Value next = storage.toggles ? exclusive_or(storage.state, data) : data;
   return choose(enable, next, storage.state);
@@ -188,7 +188,7 @@ void look_at(Simulator &simulator, Storage &storage) {
   storage.state = state;
 }
 
-// All look at the same settled values; their outputs change together.
+// All see the same settled values; their outputs change together.
 void update_storages(Simulator &simulator) {
   std::vector<std::uint32_t> queue;
   queue.swap(simulator.storage_queue);

@@ -1,15 +1,14 @@
-// Steps a netlist over rows of input values. Values are 0, 1, unknown, and open for what nothing drives; gates take
-// open for unknown, and are as sure of their output as their known inputs allow.
+// Steps a netlist over rows of input values. Values are 0, 1, unknown, and open where nothing drives; gates
+// treat open as unknown, and their outputs are known as far as their known inputs allow.
 //
 // In one row all device inputs change at once, then everything settles. Rules of time:
 //   - Gates settle before any register or latch looks at them, so no glitch is ever stored.
-//   - A register takes its data and its enable as they were before what made its clock rise: data that change in the
-//   row
-//     of the clock edge come too late for it. The first row sets levels and makes no edges.
-//   - Clear and set act by level, clear over set. A latch follows while its gate is 1.
+//   - A register samples its data and enable as they were before the change that made its clock rise: data
+//     that changes in the row of the clock edge is too late. The first row sets levels and makes no edges.
+//   - Clear and set are level-sensitive; clear wins. A latch is transparent while its gate is 1.
 //   - A pin that the device and the row both drive is unknown, unless they agree.
 //   - An unknown clock, gate, enable, clear or set leaves a value known only where both possibilities agree.
-// Loops of gates settle like latches do. What does not settle is reported.
+// Loops of gates settle like latches. A row that never settles is reported.
 #pragma once
 
 #include <array>
@@ -34,7 +33,7 @@ std::function<int()> setup_sim(CLI::App &command);
 enum class Value : std::uint8_t { LOW, HIGH, UNKNOWN, OPEN };
 
 constexpr char value_char(Value value) { return "01xz"[static_cast<std::size_t>(value)]; }
-// As a gate's input sees it.
+// The value as a gate's input gets it.
 constexpr Value as_logic(Value value) { return value == Value::OPEN ? Value::UNKNOWN : value; }
 
 // A gate, a pad or a tristate buffer.
@@ -44,7 +43,7 @@ struct Cell {
   NetIndex output = kNone;                        // the value; a pad's: the pin's net
   NetIndex other = kNone;                         // the complement; a bidirectional pad's: the pin, read
   std::uint32_t table = kNone;                    // into Simulator::tables
-  std::uint32_t pin = kNone;                      // into the external pins: where a value may come from outside
+  std::uint32_t pin = kNone;                      // into the external pins: may bring a value from outside
 };
 
 // A PLA's rows as masks of its inputs.
@@ -59,7 +58,7 @@ struct Storage {
   bool latch = false, toggles = false;
   NetIndex data = kNone, clock = kNone, enable = kNone, clear = kNone, set = kNone, output = kNone;
   Value state = Value::LOW;
-  bool started = false; // the values below are of a settled netlist
+  bool started = false; // the values below are those of a settled netlist
   Value data_before = Value::UNKNOWN, clock_before = Value::UNKNOWN, enable_before = Value::UNKNOWN;
 };
 
@@ -72,25 +71,25 @@ struct Simulator {
   std::vector<Storage> storages{};   // registers and latches
   struct Place {
     bool storage;
-    std::uint32_t index; // kNone: the symbol does nothing that is known here (a macro, a ZDOT)
+    std::uint32_t index; // kNone: the symbol's behaviour is unknown (a macro, a ZDOT)
   };
   std::vector<Place> places{};  // per symbol
   std::size_t loops = 0;        // nets at which loops of cells are cut
   std::vector<Value> values{};  // per net
   std::vector<Value> outside{}; // per external pin: what drives it from outside
-  std::vector<std::uint32_t> cell_queue{}, later_queue{}, storage_queue{}; // what is to be looked at, each once
+  std::vector<std::uint32_t> cell_queue{}, later_queue{}, storage_queue{}; // to be evaluated, each once
   std::vector<bool> cell_waits{}, storage_waits{};
-  std::uint32_t current = 0; // the cell at which a sweep is
+  std::uint32_t current = 0; // the cell that a sweep has reached
 };
 
-// `power_up`: what every register and latch holds at the start.
+// `power_up`: the initial value of every register and latch.
 Simulator make_simulator(const Netlist &netlist, Value power_up);
 
-// Applies one row, a value per external pin (of output pins, none is looked at), and lets it settle. False when it does
-// not; `restless` then names some of the nets that keep changing.
+// Applies one row, a value per external pin (those of output pins are ignored), and lets the netlist settle.
+// False when it doesn't; `restless` then names some of the nets that keep changing.
 [[nodiscard]] bool step(Simulator &simulator, std::span<const Value> row, std::string &restless);
 
-// External pins that the device and the row drive to opposite values: they are unknown.
+// External pins that the device and the row drive to opposite values; their value is unknown.
 std::vector<std::uint32_t> contested_pins(const Simulator &simulator);
 
 inline Value pin_value(const Simulator &simulator, std::size_t external_pin) {

@@ -8,7 +8,7 @@
 
 namespace cubekit {
 
-// Ten time units per row. The pins stand in the design's scope, all nets in a scope "nets" within it. Nothing in the
+// Ten time units per row. The pins are in the design's scope, all nets in its scope "nets". Nothing in the
 // file depends on when it was written.
 struct WaveWriter {
   std::ostream &stream;

@@ -15,7 +15,7 @@ bool fail(VectorReader &reader, std::string text) {
   return false;
 }
 
-// The next line that holds something, without its comment.
+// The next line that isn't empty, without its comment.
 bool next_line(VectorReader &reader, std::string &text) {
   while (std::getline(reader.stream, text)) {
     reader.line++;

@@ -5,8 +5,8 @@
 //   0   1     0           a row per step: a value per column, with or without blanks between them
 //   110
 //
-// Values are 0, 1, x (unknown) and - (not driven: a bidirectional pin floats unless the device drives it, an input is
-// unknown). Input pins without a column are not driven. Empty lines are skipped.
+// Values are 0, 1, x (unknown) and - (not driven: a bidirectional pin floats unless the device drives it, an
+// input is unknown). Input pins without a column are not driven. Empty lines are skipped.
 #pragma once
 
 #include <istream>

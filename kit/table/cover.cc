@@ -1,5 +1,5 @@
-// Cubes, and the questions that are answered by splitting a function at an input until nothing is left to split: an
-// input whose literals are all of one kind (unate) needs no split.
+// Cubes, and the questions that are answered by splitting a function at one input after another: an input
+// whose literals are all of one kind (unate) needs no split.
 #include "kit/table/cover.h"
 
 #include <algorithm>
@@ -29,7 +29,7 @@ void add_cubes(Cover &cover, const Cover &more) {
 
 namespace {
 
-// Where literals of each kind stand, one bit at 2k for input k.
+// Where there are literals of each kind, one bit at 2k for input k.
 struct Kinds {
   std::vector<CubeWord> plain, complemented;
 };
@@ -46,7 +46,7 @@ Kinds find_kinds(const Cover &function) {
   return kinds;
 }
 
-// Of the inputs marked in `among`, the one that most cubes have a literal of.
+// Of the inputs in `among`, the one that most cubes have a literal of.
 std::size_t find_frequent_input(const Cover &function, const std::vector<CubeWord> &among) {
   std::vector<std::uint32_t> counts(function.inputs);
   for (std::size_t c = 0; c < function.size(); c++)
@@ -64,7 +64,8 @@ std::size_t find_frequent_input(const Cover &function, const Kinds &kinds, bool 
   return find_frequent_input(function, among);
 }
 
-// A function is 1 everywhere only if it is so where all its unate literals are 0. True when that dropped a cube.
+// A function is 1 everywhere only if it is so where all its unate literals are 0. True when that dropped a
+// cube.
 bool drop_unate_cubes(Cover &function) {
   const Kinds kinds = find_kinds(function);
   std::size_t kept = 0;
@@ -89,7 +90,7 @@ std::size_t count_literals(const Cover &function, Cube cube) {
   return count;
 }
 
-// Whether the cubes are large enough together to fill the space.
+// Whether the cubes together are large enough to fill the space.
 bool may_fill(const Cover &function) {
   double share = 0;
   for (std::size_t c = 0; c < function.size(); c++)
@@ -189,7 +190,7 @@ std::vector<CubeWord> bound_zeros(const Cover &function) {
   if (has_full_cube(function)) return {};
   std::vector<CubeWord> bound(function.words, ~CubeWord{0});
   const std::size_t input = find_binate_input(function);
-  if (input == function.inputs) { // a unate function is 1 wherever a literal is only if the literal alone is a cube
+  if (input == function.inputs) { // unate: 1 wherever a literal is, only if that literal is a cube
     for (std::size_t c = 0; c < function.size(); c++) {
       if (count_literals(function, function[c]) != 1) continue;
       for (std::size_t w = 0; w < function.words; w++) {
@@ -262,7 +263,7 @@ Cover join_outputs(Cover cover) {
 
 namespace {
 
-// The zeros on both sides of an input: a cube that stands on either side needs no literal of it.
+// The zeros on both sides of an input: a cube that is on both sides needs no literal of it.
 Cover join(Cover &low, Cover &high, std::size_t input) {
   sort_cubes(low);
   sort_cubes(high);
@@ -284,7 +285,7 @@ struct Bounds {
   std::size_t *budget;
 };
 
-// False when the work is to be given up.
+// False when the work should be given up.
 bool spend(const Bounds &bounds, std::size_t words) {
   if (bounds.budget != nullptr) *bounds.budget -= std::min(*bounds.budget, words);
   return (bounds.stop == nullptr || !bounds.stop->load(std::memory_order_relaxed)) &&

@@ -1,8 +1,10 @@
-// Sums of products in memory: a cover holds the cubes (product terms) of several outputs over the same inputs.
+// Sums of products in memory: a cover holds the cubes (product terms) of several outputs over the same
+// inputs.
 //
 // A cube is `words` words of 64 bits. Input k owns bits 2k ("may be 0") and 2k+1 ("may be 1") of the first
-// `input_words` words; both set: no literal; never none. Bits of inputs that don't exist are set. Output j owns bit j
-// of the words behind them: the cube drives it. A cover of 0 outputs is one function, whose cubes have inputs alone.
+// `input_words` words; both set: no literal; never neither. Bits of inputs that don't exist are set. Output j
+// owns bit j of the words after them: the cube drives it. A cover of 0 outputs is one function, whose cubes
+// have only inputs.
 #pragma once
 
 #include <algorithm>
@@ -57,10 +59,10 @@ inline bool drives_output(const Cover &cover, Cube cube, std::size_t output) {
 
 // One bit, at 2k, for each input k of the word with a literal.
 inline CubeWord literals_of(CubeWord word) { return (word ^ word >> 1) & kLowBits; }
-// One bit, at 2k, for each input k that the intersection of two cubes leaves no value.
+// One bit, at 2k, for each input k that has no value left in the intersection of two cubes.
 inline CubeWord conflicts_of(CubeWord common) { return ~(common | common >> 1) & kLowBits; }
 
-// Without literals, for the words of a cube's inputs.
+// An input word without literals.
 inline bool is_full(std::span<const CubeWord> inputs) {
   return std::all_of(inputs.begin(), inputs.end(), [](CubeWord word) { return word == ~CubeWord{0}; });
 }
@@ -73,22 +75,24 @@ inline bool is_contained(std::span<const CubeWord> inner, Cube outer) {
 
 // ---- whole covers
 
-// For each output the points that none of its cubes covers; a cube of several outputs stands once. What is given when
-// `stop` becomes true meanwhile is of no use. A complement may be much larger than the cover: with a budget, which
-// counts the words of the cubes on the way, it is given up, and of no use either, when that reaches 0.
+// For each output the points that none of its cubes covers; a cube of several outputs is listed once. The
+// result is useless when `stop` becomes true meanwhile. A complement may be much larger than the cover: a
+// budget counts down the words of the cubes handled; when it reaches 0, the work is given up and the result
+// is useless too.
 [[nodiscard]] Cover complement(const Cover &cover, const std::atomic<bool> *stop = nullptr,
                                std::size_t *budget = nullptr);
 
 // Whether every output is 1 everywhere.
 [[nodiscard]] bool is_tautology(const Cover &cover);
 
-// Whether each output that the cube drives is 1 wherever the cube is. The cube is of a cover of the same shape.
+// Whether each output that the cube drives is 1 wherever the cube is. The cube is of a cover of the same
+// shape.
 [[nodiscard]] bool covers(const Cover &cover, Cube cube);
 
 // Sorted, with equal cubes of several outputs as one.
 [[nodiscard]] Cover join_outputs(Cover cover);
 
-// The cubes that drive an output, as a cover of that alone.
+// The cubes that drive an output, as a cover of only that output.
 [[nodiscard]] Cover take_output(const Cover &cover, std::size_t output);
 
 // The cubes whose inputs have points in common with those of the cube.
@@ -96,20 +100,22 @@ inline bool is_contained(std::span<const CubeWord> inner, Cube outer) {
 
 // ---- single functions (covers of 0 outputs)
 
-// The cubes of an output that meet the cube, without the cube's literals: the output seen from within the cube.
+// The cubes of an output that meet the cube, without the cube's literals: the output seen from within the
+// cube.
 [[nodiscard]] Cover cofactor(const Cover &cover, std::size_t output, Cube cube);
-// Adds what there is of one of the cover's cubes to that.
+// Adds one of the cover's cubes to such a function, if they meet.
 void add_cofactor(const Cover &cover, Cube other, std::size_t output, Cube cube, Cover &function);
 
-// The function where an input has that value.
+// The function with an input fixed at that value.
 [[nodiscard]] Cover cofactor(const Cover &function, std::size_t input, bool value);
 
 [[nodiscard]] bool is_one(Cover function);
 
-// The smallest cube around all points where the function is 0; no words when there are none.
+// The smallest cube around all points where the function is 0; empty when there are none.
 [[nodiscard]] std::vector<CubeWord> bound_zeros(const Cover &function);
 
-// The input that most cubes have a literal of, among those with literals of both kinds; `inputs` when there is none.
+// The input that most cubes have a literal of, among those with literals of both kinds; `inputs` when there
+// is none.
 [[nodiscard]] std::size_t find_binate_input(const Cover &function);
 
 [[nodiscard]] bool has_full_cube(const Cover &function);

@@ -1,4 +1,5 @@
-// Runs the reader and the checker with their messages caught: most commands want them only when something is wrong.
+// Runs the reader and the checker with their messages captured: most commands want them only when something
+// is wrong.
 #include "kit/table/read_design.h"
 
 #include <cerrno>
@@ -66,7 +67,7 @@ bool read_for_part(const TableSource &source, const std::string &part, TruthTabl
   return table.design != nullptr;
 }
 
-// The writer tells no fault of its file, but leaves none then.
+// The writer doesn't report a fault of its file, but then leaves no file.
 bool write_whole_constraints(const std::string &path, const cubenet::Design &design, std::string &messages) {
   cubenet::FileStatus status;
   if (cubenet::write_constraints(path, design) == 0 && cubenet::find_file(path, status)) return true;
@@ -75,7 +76,7 @@ bool write_whole_constraints(const std::string &path, const cubenet::Design &des
 }
 
 bool check_table(TruthTable &table) {
-  table.messages.clear(); // what is said of a legal design is of no interest
+  table.messages.clear(); // messages about a legal design are of no interest
   return during("checking the rules", [&] { return check_design(*table.design, table.cubes, table.messages); });
 }
 
@@ -116,7 +117,7 @@ bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std:
 bool read_table(const TableSource &source, TruthTable &table) {
   const bool done = read_for_part(source, source.part, table);
   if (!source.part.empty() || source.netlist_part.empty()) return done;
-  // The part of the netlist is the one that the table was translated for.
+  // The netlist's part is the one that the table was translated for.
   if (done && table.design->header.part == source.netlist_part) return true;
   return read_for_part(source, source.netlist_part, table);
 }
@@ -132,7 +133,7 @@ int load_pins(const TableSource &source, std::vector<DeclaredPin> &pins, std::os
   TruthTable table;
   int status = read_table(source, table) ? kYes : kMisuse;
   if (status == kYes) {
-    pins.clear(); // the check takes the names of unused ones away
+    pins.clear(); // the check removes the names of unused ones
     for (const std::string &name : table.design->pin_names) pins.push_back({name, false});
     if (!check_table(table)) status = kNo;
   }

@@ -1,4 +1,5 @@
-// The truth table of a design, read by the translator's own reader, judged by its checker and written by its writers.
+// The truth table of a design, read by the translator's own reader, checked by its checker and written by its
+// writers.
 #pragma once
 
 #include <iosfwd>
@@ -12,24 +13,25 @@
 
 namespace cubekit {
 
-// Reads a truth table. nullptr when that fails. `messages` becomes what there is to say of it.
+// Reads a truth table. nullptr when that fails. `messages` becomes what the reader printed.
 std::unique_ptr<cubenet::Design> read_design(const std::string &path, bool case_sensitive, cubenet::CubeTable &cubes,
                                              std::string &messages);
 
-// The same of a text in memory that is called `name`.
+// The same for a text in memory that is called `name`.
 std::unique_ptr<cubenet::Design> read_design_text(std::string_view text, const std::string &name, bool case_sensitive,
                                                   cubenet::CubeTable &cubes, std::string &messages);
 
-// A table of one pin with these statements, for the part of a command line (empty: none). nullptr: they can't be read.
+// A table of one pin with these statements, for the part of a command line (empty: none). nullptr: they can't
+// be read.
 std::unique_ptr<cubenet::Design> read_statements(const std::string &statements, const std::string &part);
 
 // Whether a table may name that part.
 [[nodiscard]] bool is_part(const std::string &name);
 
-// Whether the design breaks no rule. What the checker has to say is added to `messages`.
+// Whether the design breaks no rule. The checker's messages are added to `messages`.
 [[nodiscard]] bool check_design(cubenet::Design &design, const cubenet::CubeTable &cubes, std::string &messages);
 
-// Where a truth table stands, and how it was translated.
+// Where a truth table is, and how it was translated.
 struct TableSource {
   std::string path;
   std::string part{};         // empty: the one of the netlist or, without one, of the table
@@ -43,11 +45,11 @@ struct TruthTable {
   std::string messages;
 };
 
-// Reads a table for its part. False when that fails.
+// Reads a table for its part. False when reading fails.
 [[nodiscard]] bool read_table(const TableSource &source, TruthTable &table);
 
-// The same, and checks the design. Returns kYes, or with the messages on `errors` kMisuse for a table that can't be
-// read and kNo for a design that breaks a rule.
+// The same, and checks the design. Returns kYes, or with the messages on `errors` kMisuse for a table that
+// can't be read and kNo for a design that breaks a rule.
 [[nodiscard]] int load_table(const TableSource &source, TruthTable &table, std::ostream &errors);
 
 // The pins that a table declares, in its order.
@@ -59,8 +61,8 @@ struct DeclaredPin {
 // Returns kYes, or as load_table.
 [[nodiscard]] int load_pins(const TableSource &source, std::vector<DeclaredPin> &pins, std::ostream &errors);
 
-// Writes STEM.ddf, .tvx, .nxf and, where there is something for it, .par of a design that was checked, by the run
-// settings. False when a file can't be written; `messages` of the table has the reason.
+// Writes STEM.ddf, .tvx, .nxf and, if there are parameters, .par of a checked design, by the run settings.
+// False when a file can't be written; the table's `messages` has the reason.
 [[nodiscard]] bool write_translation(TruthTable &table, const std::string &stem, const std::string &response);
 
 } // namespace cubekit

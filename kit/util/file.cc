@@ -1,4 +1,4 @@
-// Reads by blocks: filling a text of the whole size with zeros first would take as long as reading it.
+// Reads in blocks: filling a text of the whole size with zeros first would take as long as reading it.
 #include "kit/util/file.h"
 
 #include <fcntl.h>

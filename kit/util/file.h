@@ -1,4 +1,4 @@
-// Files read whole.
+// Reads whole files.
 #pragma once
 
 #include <string>
@@ -7,14 +7,15 @@
 
 namespace cubekit {
 
-// Adds all that the descriptor gives, to its end. False when reading fails; errno tells why.
+// Appends everything from the descriptor up to its end. False when reading fails; errno says why.
 [[nodiscard]] bool read_all(int descriptor, std::string &text);
 
-// The whole file, or all that comes out of a pipe; no output takes its place from then on. False when it can't be read,
-// with the reason in `error`.
+// The whole file, or everything from a pipe; from then on no output may replace it. False when it can't be
+// read, with the reason in `error`.
 [[nodiscard]] bool read_file(const std::string &path, std::string &text, Finding &error);
 
-// The same of a temporary file of ours. Once it is removed, an output may be made in its place on the disk.
+// The same for a temporary file of ours, which is not protected: once it is removed, an output may get its
+// inode.
 [[nodiscard]] bool read_temporary(const std::string &path, std::string &text, Finding &error);
 
 } // namespace cubekit

@@ -1,4 +1,4 @@
-// What is found wrong with a file, and how it is reported.
+// Findings about a file, and how they are reported.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ struct Finding {
   std::string text;
 };
 
-// A name in such a text. Of a very long one only the beginning: many findings may be about one name.
+// A name in such a text. A very long one is cut to its beginning: many findings may be about one name.
 std::string shortened(std::string_view name);
 std::string quoted(std::string_view name);
 

@@ -12,7 +12,7 @@ namespace cubekit {
 
 constexpr std::uint32_t kNone = ~0U;
 
-// One flat table: with a map of nodes `cubekit check` of gates takes half as long again.
+// One flat table: with a node-based map `cubekit check` of gates takes half as long again.
 struct NameIndex {
   struct Slot {
     std::string_view name;
@@ -23,7 +23,8 @@ struct NameIndex {
   std::size_t size = 0;
 };
 
-// Where the search for the name ends: at its slot, or at the free one in which it could stand. There must be slots.
+// Where the search for the name ends: at its slot, or at the free slot where it would go. There must be
+// slots.
 inline std::size_t find_slot(const NameIndex &index, std::string_view name, std::uint32_t hash) {
   const std::size_t mask = index.slots.size() - 1;
   std::size_t at = hash & mask;
@@ -41,8 +42,8 @@ inline std::uint32_t find_name(const NameIndex &index, std::string_view name) {
 // Makes room for that many names.
 void reserve_names(NameIndex &index, std::size_t names);
 
-// Stores the value, other than kNone, unless the name is there already. Returns the value that stands under the name
-// afterwards.
+// Stores the value, other than kNone, unless the name is there already. Returns the value that the name then
+// has.
 std::uint32_t add_name(NameIndex &index, std::string_view name, std::uint32_t value);
 
 } // namespace cubekit

@@ -1,5 +1,5 @@
-// Shows on standard error, in one line that is rewritten in place, what a run is at. Nothing is shown when standard
-// error is no terminal.
+// Shows a run's progress on standard error, in one line that is rewritten in place. Nothing is shown when
+// standard error is not a terminal.
 #pragma once
 
 #include <cstddef>
@@ -9,12 +9,13 @@ namespace cubekit {
 
 enum class Printing : bool { NO, YES };
 
-// From its making to its end the program does what it says; one at a time. The line is painted when a stage begins and
-// when it tells how far it is, ten times a second at most, and wiped off at the end. What is printed in between would
-// be torn: a stage that prints its results says so, and isn't shown when they go to a terminal.
+// A stage of the program, which lasts as long as the object; one at a time. The line is painted when a stage
+// begins and when it reports progress, at most ten times a second, and erased at the end. Output printed in
+// between would be garbled: a stage that prints its results says so, and isn't shown when they go to a
+// terminal.
 class Stage {
 public:
-  // The text is a fixed one. `steps`: how many there are, 0 for not known.
+  // The text must be a constant. `steps`: how many there are; 0: unknown.
   explicit Stage(std::string_view what, std::size_t steps = 0, Printing printing = Printing::NO);
   ~Stage();
   Stage(const Stage &) = delete;
@@ -30,7 +31,7 @@ private:
   bool is_shown_;
 };
 
-// What the action gives, with the stage shown while it runs.
+// Runs the action with the stage shown. Returns its result.
 template <typename Action> auto during(std::string_view what, const Action &action) {
   const Stage stage(what);
   return action();

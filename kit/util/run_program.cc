@@ -1,4 +1,5 @@
-// Starts programs without a shell, between files in memory: with pipes, all ends would have to be served at once.
+// Starts programs without a shell, with files in memory: with pipes, all ends would have to be served at
+// once.
 #include "kit/util/run_program.h"
 
 #include <spawn.h>

@@ -1,4 +1,4 @@
-// The exit statuses of all commands. What went wrong with a status above kNo is on standard error.
+// The exit statuses of all commands. For a status above kNo, the reason is on standard error.
 #pragma once
 
 namespace cubekit {

@@ -62,7 +62,8 @@ TEST(Constraints, EverySectionStandsInItsPlaceWithItsSeparators) {
   d.ilb_attributes[2].PRESERVE = d.olb_attributes[1].PRESERVE = 1;
   d.ilb_attributes[0].names.writable().GRP = d.olb_attributes[0].names.writable().GRP = "G1",
   d.ilb_attributes[1].names.writable().GRP = "G2", d.olb_attributes[1].names.writable().GRP = "g1";
-  // n.C stands behind the last input extension and counts as plain; n.D is judged by the extension of input n.Q.
+  // n.C comes after the last input extension and counts as plain; n.D is judged by the extension of input
+  // n.Q.
   EXPECT_EQ(constraints_of(d), read_file(PROJECT_DIR "/tests/constraints/every_section.tvx"));
 }
 
@@ -75,7 +76,7 @@ TEST(Constraints, OddFormsAreKept) {
        "[GLOBAL CONSTRAINTS]\nSLEWRATE=Tarvex_EFFORT=3;\n\n"},
       {[](Design &d) { d.header.option[2] = "SLOWSLEW on"; }, "[GLOBAL CONSTRAINTS]\nSLEWRATE=FAST;\n\n"},
       {[](Design &d) { d.olb_attributes[0].names.writable().ECP = "p"; }, "[4PTs Bypass]\nBYPASS=y;\n\n"},
-      {[](Design &d) { d.xpins[1].outdelay = 30; }, "[OUTDELAY]\nOn=b;\n"}, // no blank line without an Off list
+      {[](Design &d) { d.xpins[1].outdelay = 30; }, "[OUTDELAY]\nOn=b;\n"}, // no Off list, no blank line
       {[](Design &d) { d.xpins[1].outdelay = 31; }, "[OUTDELAY]\nOff=b;\n\n"},
       {[](Design &d) { d.ilb_attributes[1].names.writable().ETP = "p"; }, "[Power]\nHigh = b;\n"},
       {[](Design &d) { d.xpins[0].opendrain = 22, d.xpins[1].voltage = 33; }, ""},

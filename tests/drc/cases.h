@@ -1,5 +1,5 @@
-// Expectations kept as text, in files beside the tests. A case ends at a blank line or before the next signal; a line's
-// first character says what it is:
+// Expectations as text, in files next to the tests. A case ends at a blank line or before the next signal; a
+// line's first character says what it is:
 //   P, N, I  one signal "q" and its extensions (see rules_test.cc)
 //   D        pins | nodes | input list | output list: the design of this and the following cases
 //   +        an attribute statement without its head ("#..." with it)

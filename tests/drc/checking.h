@@ -11,7 +11,7 @@ namespace cubenet {
 
 struct Sketch {
   std::string pins, nodes, ilb, ob;
-  std::string statements{}; // attribute statements without their head, a line each; a line "#..." stands as it is
+  std::string statements{}; // attributes without their head, a line each; "#..." is taken as it is
   std::string terms{};      // empty: one term with a literal of every input, driving every output
 };
 
@@ -21,12 +21,12 @@ struct Checking {
   int failed = -1;
   std::string messages; // of the checker, unwrapped, a line each, without the opening line
 
-  explicit Checking(const Sketch &sketch); // the reader must take it without a message
+  explicit Checking(const Sketch &sketch); // the reader must accept it without a message
   void check();                            // once more, or after the design was changed by hand
 };
 
-// "where: FIELD=value ..." of the attributes on pins, nodes and list entries, then the switches, the records that are
-// not dropped and the paths; items are separated by "; ".
+// "where: FIELD=value ..." of the attributes on pins, nodes and list entries, then the switches, the records
+// that are not dropped and the paths; items are separated by "; ".
 std::string describe_stored(const Design &design);
 
 } // namespace cubenet

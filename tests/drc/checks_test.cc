@@ -1,4 +1,4 @@
-// Whole designs: declarations, locks, attributes and paths; and what no file can bring in.
+// Whole designs: declarations, locks, attributes and paths; and what can't come from a file.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -37,7 +37,7 @@ TEST(CheckDesign, JudgesWholeDesigns) {
   }
 }
 
-// The reader refuses such path names before they come here, and fills no numeric location.
+// The reader refuses such path names earlier, and fills no numeric location.
 TEST(CheckDesign, JudgesWhatNoFileBringsIn) {
   Checking checking({.pins = "a b y", .nodes = "", .ilb = "a b", .ob = "y"});
   EXPECT_EQ(checking.messages, "");

@@ -20,7 +20,7 @@ TEST(FanOut, ConstantOutputsHaveNoReaders) {
   EXPECT_EQ(fan_out.status, (std::vector<OutputStatus>{OUTPUT_CONSTANT, OUTPUT_LOGIC, OUTPUT_LOGIC, OUTPUT_EMPTY}));
   EXPECT_EQ(fan_out.cubes, (std::vector<std::uint32_t>{2, 1, 1, 0}));
   EXPECT_EQ(fan_out.fans_out, (std::vector<std::uint8_t>{0, 1, 0, 1}));
-  EXPECT_EQ(checking.design->pin_names[0], "a"); // only the message speaks of removal
+  EXPECT_EQ(checking.design->pin_names[0], "a"); // only the message says that it is removed
 }
 
 TEST(FanOut, UnreadFeedbacksAreTold) {

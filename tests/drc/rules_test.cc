@@ -1,4 +1,4 @@
-// The rules for one signal: each list entry by itself, then what they make together.
+// The rules for one signal: each list entry by itself, then combinations.
 #include <string>
 
 #include <gtest/gtest.h>
@@ -13,8 +13,8 @@
 namespace cubenet {
 namespace {
 
-// "P1 - OE < PIN": a pin (N: node, I: inverted pin) on series 1 whose output-list extensions are none and OE, and which
-// is read as PIN.
+// "P1 - OE < PIN": a pin (N: node, I: inverted pin) on series 1 whose output-list extensions are none (the
+// plain name) and OE, and which is read as PIN.
 std::string judge(const std::string &signal) {
   CapturedMessages captured;
   SignalFlags flags;

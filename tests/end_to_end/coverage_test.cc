@@ -1,5 +1,5 @@
-// What the cases must reach: every message number that the sources can report, and every keyword of an attribute
-// statement, accepted.
+// What the cases must reach: every message number that the sources can report, and every keyword of an
+// attribute statement, accepted.
 #include <algorithm>
 #include <filesystem>
 #include <set>
@@ -33,8 +33,8 @@ std::size_t skip_literal(std::string_view source, std::size_t at) {
   return at + 1;
 }
 
-// Numbers of five digits or more outside of comments and literals: those of messages, as any other constant of that
-// size is written with digit separators.
+// Numbers of five digits or more outside of comments and literals: those of messages, since other constants
+// of that size are written with digit separators.
 void collect_reported(std::string_view source, Texts &numbers) {
   for (std::size_t at = 0; at < source.size();) {
     if (source.substr(at, 2) == "//") {
@@ -52,8 +52,8 @@ void collect_reported(std::string_view source, Texts &numbers) {
   }
 }
 
-// Expected messages: "<number> <label>: " at the start of a line, behind the mark of a case file, or at the start of a
-// literal.
+// Expected messages: "<number> <label>: " at the start of a line, after the mark of a case file, or at the
+// start of a literal.
 void collect_expected(const std::string &content, Texts &numbers) {
   const std::string text = "\n" + content;
   for (const std::string label : {" ERROR: ", " WARNING: ", " SYSTEM ERROR: "})
@@ -66,8 +66,8 @@ void collect_expected(const std::string &content, Texts &numbers) {
     }
 }
 
-// Files of one folder that are compared with what the stages report: not the sources of tests that report by
-// themselves.
+// Files of one folder that are compared with what the stages report, without the sources of tests that make
+// reports of their own.
 void collect_expected_in(const fs::path &folder, Texts &numbers) {
   for (const auto &entry : fs::recursive_directory_iterator(folder)) {
     if (!entry.is_regular_file()) continue;

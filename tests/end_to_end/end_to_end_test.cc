@@ -1,14 +1,14 @@
-// Runs the real program over the cases under cases/, each in a fresh directory, and compares everything that it leaves
-// with the case's expected/ directory, both ways: a missing file fails, and so does an extra one.
+// Runs the real program over the cases under cases/, each in a fresh directory, and compares everything that
+// it leaves with the case's expected/ directory, both ways: a missing file fails, and so does an extra one.
 //
 // A case is a directory with a file `steps`, one step a line, and the input files that it brings along:
 //   input PATH     copies a file of the project (from its root) into the directory of the run
 //   mkdir NAME     makes a directory, where a file of that name is to be impossible
 //   cubenet ARGS   runs the program; arguments are separated by single spaces
-// expected/ holds `console` (of all runs in a row) and `log`, or `console_and_log` where both are the same, `status`
-// (one exit status a line) and the other files that the runs left. With CUBENET_RENEW=1 in the environment expected/ is
-// rewritten instead (scripts/renew_cases does it for all cases); CUBENET_PROGRAM there names another program to run
-// (scripts/check_32_bits does).
+// expected/ holds `console` (of all runs in a row) and `log`, or `console_and_log` where both are the same,
+// `status` (one exit status a line) and the other files that the runs left. With CUBENET_RENEW=1 in the
+// environment expected/ is rewritten instead (scripts/renew_cases does it for all cases); CUBENET_PROGRAM
+// there names another program to run (scripts/check_32_bits does).
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -55,7 +55,8 @@ std::vector<std::string> split(const std::string &line, char separator) {
   return words;
 }
 
-// Runs the program in `directory`, both streams appended to `console`; returns its exit status, -1 when it was killed.
+// Runs the program in `directory`, both streams appended to `console`; returns its exit status, -1 when it
+// was killed.
 int run_program(std::vector<std::string> words, const fs::path &directory, const fs::path &console) {
   std::vector<char *> arguments;
   for (std::string &word : words) arguments.push_back(word.data());
@@ -100,7 +101,7 @@ Files run_case(const fs::path &source, const fs::path &scratch) {
   if (auto log = result.extract("cubenet.log")) {
     const bool is_same = log.mapped() == result["console"];
     if (is_same) result.erase("console");
-    log.key() = is_same ? "console_and_log" : "log"; // *.log is what version control leaves out
+    log.key() = is_same ? "console_and_log" : "log"; // *.log is what version control ignores
     result.insert(std::move(log));
   }
   result["status"] = statuses;

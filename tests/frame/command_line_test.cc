@@ -13,7 +13,7 @@
 namespace cubenet {
 namespace {
 
-// "usage" with what its title shows, or everything that the line sets, in one text.
+// "usage" with its title, or everything that the line sets, in one text.
 std::string outcome(const std::string &line) {
   Arguments arguments("cubenet " + line);
   const CommandLine command = parse_command_line(arguments.count(), arguments.pointers.data());
@@ -46,7 +46,7 @@ TEST(CommandLine, SetsWhatEachOptionSays) {
       {"-b -bv d", "d.tt2 d.nxf version brief 12/12"},
       {"-v d", "d.tt2 d.nxf version 12/12"},
       {"-C d", "d.tt2 d.nxf 12/12 case"},
-      // A value needs a further argument behind it, and the would-be value is looked at next.
+      // A value needs another argument after it; otherwise it is read as an argument of its own.
       {"-i x.tt2", "usage"},
       {"-i", "usage"},
       {"-i x.tt2 d", "x.tt2 d.nxf 12/12"},

@@ -91,7 +91,7 @@ TEST(Run, NeverWritesOverItsInputOrItsLog) {
   EXPECT_EQ(read_file("e.ddf"), kDesign);
   EXPECT_EQ(read_file("cubenet.log").substr(0, 3), "PLA");
 
-  // A log to which messages are added is no design, whatever is in it.
+  // A log that messages are appended to is not a design, whatever is in it.
   write_file("cubenet.log", kDesign);
   std::filesystem::create_symlink("cubenet.log", "log.tt2");
   for (const std::string line : {"cubenet -i cubenet.log x", "cubenet log"}) {
@@ -102,7 +102,7 @@ TEST(Run, NeverWritesOverItsInputOrItsLog) {
   }
 }
 
-// Runs in a process of its own, in which the n-th request for memory from now on fails.
+// Runs in a process of its own, in which the n-th allocation from now on fails.
 int run_short_of_memory(unsigned long n) {
   const pid_t child = fork();
   if (child == 0) {

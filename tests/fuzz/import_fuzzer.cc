@@ -1,5 +1,5 @@
-// The readers of `cubekit import` on any bytes: the first chooses what the rest is taken for. A table that comes out
-// must be one for the translator; what is refused must be refused with a reason.
+// The readers of `cubekit import` on any bytes: the first byte chooses the format of the rest. The translator
+// must accept a table that results; a refusal must give a reason.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>

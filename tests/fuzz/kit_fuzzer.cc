@@ -1,5 +1,5 @@
-// The companion's readers on any bytes: what stands before "CELL: " is taken for an .nxf netlist, what follows for the
-// ddf netlist of the same run, and all of it for a constraints file. What is refused must be refused with a reason.
+// The companion's readers on any bytes: the part before "CELL: " is read as an .nxf netlist, the rest as the
+// ddf netlist of the same run, and all of it as a constraints file. A refusal must give a reason.
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>

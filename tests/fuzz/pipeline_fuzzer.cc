@@ -1,5 +1,5 @@
-// Whole runs on any bytes. The first byte chooses the options, the rest is the design; what the run says and leaves is
-// held against the promises of every run.
+// Whole runs on any bytes. The first byte chooses the options, the rest is the design; what the run prints
+// and leaves is checked against the promises of every run.
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -20,7 +20,7 @@ void remove_directory() {
 
 } // namespace
 
-// Findings and the corpus are written after the working directory changed: call it with absolute paths.
+// Findings and the corpus are written after the working directory has changed: use absolute paths.
 extern "C" int LLVMFuzzerInitialize(int *, char ***) {
   if (mkdtemp(directory) == nullptr || chdir(directory) != 0) std::abort();
   return std::atexit(remove_directory);

@@ -1,5 +1,5 @@
-// The documentation holds: commands give what is shown, links lead somewhere, and the pages that list something list
-// all of it.
+// The documentation is true: commands print what is shown, links lead somewhere, and pages that list
+// something list all of it.
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
@@ -49,7 +49,7 @@ std::vector<fs::path> pages(const char *folder) {
 }
 
 struct Block {
-  std::string info; // what stands behind the opening fence
+  std::string info; // the text after the opening fence
   std::vector<std::string> lines;
 };
 
@@ -96,8 +96,8 @@ bool is_shown(std::span<const std::string> said, std::span<const std::string> sh
   return false;
 }
 
-// The blocks of a page in a directory of its own, in order: "tt2 NAME" and "text NAME" write the file NAME, "console"
-// runs each line behind "$ " and shows what it says.
+// The blocks of a page in a directory of its own, in order: "tt2 NAME" and "text NAME" write the file NAME,
+// "console" runs each line after "$ " and shows its output.
 void run_page(const fs::path &page) {
   const cubenet::WorkingDir directory;
   fs::create_directory_symlink(PROJECT_DIR "/examples", "examples");
@@ -220,13 +220,13 @@ TEST(Docs, TheManualOfTheCompanionNamesEveryCommand) {
 
 using Arrows = std::set<std::pair<std::string, std::string>>;
 
-// The folder of a source file, as the picture names it.
+// The folder of a source file, as named in the picture.
 std::string node_of(const std::string &file) {
   const std::size_t slash = file.find('/');
   return slash == std::string::npos ? "main" : file.substr(0, slash);
 }
 
-// What the folders of a source tree include of each other, by a path that begins with `prefix`.
+// Which folders of a source tree include which, by a path that begins with `prefix`.
 Arrows included_arrows(const fs::path &tree, const std::string &prefix) {
   Arrows arrows;
   for (const auto &entry : fs::recursive_directory_iterator(tree)) {
@@ -254,7 +254,7 @@ Arrows drawn_arrows(const fs::path &picture) {
   return arrows;
 }
 
-// Without a circle there is always a folder that includes none of the rest.
+// Without a cycle there is always a folder that includes none of the rest.
 void remove_arrows_without_circle(Arrows &arrows) {
   for (std::size_t before = arrows.size() + 1; arrows.size() < before;) {
     before = arrows.size();

@@ -1,4 +1,5 @@
-// Wide tables whose terms drive many outputs: the inputs of their blocks, and the nets' destinations held part by part.
+// Wide tables whose terms drive many outputs: the inputs of their blocks, and the nets' destinations kept in
+// parts.
 #include "netlist/destinations.h"
 
 #include <algorithm>
@@ -20,8 +21,8 @@ struct Term {
   std::string inputs, outputs;
 };
 
-// Columns c0, c1, ... and two spellings of the node n; outputs y0, y1, ..., and n. The pins are declared in any
-// order.
+// Columns c0, c1, ... and two spellings of the node n; outputs y0, y1, ..., and n. The pins are declared in
+// arbitrary order.
 struct WideDesign {
   std::vector<std::string> columns, outputs;
   std::vector<Term> terms;
@@ -78,7 +79,7 @@ std::string expected_block(const WideDesign &design, std::size_t output) {
 }
 
 TEST(BlockInputs, AreTheColumnsThatTheTermsUse) {
-  // One word per row, words that are looked through, and words that are listed.
+  // One word per row, words that are scanned, and words that are listed.
   for (const auto &[width, literals] : {std::pair<std::size_t, std::size_t>{13, 3}, {200, 9}, {500, 4}, {500, 300}}) {
     const WideDesign design = wide_design(width, 40, 8, literals);
     const std::vector<std::string> symbols = symbol_lines(translate(design.text).nxf);

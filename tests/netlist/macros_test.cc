@@ -1,5 +1,5 @@
-// Placed macros: what their connections read and drive, and that nothing they bring in meets another name. (Every
-// translation is checked for its wiring; see translate.)
+// Placed macros: what their connections read and drive, and that no name of theirs clashes with another.
+// (Every translation is checked for its wiring; see translate.)
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -52,7 +52,7 @@ TEST(Macros, NeverMeetNamesThatOthersHave) {
       "#$ PINS 3 a y y_H\n#$ INSTANCE u1 m 2 a y\n#$ INSTANCE u2 m 2 a y\n#$ INSTANCE u3 m 2 a y.PIN\n#$ INSTANCE u4 m "
       "2 "
       "a y\n.i 1\n.o 1\n.ilb a\n.ob y_H\n1 1\n.e\n",
-      // an equation has the net already
+      // an equation already has the net
       "#$ PINS 4 a c y y_D_H\n#$ INSTANCE u1 m 2 a y.D\n#$ INSTANCE u2 m 2 a y\n.i 3\n.o 2\n.ilb a c y_D_H\n.ob y.D "
       "y.C\n1-1 10\n-1- 01\n.e\n",
       // instances named as gates, nets and each other
@@ -75,13 +75,13 @@ TEST(Macros, NeverMeetNamesThatOthersHave) {
 TEST(Macros, MakeSignalsGiveWayWhereTheyMeetAndLeaveTheOthers) {
   struct Row {
     const char *instance, *in, *out;
-    const char *ddf, *nxf; // what becomes of B
+    const char *ddf, *nxf; // the names of B
   };
   const Row rows[] = {
       {"_PLA0_C", "a", "_PLA00_B", "_PLA0_B", "_RES_PLA0_B"},
       {"_PLA0_B", "a", "k", "_PLA1_B", "_RES_PLA1_B"},
       {"_PLA1_B", "a", "_PLA0_B_C", "_PLA2_B", "_RES_PLA2_B"},
-      {"_PLA0_B_C", "_PLA0_B_AR", "_PLA0_B_K", "_PLA1_B", "_RES_PLA1_B"}, // of those, B makes only B_C
+      {"_PLA0_B_C", "_PLA0_B_AR", "_PLA0_B_K", "_PLA1_B", "_RES_PLA1_B"}, // of those, B generates only B_C
       {"_RES_PLA0_B", "a", "k", "_PLA0_B", "_PLA0__RES_PLA0_B"},
       {"u", "a", "_RES_PLA0_B_PIN", "_PLA0_B", "_PLA0__RES_PLA0_B"},
       {"u", "_PLA0_B.C", "k", "_PLA1_B", "_RES_PLA1_B"},

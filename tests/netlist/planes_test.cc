@@ -1,4 +1,4 @@
-// Product terms as PLA blocks and as gates, names that collide, and the files' faults.
+// Product terms as PLA blocks and as gates, names that collide, and faults of the files.
 #include <random>
 
 #include <gmock/gmock.h>
@@ -224,7 +224,8 @@ TEST(Prefixes, GiveWayToUsersNames) {
           .nxf;
   EXPECT_THAT(wide, HasSubstr("SYM OR2 _PLA_OR_0_0_0;"));
   EXPECT_THAT(wide, HasSubstr("SYM INV _PLI_0;"));
-  // Names that are no pins' or nodes', or too short to be judged by their beginning, count as far as they meet a gate.
+  // Names not of pins or nodes, or too short to be judged by their prefix, count only if they clash with a
+  // gate.
   const auto with_instance = [](const std::string &instances) {
     return translate("#$ EXTERNAL m 2 in'i out'o\n#$ PINS 4 a c y z\n#$ NODES 1 _PLI\n" + instances +
                          ".i 3\n.o 5\n.ilb a c _PLI.Q\n.ob _PLI.J _PLI.K _PLI.C y z\n11- 10111\n0-1 01011\n.e\n",

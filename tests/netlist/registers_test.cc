@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAreArray;
 
-// A design of one register q whose every equation is an input of its own, and one output per read form.
+// A design of one register q, each of whose equations is an input of its own, and one output per read form.
 std::string register_design(bool node, const std::string &sign, const std::vector<std::string> &extensions,
                             const std::vector<std::string> &reads) {
   const std::size_t inputs = extensions.size(), columns = inputs + reads.size();
@@ -77,7 +77,7 @@ const Row kRows[] = {
      {"LXOR2 q_1 A0=q_T A1=q_PIN Z0=q_1", "INV q_6 A0=q_SR ZN0=q_6", "AND2 q_3 A0=q_1 A1=q_6 Z0=q_3",
       "LXOR2 q_8 A0=q_3 A1=q_PIN Z0=q_8", "FTI21 q T0=q_8 CD=q_AR CLK=q_C Q0=q_PIN"}},
     {"X1", "node", {"T", "C"}, {".Q"}, {"LXOR2 q_1 A0=q_T A1=q_Q Z0=q_1", "FD11 q D0=q_1 CLK=q_C Q0=q_Q"}},
-    // Emulated controls below series 2, and what of them stays above.
+    // Emulated controls below series 2, and those that remain above.
     {"X1", "pin", {"D", "C", "CE"}, {},
      {"INV q_7 A0=q_CE ZN0=q_7", "AND2 q_8 A0=q_7 A1=q_PIN Z0=q_8", "AND2 q_3 A0=q_D A1=q_CE Z0=q_3",
       "OR2 q_5 A0=q_3 A1=q_8 Z0=q_5", "FD11 q D0=q_5 CLK=q_C Q0=q_PIN"}},

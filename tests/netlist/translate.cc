@@ -15,7 +15,7 @@ namespace cubenet {
 
 namespace {
 
-// What an NXF file says of nets: by the NET statements, and by the symbols' pins.
+// The nets of an NXF file: by the NET statements, and by the symbols' pins.
 struct Wiring {
   std::multimap<std::string, std::string> sources, destinations; // net to "instance.pin"
 };
@@ -41,7 +41,7 @@ std::vector<std::string> words_of(const std::string &line) {
   return words;
 }
 
-// Every symbol pin lies on exactly the net that names it, every net has one source, and instances are unique.
+// Every symbol pin is on exactly the net that names it, every net has one source, and instances are unique.
 void expect_sound(const std::string &nxf) {
   Wiring nets, pins;
   std::set<std::string> instances;

@@ -14,11 +14,12 @@ struct Translation {
   int nxf_status = -1, ddf_status = -1; // -1: the stage was not reached
 };
 
-// Expects of every netlist that each symbol pin lies on the one net that names it, that each net has one source, and
-// that instances are unique.
+// Expects of every netlist that each symbol pin is on the one net that names it, that each net has one
+// source, and that instances are unique.
 Translation translate(const std::string &text, const RunSettings &settings = {});
 
-// The SYM blocks of an NXF text in print order, one line each: "INV q_BD A0=q_D ZN0=q_BD". PLA rows follow as " row".
+// The SYM blocks of an NXF text in print order, one line each: "INV q_BD A0=q_D ZN0=q_BD". PLA rows follow as
+// " row".
 std::vector<std::string> symbol_lines(const std::string &nxf);
 // Those of instances that begin with the text.
 std::vector<std::string> symbol_lines_of(const std::string &nxf, const std::string &instance);

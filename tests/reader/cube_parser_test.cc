@@ -1,4 +1,4 @@
-// Product terms: what each character means, and that the fast way says what the plain one says.
+// Product terms: what each character means, and that the fast path agrees with the plain one.
 #include "reader/cube_parser.h"
 
 #include <random>
@@ -26,7 +26,7 @@ TEST(CubeParser, EveryCharacterHasItsMeaning) {
   struct Row {
     const char *line;
     TermStatus status;
-    const char *cube; // or what stands from the illegal character on
+    const char *cube; // or the text from the illegal character on
   };
   const Row rows[] = {
       {"1-0 | 01", TERM_DRIVES, "1-0 01"}, {"|\t2 0 1 4|~ \t|", TERM_DRIVES, "-01 10"},
@@ -52,7 +52,7 @@ TEST(CubeParser, EveryCharacterHasItsMeaning) {
   }
 }
 
-// The parts of one random term, now and then with a character that the fast way must leave to the plain one.
+// The parts of one random term, sometimes with a character that the fast path must leave to the plain one.
 std::string random_term(std::mt19937 &random, std::size_t inputs, std::size_t outputs) {
   const auto pick = [&](std::string_view characters) { return characters[random() % characters.size()]; };
   const bool is_sparse = random() % 3 == 0;
@@ -75,7 +75,7 @@ TEST(CubeParser, TheFastWayAgreesWithThePlainOne) {
     const std::size_t inputs = 1 + random() % 70, outputs = 1 + random() % 70;
     const std::string line = random_term(random, inputs, outputs);
     const std::size_t words = bit_set_words(2 * inputs + outputs);
-    // Behind the row stands a word that neither may touch.
+    // After the row comes a word that neither may touch.
     std::vector<std::uint32_t> fast(words + 1, 0xdeadbeef), plain(words + 1, 0);
     bool drives = false;
     if (!parse_packed_term({line.data(), line.size()}, inputs, outputs, fast.data(), drives)) continue;

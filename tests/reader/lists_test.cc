@@ -1,4 +1,4 @@
-// The four lists: what is stored of good items, and what each bad one is told.
+// The four lists: what is stored of good items, and the message for each bad one.
 #include <gtest/gtest.h>
 
 #include "reader/reading.h"

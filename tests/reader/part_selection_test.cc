@@ -1,4 +1,4 @@
-// What DEVICE, PART and the command line settle together.
+// What DEVICE, PART and the command line select together.
 #include "reader/part_selection.h"
 
 #include <gtest/gtest.h>
@@ -20,14 +20,14 @@ TEST(PartSelection, EveryCombinationOfNamesIsSettled) {
   };
   const Row rows[] = {
       {"", nullptr, false, kDefault, ""},
-      // a part alone, or from the command line
+      // only a part, or from the command line
       {"", "mirn5512-a", false, "Mirn Mirn5512-A", ""},
       {"mirn", "tarvex7710k-x", true, "Tarvex Tarvex7710K-X", ""},
       {"", "other", true, "Tarvex other", ""},
       {"", "", true, "Tarvex ", ""},
       {"", "i5512v80", false, "Tarvex Tarvex5512-800LV", ""},
       {"", "other", false, "", "31361 ERROR: Part 'other' is not recognized\n"},
-      // a device alone
+      // only a device
       {"mIRN", nullptr, false, "Mirn Mirn7710K-100XQ64",
        "31633 WARNING: Device is declared as 'Mirn', part 'Mirn7710K-100XQ64' is used\n"},
       {"tarvex", nullptr, false, kDefault,

@@ -1,4 +1,4 @@
-// Attribute statements: what each is told, and what is stored of it.
+// Attribute statements: the message for each, and what is stored of it.
 #include <algorithm>
 
 #include <gtest/gtest.h>
@@ -46,7 +46,7 @@ TEST(Properties, WordsEndAt256CharactersAndStatementsAreQuotedUpTo255) {
     const Reading reading(
         as_properties("corvane " + start + std::string(256, 'x') + "\ncorvane " + start + good + "\n"));
     EXPECT_EQ(message_numbers(reading.messages), "31536 ") << start;
-    EXPECT_EQ(reading.design->properties.size(), start == "VOLTAGE " ? 1U : 2U); // only a good voltage has a record
+    EXPECT_EQ(reading.design->properties.size(), start == "VOLTAGE " ? 1U : 2U); // a bad voltage has none
   }
   EXPECT_EQ(message_numbers(Reading(as_properties("corvane " + std::string(256, 'K') + "\n")).messages), "31539 ");
   const std::string messages = Reading(as_properties("x " + std::string(400, '~') + "\n")).messages;

@@ -1,4 +1,4 @@
-// Reads a design that is given as text, and checks what must hold of every design that is read.
+// Reads a design given as text, and checks what must hold for every design.
 #pragma once
 
 #include <memory>
@@ -24,12 +24,12 @@ std::string design_with(std::string_view statements);
 // "codes name.ext=value; option N text; par N text; name:value" of all that attribute statements filled.
 std::string describe_attributes(const Design &design);
 
-// Reads every case of a script and compares. Cases are separated by empty lines; a line of a case is a message ("! "),
-// what is stored ("= ", as describe_attributes tells; "= failed" when there is no design) or a line of the input, which
-// is wrapped up before it is read.
+// Reads every case of a script and compares. Cases are separated by empty lines; a line of a case is a
+// message ("! "), what is stored ("= ", as from describe_attributes; "= failed" when there is no design) or a
+// line of the input, which `wrap` turns into a file before it is read.
 void check_cases(std::string_view script, std::string (*wrap)(std::string_view input));
 
-void check_case_file(const std::string &name, std::string (*wrap)(std::string_view input)); // of the folder "cases"
+void check_case_file(const std::string &name, std::string (*wrap)(std::string_view input)); // in "cases"
 
 // The words, each followed by a space.
 std::string join(const std::vector<std::string> &words);

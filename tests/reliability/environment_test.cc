@@ -1,4 +1,5 @@
-// What is around a run: other runs in the same folder, a run that was killed, the environment, the argument count.
+// What surrounds a run: other runs in the same folder, a run that was killed, the environment, the argument
+// count.
 #include <algorithm>
 #include <chrono>
 #include <csignal>
@@ -86,8 +87,8 @@ std::set<std::string> files() {
 constexpr int kTrials = 10; // of each kind; --gtest_repeat makes more
 constexpr int kTerms = 500; // some 10 ms in gates
 
-// Every file under a final name is the one of a whole run, this one or an earlier one, and a run that is asked to end
-// leaves no other file.
+// Every file under a final name is the one of a whole run, this one or an earlier one, and a run that is
+// asked to end leaves no other file.
 TEST(Environment, ARunThatIsEndedLeavesWholeFiles) {
   const WorkingDir dir;
   write_file("d.tt2", large_design("in", 10, kTerms));
@@ -119,7 +120,7 @@ TEST(Environment, ARunThatIsEndedLeavesWholeFiles) {
       for (const std::string &name : files())
         EXPECT_TRUE(names.contains(name) || (signal == SIGKILL && fs::remove(name))) << name << " by " << signal;
     }
-  // A run in the background, which such signals are not for, goes on.
+  // A run in the background, which such signals don't concern, goes on.
   std::signal(SIGINT, SIG_IGN);
   Spawned run("cubenet -and 2 d");
   ASSERT_GT(run.process, 0);
@@ -177,7 +178,7 @@ TEST(Environment, ChangesNoByte) {
     EXPECT_EQ(read_file("cubenet.log"), log);
     EXPECT_TRUE(outputs("d") == expected) << &world - worlds;
   }
-  // A console that takes nothing changes neither the files nor the status.
+  // A console that accepts nothing changes neither the files nor the status.
   void (*const consoles[])() = {
       [] { close(1), close(2); },
       [] { dup2(open("/dev/full", O_WRONLY), 1); },

@@ -1,4 +1,4 @@
-// Inputs that are no ordinary files, and inputs of uncommon size.
+// Inputs that are not ordinary files, and inputs of unusual size.
 #include <filesystem>
 #include <fstream>
 #include <functional>
@@ -24,7 +24,7 @@ namespace fs = std::filesystem;
 
 constexpr long kSmallPeak = 100'000; // KiB, sanitizers' own memory included
 
-// A new process counts what it was forked from.
+// A new process counts the memory of the one it was forked from.
 long own_peak() {
   rusage usage{};
   getrusage(RUSAGE_SELF, &usage);
@@ -125,7 +125,7 @@ TEST(Inputs, ThatChangeWhileTheyAreReadAreRefused) {
       {[] {}, 0},
       {[&] { fs::resize_file("d.tt2", head.size() + 500'000); }, 2},
       {[] { std::fstream("d.tt2", std::ios::in | std::ios::out) << '#'; }, 2},
-      {[] { std::fstream("d.tt2", std::ios::app) << "11 1\n"; }, 2}, // behind what is read
+      {[] { std::fstream("d.tt2", std::ios::app) << "11 1\n"; }, 2}, // after what is read
       {[] { fs::create_hard_link("d.tt2", "other"), fs::rename("d.tt2", "moved"); }, 0},
   };
   for (const auto &row : rows) {
@@ -144,7 +144,7 @@ TEST(Inputs, ThatChangeWhileTheyAreReadAreRefused) {
   }
 }
 
-// Nothing here depends on the time; a step that is not linear makes the suite's own limit the judge.
+// Nothing here measures time; a step that is not linear runs into the suite's own limit.
 TEST(Inputs, MayBeLarge) {
   const WorkingDir dir;
   constexpr int kPins = 100'000, kNodes = 10'000, kAttributes = 1'000'000;

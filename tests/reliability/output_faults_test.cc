@@ -1,5 +1,6 @@
-// Outputs that can't be opened or don't take all their bytes, through whole runs: the first one that fails ends the run
-// with its message and status 2, leaves what was there before, and the constraints alone fail in silence.
+// Outputs that can't be opened or don't take all their bytes, through whole runs: the first one that fails
+// ends the run with its message and status 2, and leaves what was there before; only the constraints fail
+// silently.
 #include <csignal>
 #include <filesystem>
 #include <vector>
@@ -53,7 +54,7 @@ struct Outputs : testing::Test {
     fs::remove("cubenet.log");
   }
 
-  // What a run must have left and said whose output `failing` (4: none) failed as `what` tells.
+  // What a run must have left and printed when its output `failing` (4: none) failed as `what` says.
   void check(int status, std::size_t failing, const std::string &what) {
     const bool silent = failing == 1 || failing == 4;
     EXPECT_EQ(status, silent ? 0 : 2);
@@ -91,13 +92,13 @@ TEST_F(Outputs, MayFailAtAnyByte) {
     for (std::size_t i = 0; is_again && i < kOrder.size(); i++) {
       const std::string name = "d." + kOrder[i];
       const bool is_former = fs::exists(name) && read_file(name) == "former";
-      // Constraints of another run would pass for this one's.
+      // Constraints of another run could be mistaken for this one's.
       EXPECT_EQ(is_former, i == 1 ? failing == 0 : i >= failing) << name;
       if (is_former) fs::remove(name);
     }
     const bool has_constraints = failing > 0 && whole[1].size() <= n;
     EXPECT_EQ(fs::exists("d.tvx"), has_constraints);
-    if (failing > 1 && !has_constraints) write_file("d.tvx", whole[1]); // the rest is as if they had been written
+    if (failing > 1 && !has_constraints) write_file("d.tvx", whole[1]); // the rest is as if written
     check(status, failing, "write");
     EXPECT_FALSE(failing < whole.size() && fs::exists("d." + kOrder[failing]));
     remove_all();
@@ -136,7 +137,7 @@ TEST_F(Outputs, MayBeAnythingButAFile) {
     }
 }
 
-// What the run prints would stand in the netlist, or over it.
+// The run's console output would end up in the netlist, or over it.
 TEST_F(Outputs, MayNotBeTheConsole) {
   for (const int stream : {1, 2})
     for (std::size_t failing : {0, 2, 3}) {
@@ -150,7 +151,7 @@ TEST_F(Outputs, MayNotBeTheConsole) {
     }
 }
 
-// A terminal is not to do what a name in the input says; a file gets the bytes as they are.
+// Names in the input must not control a terminal; a file gets the bytes as they are.
 TEST_F(Outputs, OnATerminalShowNoControls) {
   const std::string odd = "\x1b[2J\x07\x7f\x9b"
                           "0m\xc3\xa9\xc2\x9b\xe2\x82\xac\xf0\x9f\x98\x80\xe2\x82";
@@ -189,7 +190,7 @@ TEST_F(Outputs, OfAnEarlierRunStayWhenTheInputIsRefused) {
   for (const std::string &extension : kOrder) EXPECT_EQ(read_file("d." + extension), "older");
 }
 
-// The input is what an output would be written over, under its own name.
+// The input is the file that an output would replace, under its own name.
 TEST_F(Outputs, NeverReplaceTheInput) {
   const std::string input = read_file("d.tt2");
   for (std::size_t i = 0; i < kOrder.size(); i++) {

@@ -1,4 +1,4 @@
-// What every run keeps to, whatever its input is: told for one run of design "d" in the working directory.
+// What every run promises, whatever its input: checked for one run of design "d" in the working directory.
 #pragma once
 
 #include <filesystem>
@@ -18,7 +18,7 @@
 
 namespace cubenet {
 
-// Options that lead through other code; a run takes the one that its number chooses.
+// Options that lead through different code; a run's number chooses one.
 constexpr std::string_view kRunOptions[] = {
     "", "-and 2 -or 2", "-p Mirn5x -C", "-p 8 -V 1", "-and 12 -p 8", "-pla -V 2 -v", "-or 3 -p 5 -C",
 };
@@ -33,7 +33,7 @@ inline std::string content_of(const std::string &path) {
   return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// Whether all lines of the log stand in the console text, in order; a few lines go to the console alone.
+// Whether all lines of the log are in the console text, in order; a few lines go only to the console.
 inline bool holds_lines(std::string_view console, std::string_view log) {
   while (!log.empty()) {
     const std::string_view line = log.substr(0, log.find('\n') + 1);
@@ -44,7 +44,7 @@ inline bool holds_lines(std::string_view console, std::string_view log) {
   return true;
 }
 
-// A message is known by the number at the start of its line; names in it may hold any word.
+// A message is recognized by the number at the start of its line; names in it may contain any word.
 inline bool tells_error(std::string_view console) {
   for (std::size_t at = 0; at < console.size();) {
     const std::string_view line = console.substr(at, console.find('\n', at) - at);
@@ -66,8 +66,8 @@ inline bool repeats_a_port(std::string_view line) {
   return false;
 }
 
-// Macro statements are copied as they stand: with marks in them that the netlists' syntax needs, or a port told twice,
-// no reader is to tell what they mean.
+// Macro statements are copied as they are: with characters in them that the netlists' syntax uses, or a port
+// given twice, no reader can know what they mean.
 inline bool has_doubtful_macros(std::string_view design) {
   constexpr std::string_view kPlain = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789_#$' \t\r,";
   for (std::size_t at = 0; at < design.size();) {
@@ -80,7 +80,7 @@ inline bool has_doubtful_macros(std::string_view design) {
   return false;
 }
 
-// All outputs are whole, well formed and tell the same; else what is wrong.
+// Empty when all outputs are whole, well formed and consistent; else what is wrong.
 inline std::string broken_output() {
   for (const char *name : {"d.ddf", "d.tvx", "d.nxf"})
     if (!std::filesystem::exists(name)) return std::string(name) + " is missing\n";
@@ -91,9 +91,9 @@ inline std::string broken_output() {
   return status == 0 ? "" : found.str();
 }
 
-// Translates d.tt2. Empty when all promises are kept: exit status 0 or 2; success is told exactly with status 0, over
-// outputs that are whole; a failed run leaves none (the disk takes everything here); the log holds no line that the
-// console did not show.
+// Translates d.tt2. Empty when all promises are kept: exit status 0 or 2; success is reported exactly with
+// status 0, and the outputs are then whole; a failed run leaves none (the disk is never full here); the log
+// has no line that the console did not show.
 inline std::string broken_promise(std::size_t options, std::string *said = nullptr) {
   for (const char *name : {"d.ddf", "d.tvx", "d.nxf", "d.par", "cubenet.log"}) std::filesystem::remove(name);
   PromiseConsole console;

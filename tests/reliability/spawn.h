@@ -18,7 +18,7 @@ struct Spawned {
   pid_t process = -1;
   std::FILE *console = std::tmpfile(); // both streams
 
-  // `prepare` runs in the new process, behind the setting up of its streams.
+  // `prepare` runs in the new process, after its streams are set up.
   explicit Spawned(
       const std::string &line, const std::function<void()> &prepare = [] {}) {
     Arguments arguments(line);

@@ -75,7 +75,7 @@ TEST(Messages, StandOnTheConsoleAndInTheLogWithNumberAndKind) {
   report_error(31204, "Pin '%s'\nunknown", "a%s%n");
   report_warning(31501, "W %d", -1);
   report_system_error(31102, "S");
-  report_internal_error(7, "%s", x(53).c_str()); // its prefix lacks two characters: 52 places, and not 50
+  report_internal_error(7, "%s", x(53).c_str()); // its prefix is two characters shorter: 52 places, not 50
   report_error(1, "%s", x(2000).c_str());
   const std::string text = console.text();
   EXPECT_EQ(text.substr(0, text.find("1 ERROR: x")), "  \n"
@@ -96,7 +96,7 @@ TEST(Messages, StandOnTheConsoleAndInTheLogWithNumberAndKind) {
   start_messages_truncating("tool");
   EXPECT_NE(withheld_texts(), nullptr);
   print_line("new");
-  start_messages_truncating_without_table("tool"); // ends what is still open
+  start_messages_truncating_without_table("tool"); // ends the message still open
   EXPECT_EQ(withheld_texts(), nullptr);
   print_line("newer");
   stop_messages();

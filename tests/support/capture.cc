@@ -1,4 +1,4 @@
-// The console that collects, and messages without a log.
+// The collecting console, and messages without a log.
 #include "support/capture.h"
 
 #include "report/messages.h"

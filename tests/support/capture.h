@@ -9,7 +9,7 @@
 
 namespace cubenet {
 
-// The console while it lives; nested ones restore each other.
+// The console during its lifetime; nested ones restore each other.
 class CapturedConsole final : public HostConsole {
 public:
   CapturedConsole();
@@ -38,8 +38,8 @@ struct CapturedMessages {
 
   const std::string &text() const { return console.text(); }
   std::string take() { return console.take(); }
-  // Numbers and words as the stage wrote them: the line breaks and indents of the wrapping are taken out again, and the
-  // spaces at the ends of the messages. A broken word stays broken.
+  // Numbers and words as the stage wrote them: the line breaks and indents of the wrapping are removed, and
+  // the spaces at the ends of messages. A broken word stays broken.
   std::string take_unwrapped();
 };
 

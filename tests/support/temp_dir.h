@@ -1,4 +1,4 @@
-// A directory of its own for one test, removed with all it holds.
+// A directory for one test, removed with its contents.
 #pragma once
 
 #include <filesystem>
@@ -42,7 +42,7 @@ struct TempDir {
   std::string file(std::string_view name) const { return (path / name).string(); }
 };
 
-// A temporary directory that is also the working directory while it lives.
+// A temporary directory that is also the working directory during its lifetime.
 struct WorkingDir : TempDir {
   std::filesystem::path before = std::filesystem::current_path();
 

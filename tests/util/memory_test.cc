@@ -14,10 +14,11 @@ TEST(Memory, EveryKindOfRequestIsCountedAndCanFail) {
   const unsigned long before = allocations_made();
   void *block = reallocate(allocate(0), 0);
   EXPECT_EQ(allocations_made(), before + 2);
-  static_cast<char *>(block)[3] = 'x'; // a request for nothing is one for four bytes
+  static_cast<char *>(block)[3] = 'x'; // a request for no bytes gets four
   std::free(block);
 
-  // The hook gets the size that was asked for, for containers as well; the second request is the one that fails.
+  // The hook gets the size that was asked for, for containers as well; the second request is the one that
+  // fails.
   set_out_of_memory_hook([](long bytes) { std::exit(static_cast<int>(bytes)); });
   const auto fails_second = [](auto &&request) {
     fail_allocation(2);

@@ -61,7 +61,7 @@ TEST(OutputFile, GetsItsNameOnceItIsWhole) {
   fs::create_directory(dir.file("folder"));
   fs::create_symlink("folder/dangling", dir.file("link"));
   fs::create_symlink(dir.file("link"), dir.file("out"));
-  for (const std::string text : {"", "a longer text", "new", "x", ""}) { // over nothing, longer and shorter texts
+  for (const std::string text : {"", "a longer text", "new", "x", ""}) { // over none, longer, shorter
     OutputFile file;
     const bool is_there = fs::exists(dir.file("out"));
     const std::string before = is_there ? read_file(dir.file("out")) : "";
@@ -93,8 +93,8 @@ TEST(OutputFile, GetsItsNameOnceItIsWhole) {
   EXPECT_EQ(read_file(dir.file("other name")), "old");
 }
 
-// As a user who may do less than the administrator. Only files that are his can be replaced in a folder like /tmp, and
-// none be made in one that is read-only.
+// As a user other than the administrator, who can replace only his own files in a folder like /tmp, and
+// create none in a read-only one.
 TEST(OutputFile, IsWrittenInPlaceWhereNothingCanBeReplaced) {
   if (getuid() != 0) GTEST_SKIP() << "needs to become another user";
   const TempDir dir;
@@ -128,7 +128,7 @@ TEST(OutputFile, IsWrittenInPlaceWhereNothingCanBeReplaced) {
     EXPECT_EQ(read_file(dir.file(folder + "open")), "new");
     EXPECT_EQ(read_file(dir.file(folder + "shut")), "a long former text");
   }
-  EXPECT_EQ(read_file(dir.file("closed/full")), ""); // emptied: a part is nothing
+  EXPECT_EQ(read_file(dir.file("closed/full")), ""); // emptied: a partial file is of no use
   EXPECT_EQ(read_file(dir.file("shared/full")), "a long former text");
 }
 
@@ -140,7 +140,7 @@ TEST(OutputFile, LeavesWhatWasThereWhenItIsNotWrittenWhole) {
   rlimit before;
   getrlimit(RLIMIT_FSIZE, &before);
   const std::set<std::string> names{"link", "target"};
-  // The limit is met at the close, between two blocks, and in the middle of one.
+  // The limit is reached at the close, between two blocks, and in the middle of one.
   for (const std::size_t size : {std::size_t{5000}, 2 * OutputFile::kBlock, 5 * OutputFile::kBlock}) {
     OutputFile file, link;
     ASSERT_TRUE(open_output(file, dir.file("out")));
@@ -155,7 +155,7 @@ TEST(OutputFile, LeavesWhatWasThereWhenItIsNotWrittenWhole) {
     EXPECT_EQ(names_in(dir), names);
     EXPECT_EQ(read_file(dir.file("target")), "former");
   }
-  // A close that fails alone: the descriptor is gone. And a file that nobody closes.
+  // A close that fails by itself: the descriptor is gone. And a file that nobody closes.
   for (const bool is_lost : {true, false}) {
     OutputFile file;
     ASSERT_TRUE(open_output(file, dir.file("link")));

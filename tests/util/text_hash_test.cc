@@ -11,7 +11,8 @@
 namespace cubenet {
 namespace {
 
-// Every byte at every place of a text counts, also one that is cut or has a NUL; case only where it is to.
+// Every byte at every place of a text counts, also of one that is cut or has a NUL; case only where it
+// should.
 TEST(TextHash, DiffersWhereTheTextsDo) {
   std::set<std::uint64_t> exact, folded;
   std::size_t texts = 0, folded_texts = 0;
@@ -35,7 +36,7 @@ TEST(TextHash, DiffersWhereTheTextsDo) {
   EXPECT_EQ(folded.size(), folded_texts);
 }
 
-// Indexes look at the low bits first: names in a row must spread over them.
+// Indexes look at the low bits first: consecutive names must spread over them.
 TEST(TextHash, SpreadsNamesInARow) {
   constexpr std::size_t kNames = 1 << 14, kSlots = kNames;
   std::vector<int> slots(kSlots, 0);

@@ -1,8 +1,8 @@
 // A host's console library for tests: prints to the standard output and, when the environment names a file in
-// HOSTIO6_RECORD, appends a line to it for every call. Splits a command line as most programs do: blanks separate
-// arguments, double quotes keep blanks, and a backslash before a quote makes it part of the argument. Of more arguments
-// than there are pointers it tells the number, which a program must not believe. The argument that the environment
-// names in HOSTIO6_NULL gets a null pointer.
+// HOSTIO6_RECORD, appends a line to it for every call. Splits a command line as most programs do: blanks
+// separate arguments, double quotes keep blanks, and a backslash before a quote makes it part of the
+// argument. Given more arguments than there are pointers it passes the full number, which a program must not
+// trust. The argument that the environment names in HOSTIO6_NULL gets a null pointer.
 #include <cstdarg>
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,8 @@
-// What can only be seen from inside a program on Windows. Without an argument it sets the installation directory as the
-// running program, and prints what came of it: the result, the variable as the C runtime and as the system have it.
-// With the name of a file it writes an output, prints whether the name is there meanwhile, and keeps the output, also
-// while somebody reads the file that is there, discards it, or ends by force, as the second argument says.
+// What can only be seen from inside a program on Windows. Without an argument it sets the installation
+// directory as the running program, and prints the effect: the result, the variable as the C runtime and as
+// the system have it. With the name of a file it writes an output, prints whether the name is there
+// meanwhile, and keeps the output, also while somebody reads the file that is there, discards it, or ends by
+// force, as the second argument says.
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>

@@ -1,6 +1,6 @@
-// The Windows program under Wine, inside a host library that records how it is called. Beside these tests the
-// end-to-end cases run in this test program, on the Windows program. scripts/windows builds what they need and runs
-// them; the folders of the builds come in the environment.
+// The Windows program under Wine, inside a host library that records how it is called. Besides these tests
+// this test program runs the end-to-end cases, on the Windows program. scripts/windows builds what they need
+// and runs them; the folders of the builds come in the environment.
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -136,7 +136,7 @@ TEST(Windows, NeverOverwritesTheInputTheLogOrTheConsole) {
     EXPECT_EQ(read_file(run.folder.path / "counter.tt2"), counter);
     EXPECT_EQ(read_file(run.folder.path / "cubenet.log"), run.outcome.text);
   }
-  // Opened by a program of Windows: of other streams Wine tells nothing.
+  // Opened by a program of Windows: Wine reports nothing about other streams.
   const TempDir folder;
   const std::string line = "Z:" + environment("CUBENET_WINDOWS") + "/cubenet.exe counter >counter.nxf";
   const Outcome console = run_shell("cd " + quoted(folder.path) + " && cp " + quoted(kCounter) +
@@ -145,8 +145,8 @@ TEST(Windows, NeverOverwritesTheInputTheLogOrTheConsole) {
   EXPECT_EQ(read_file(folder.file("counter.nxf")), read_file(folder.file("cubenet.log")));
 }
 
-// Files are bytes on Windows as elsewhere: carriage returns end no name, and the byte that once ended texts ends
-// nothing.
+// Files are bytes on Windows as elsewhere: a carriage return doesn't end a name, and the byte that once ended
+// texts ends nothing.
 TEST(Windows, ReadsAndWritesBytes) {
   const WindowsRun plain("counter");
   const std::string program = CUBENET_PROGRAM;

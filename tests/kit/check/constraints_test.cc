@@ -1,5 +1,6 @@
-// The check of what goes to the fitter: nothing that the translator writes is refused, and of random edits only those
-// of free values are accepted. CUBEKIT_DESIGNS and CUBEKIT_EDITS set how many designs, and how many edits of each file.
+// The check of the fitter's files: nothing that the translator writes is refused, and of random edits only
+// those of free values are accepted. CUBEKIT_DESIGNS and CUBEKIT_EDITS set how many designs, and how many
+// edits of each file.
 #include <cstdlib>
 #include <filesystem>
 #include <random>
@@ -34,7 +35,7 @@ std::vector<std::string> words_behind(const std::string &text, const std::string
   return {std::istream_iterator<std::string>(each), {}};
 }
 
-// What may follow a keyword; some of it is refused by the reader.
+// What may follow a keyword; the reader refuses some of it.
 std::string random_operand(const cubenet::KeywordRow &row, const std::vector<std::string> &signals, Random &random) {
   const std::string switches[] = {"on", "OFF", "up", "Hold", "fast"}, voltages[] = {"INPUT", "OUTPUT", "BIDI"},
                     levels[] = {"vcc", "VVCIO"}, clocks[] = {"clk0", "CLK2", "ioclk1", "FASTCLK", "slowclk"},
@@ -73,7 +74,7 @@ std::string random_statements(const std::string &table, Random &random) {
   return statements;
 }
 
-// Without a table, what the translator wrote may be doubtful, but not wrong.
+// Without a table, the translator's files may be undecided, but not wrong.
 TEST(Constraints, OfRandomDesignsAreInOrder) {
   const cubenet::WorkingDir directory;
   const std::size_t count = setting("CUBEKIT_DESIGNS", 60);
@@ -101,7 +102,8 @@ TEST(Constraints, OfRandomDesignsAreInOrder) {
   EXPECT_GT(judged, count / 5);
 }
 
-// Lines with values that nothing else in the files tells: with or without a truth table, and without one.
+// Lines with values that are nowhere else in the files: first with or without a truth table, then without
+// one.
 const std::regex kFreeAnyway("\tPART .*;");
 const std::regex kFree("\tPART .*;|\tDESCRIPTION .*;|\t[01-]+ 1|[^=]+=pin,.*,-,-;|.+=-,\\*,.*;|Tarvex_PARAM_FILE=.*;|"
                        "[A-Z]+=(on|o?ff|vcc|.*hold);",
@@ -155,7 +157,7 @@ TEST(Constraints, AndAllOtherFilesBearNoEditButOfFreeValues) {
 }
 
 struct Judged {
-  const char *text, *wrong, *open; // what is found; empty: nothing
+  const char *text, *wrong, *open; // the findings; empty: none
 };
 
 TEST(Constraints, AreJudgedLineByLineWithoutATruthTable) {

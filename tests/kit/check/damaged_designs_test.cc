@@ -1,5 +1,5 @@
-// Every example, damaged in every way that a broken editor, disk or generator would: whatever the damage is, the run
-// keeps all promises, and what it still translates is whole and well formed.
+// Every example, damaged in every way that a broken editor, disk or generator would: whatever the damage is,
+// the run keeps all promises, and what it still translates is whole and well formed.
 #include <filesystem>
 #include <functional>
 #include <random>
@@ -19,7 +19,7 @@ struct Span {
   std::size_t begin, end;
 };
 
-// The spans between the separators, which belong to none.
+// The spans between the separators.
 std::vector<Span> split(std::string_view text, std::string_view separators) {
   std::vector<Span> spans;
   for (std::size_t at = 0; (at = text.find_first_not_of(separators, at)) != std::string_view::npos;) {
@@ -38,7 +38,7 @@ struct DamagedDesigns : testing::Test {
   const WorkingDir dir;
   std::size_t runs = 0, translated = 0;
 
-  // The runs go through the options in turn.
+  // The runs cycle through the options.
   void try_text(const std::string &text, const std::string &what) {
     if (HasFailure()) return; // one finding at a time
     fs::remove("d.tt2");      // some file systems wait for the disk when a file was emptied
@@ -106,7 +106,7 @@ TEST_F(DamagedDesigns, OfWords) {
 TEST_F(DamagedDesigns, OfBytes) {
   std::mt19937 random(11);
   for_each_example([&](const std::string &text) {
-    for (std::size_t n = text.find("#$"); n < text.size(); n++) { // after the comment on top
+    for (std::size_t n = text.find("#$"); n < text.size(); n++) { // after the leading comment
       try_text(text.substr(0, n), "cut");
       if (n % 4 != 0) continue;
       std::string noisy = text;
@@ -116,7 +116,7 @@ TEST_F(DamagedDesigns, OfBytes) {
   });
 }
 
-// Long and strange names, the same wherever the name stands: around the limits of the buffers.
+// Long and strange names, the same wherever the name occurs: around the limits of the buffers.
 TEST_F(DamagedDesigns, OfNames) {
   std::vector<std::string> suffixes{"%s%n", "_PIN", "_D", "_Q", "_PLA0", "'", "$"};
   for (const std::size_t length : {48, 49, 50, 254, 255, 256, 1023, 1024, 10'000}) suffixes.emplace_back(length, 'x');

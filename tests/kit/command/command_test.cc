@@ -1,4 +1,4 @@
-// The companion as a command: exit statuses, and which stream speaks.
+// The companion as a command: exit statuses, and which stream gets the text.
 #include <csignal>
 #include <cstdlib>
 #include <string>
@@ -14,7 +14,7 @@ namespace {
 struct CommandRun {
   const char *arguments;
   int status;
-  const char *out, *err; // parts of what must be said; empty: nothing may be said
+  const char *out, *err; // parts of what must be printed; empty: nothing may be
 };
 
 TEST(Command, EndsWithTheStatusOfItsAnswerAndSpeaksOnTheRightStream) {
@@ -27,7 +27,7 @@ TEST(Command, EndsWithTheStatusOfItsAnswerAndSpeaksOnTheRightStream) {
   std::string wrong = nxf;
   wrong.replace(wrong.find("\t0 1"), 2, "\t1");
   cubenet::write_file("wrong.nxf", wrong);
-  // Registers without an equation that are read, in a table that the netlist otherwise could be of.
+  // Registers without an equation that are read, in a table that otherwise fits the netlist.
   cubenet::write_file("illegal.tt2",
                       "#$ PINS 3 clk q0 q1\n.i 3\n.o 2\n.ilb clk q0.Q q1.Q\n.ob q0.D q0\n-0- 11\n-10 01\n1-- 10\n");
   cubenet::write_file("instance.tt2", "#$ EXTERNAL m 1 i'i\n#$ INSTANCE u m 2 clk clk\n" + tt2);
@@ -121,7 +121,7 @@ TEST(Command, NeverWritesOverWhatItReadsOrPrintsTo) {
   EXPECT_EQ(cubenet::read_file("v"), "clk\n0\n");
 }
 
-// A file that takes no more, and a user who has waited enough, while the waveform is open.
+// A limit on the size of files, and a run that is ended while the waveform is open.
 TEST(Command, LeavesNoPartOfAnOutput) {
   const cubenet::WorkingDir directory;
   cubenet::write_file("c.tt2", cubenet::read_file(PROJECT_DIR "/examples/counter/counter.tt2"));

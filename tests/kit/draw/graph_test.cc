@@ -1,4 +1,4 @@
-// Drawings: dot takes them, and they show each symbol and each connection once.
+// Drawings: dot accepts them, and they show each symbol and each connection once.
 #include "kit/draw/graph.h"
 #include "kit/netlist/check_netlist.h"
 
@@ -41,7 +41,7 @@ TEST(GraphTest, SymbolsStandInTheBoxOfTheirSignal) {
     const std::string_view instance = netlist.symbols[i].instance;
     for (const std::string_view signal : {"level", "shadow", "differs"})
       EXPECT_TRUE(!instance.starts_with(signal) || signals[i] == signal) << instance << " in " << signals[i];
-    // An inverter of the plane serves both latches, a term of one output only that.
+    // An inverter of the plane serves both latches, a term of one output only that one.
     EXPECT_TRUE(!instance.starts_with("_PLN_") || signals[i] == "differs") << instance << " in " << signals[i];
   }
 }

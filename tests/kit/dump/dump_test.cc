@@ -1,4 +1,4 @@
-// The listing through the kit: what reaches the user, and how faults end.
+// The listing through the kit: what the user sees, and how faults end.
 #include "kit/support/export_tools.h"
 
 namespace cubekit {

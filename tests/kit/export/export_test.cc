@@ -1,4 +1,4 @@
-// What the kit exports, judged by the tools that it is exported for.
+// Exports, checked by the tools that they are for.
 #include "kit/export/export.h"
 #include "kit/netlist/check_netlist.h"
 
@@ -20,8 +20,8 @@ void write_exports(const TempDir &dir, const Netlist &netlist) {
   write_json(json, netlist);
 }
 
-// A module that applies the rows and prints the output pins after each. Bidirectional pins may be driven against the
-// device.
+// A module that applies the rows and prints the output pins after each. Bidirectional pins may be driven
+// against the device.
 std::string bench(const Netlist &netlist, const std::vector<std::vector<Value>> &rows) {
   std::string declarations, ports, targets, shown, format;
   for (std::size_t i = 0; i < netlist.external_pins.size(); i++) {
@@ -90,7 +90,8 @@ TEST(ExportTest, YosysReadsVerilogAndJsonAndWritesTheSameNetlistAgain) {
   });
 }
 
-// The sum of products of a truth table without registers, written from its lines; an X1/X2 pair becomes one output.
+// The sum of products of a truth table without registers, written from its lines; an X1/X2 pair becomes one
+// output.
 std::string blif_of_table(const std::string &path) {
   std::istringstream lines(read_file(path));
   std::vector<std::string> inputs, outputs;
@@ -167,7 +168,8 @@ TEST(ExportTest, BlifShowsWhereLogicEnds) {
       << latch;
 }
 
-// Every primitive that has CD, SD, EN, T0 or G, fed straight from pins: the exported library against the simulator.
+// Every primitive that has CD, SD, EN, T0 or G, fed straight from pins: the exported library against the
+// simulator.
 TEST(ExportTest, EveryStoragePrimitiveBehavesInIcarusAsInTheSimulator) {
   std::string pins, nets, symbols;
   std::array<std::string, 7> readers;
@@ -202,8 +204,8 @@ TEST(ExportTest, EveryStoragePrimitiveBehavesInIcarusAsInTheSimulator) {
   EXPECT_EQ(run_icarus(dir, "design.v"), simulate(netlist, rows));
 }
 
-// Names that the formats don't allow, keywords, names that meet after a careless mapping, and a macro: all tools still
-// read the file, and nothing is joined that was apart.
+// Names that the formats don't allow, keywords, names that a careless mapping would merge, and a macro: all
+// tools still read the file, and distinct nets stay distinct.
 TEST(ExportTest, StrangeNamesStayApartInEveryFormat) {
   const std::string strange =
       "XPIN wire IN wire;\nXPIN a.b IN a.b;\nXPIN $24 IN $24;\nXPIN \"q\\ IN \"q\\;\n"

@@ -1,4 +1,4 @@
-// Whatever the bytes are, import ends with a table that the translator takes, or with a reason.
+// Whatever the bytes are, import ends with a table that the translator accepts, or with a reason.
 #include "kit/import/importing.h"
 
 namespace cubekit {

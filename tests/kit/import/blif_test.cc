@@ -82,7 +82,7 @@ TEST(ImportBlif, RefusesWhatATableCanNotSayWithItsLine) {
     EXPECT_FALSE(imported.is_done) << text;
     EXPECT_EQ(imported.told, told);
   }
-  // Each model holds ten of the one before: nothing is made before that is seen.
+  // Each model holds ten of the one before: this must be noticed before anything is built.
   std::string deep = ".model m0\n.inputs a\n.outputs y\n.names a y\n1 1\n.end\n";
   for (int level = 1; level < 60; level++) {
     const std::string name = "m" + std::to_string(level);

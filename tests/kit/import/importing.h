@@ -1,4 +1,4 @@
-// Imports texts in this process, and computes what the tables say.
+// Imports texts in this process, and evaluates the tables.
 #pragma once
 
 #include <map>
@@ -13,7 +13,7 @@
 
 namespace cubekit {
 
-// The signals of a moment: by name, an extension behind a '.'.
+// The values of all signals at one time: by name, with the extension after a '.'.
 using Levels = std::map<std::string, bool>;
 
 struct Imported {
@@ -54,7 +54,8 @@ struct ReadTable {
   std::string output(std::size_t o) const { return cubenet::display_name(design->OLB[o], design->OB_EXT[o]); }
 };
 
-// Adds all that the equations give to the levels of inputs and registers ("q.Q"); logic that logic reads comes first.
+// Adds the values of all equations to the levels of inputs and registers ("q.Q"); logic comes before its
+// readers.
 inline void evaluate_table(const ReadTable &table, Levels &levels) {
   const std::size_t outputs = table.design->OLB.size();
   for (bool is_open = true; is_open;) {

@@ -1,4 +1,4 @@
-// PLAs become tables that say the same: checked point by point.
+// PLAs become equivalent tables, checked point by point.
 #include "kit/import/random_sources.h"
 
 namespace cubekit {
@@ -23,7 +23,7 @@ Listed listed_at(const RandomPla &pla, std::size_t point, std::size_t output) {
   return listed;
 }
 
-// What the type makes of it: '1', '0', or '-' where it may be either.
+// What the type makes of a point: '1', '0', or '-' where it may be either.
 char meant_at(const RandomPla &pla, std::size_t point, std::size_t output) {
   const Listed listed = listed_at(pla, point, output);
   const std::string type = pla.type.empty() ? "fd" : pla.type;

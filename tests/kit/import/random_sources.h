@@ -33,7 +33,7 @@ struct RandomLatch {
   std::string name, data, type, control;
 };
 
-// A netlist with its own account of what it computes.
+// A netlist, and independently what it computes.
 struct RandomBlif {
   std::vector<std::string> inputs;
   std::vector<RandomLatch> latches;
@@ -82,7 +82,7 @@ inline RandomBlif random_blif(std::uint64_t seed) {
       known.push_back(name + "n");
     } else {
       blif.logic.emplace_back(name, random_cover(random, known));
-      body = cover_text(name, blif.logic.back().second) + body; // readers may stand in front
+      body = cover_text(name, blif.logic.back().second) + body; // readers may come first
     }
     known.push_back(name);
   }
@@ -111,7 +111,7 @@ struct RandomPla {
   std::vector<std::string> terms; // inputs, then outputs
 };
 
-// Where a term says on or off, one that meets it must not say the opposite.
+// Terms that intersect must not say on and off of the same output.
 inline bool contradicts(const RandomPla &pla, const std::string &term) {
   const auto level = [](char c) { return c == '4' ? '1' : c == '2' ? '-' : c; };
   for (const std::string &other : pla.terms) {

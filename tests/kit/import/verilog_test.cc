@@ -14,9 +14,9 @@ Imported import_verilog(const std::string &text, ImportOptions options = {}) {
   return import_text(text, SourceKind::VERILOG, options);
 }
 
-// At power-up an unknown clock becomes 0, which is an edge in Verilog: registers are then set to what a netlist starts
-// with. Ports of the module in terms of the netlist's pins: a bit w<pin> for each, and one that is open for those that
-// the netlist does without.
+// At power-up an unknown clock becomes 0, which is an edge in Verilog: registers are then set to what a
+// netlist starts with. Ports of the module in terms of the netlist's pins: a bit w<pin> for each, and an open
+// one for those that the netlist lacks.
 std::string bench_of(const Netlist &netlist, const std::vector<std::vector<Value>> &rows, const std::string &start) {
   std::map<std::string, std::map<int, std::string>> ports;
   std::string declarations, targets, shown, format, steps;
@@ -61,7 +61,7 @@ std::string simulate(const Netlist &netlist, const std::vector<std::vector<Value
   return text;
 }
 
-// Nothing is driven against the device.
+// No row drives a pin against the device.
 void give_way(const Netlist &netlist, std::vector<std::vector<Value>> &rows) {
   auto simulator = std::make_unique<Simulator>(make_simulator(netlist, Value::LOW));
   std::string restless;
@@ -101,7 +101,7 @@ TEST(ImportVerilog, ShowsAtThePinsWhatTheModuleShows) {
     std::ostringstream errors;
     ASSERT_TRUE(load_nxf("d.nxf", netlist, errors)) << errors.str();
     auto rows = random_rows(netlist, 300);
-    for (std::vector<Value> &row : rows) // a bus never floats, and nobody else drives an output
+    for (std::vector<Value> &row : rows) // a bus never floats, and nothing else drives an output
       for (std::size_t i = 0; i < row.size(); i++) {
         if (row[i] == Value::OPEN) row[i] = Value::LOW;
         if (netlist.external_pins[i].direction == Direction::OUT) row[i] = Value::OPEN;

@@ -1,4 +1,4 @@
-// Minimized tables as files: what stays as it was, and that the translator reads the same function.
+// Minimized tables as files: what stays unchanged, and that the translator reads the same function.
 #include <cstdlib>
 #include <sstream>
 #include <string>
@@ -40,7 +40,7 @@ TEST(MinimizedTable, TakesFreePointsOnlyFromATableThatMarksThem) {
   EXPECT_NE(cubenet::read_file("fd.out").find("\n-1 1\n.end"), std::string::npos);
 }
 
-// The netlist of the minimized table is proved against the table that it was made from.
+// The netlist of the minimized table is proved against the original table.
 TEST(MinimizedTable, IsTranslatedToTheSameFunction) {
   const cubenet::WorkingDir directory;
   for (int seed = 1; seed <= 25; seed++) {

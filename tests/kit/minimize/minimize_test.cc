@@ -1,4 +1,5 @@
-// Minimization as a function on covers: what it may not change, how few cubes it leaves, and in what time.
+// Minimization as a function on covers: what it must not change, and how few cubes it leaves, in reasonable
+// time.
 #include <bit>
 #include <chrono>
 #include <cmath>
@@ -44,7 +45,7 @@ bool covers_all(const Cover &cover, const Cover &more, const Cover &asked) {
   return true;
 }
 
-// A cube's output that the other cubes and the free points make needless.
+// A cube's output that the other cubes and the free points make redundant.
 bool has_needless_output(const Cover &cover, const Cover &free) {
   for (std::size_t c = 0; c < cover.size(); c++) {
     for (std::size_t j = 0; j < cover.outputs; j++) {
@@ -95,7 +96,7 @@ TEST(Minimize, KeepsTheFunctionWithinWhatIsFree) {
 
 struct Function {
   const char *name;
-  std::size_t inputs, outputs, known; // cubes that are known to do
+  std::size_t inputs, outputs, known; // cubes known to suffice
   std::uint32_t (*value)(std::uint32_t);
 };
 
@@ -164,7 +165,7 @@ TEST(Minimize, NeedsAsFewCubesAsAreKnownToDo) {
   EXPECT_LE(sum, known);
 }
 
-// Pairs of inputs, of which there are 2^30 zeros: too many to list, and no reason to take long.
+// Pairs of inputs, of which there are 2^30 zeros: too many to list, which must not take long.
 TEST(Minimize, LeavesOutputsAloneThatHaveTooManyZeros) {
   Cover on(60, 2);
   for (std::size_t k = 0; k < 60; k += 2) {

@@ -1,4 +1,4 @@
-// Netlist files that are damaged: each fault must be found, with its line, and none may be invented.
+// Damaged netlist files: each fault must be found, with its line, and none invented.
 #include <string>
 #include <vector>
 
@@ -108,7 +108,7 @@ std::string make_chain() {
   return make_nxf(nets + ";\n" + chain, symbols);
 }
 
-// No byte of the nets and symbols can be another one, left out or put between without a finding.
+// No byte of the nets and symbols can be changed, left out or inserted without a finding.
 TEST(NetlistFiles, CountToEveryByte) {
   for (const std::string &sound : {make_chain(), translate_files("").nxf, translate_files("-and 2").nxf}) {
     ASSERT_EQ(check_text(sound), "");
@@ -184,7 +184,7 @@ TEST(NetlistFiles, TellWhereTheDdfDiffers) {
   }
   EXPECT_EQ(compare_texts(edited(files.nxf, "DESIGN files", "DESIGN file"), files.ddf),
             "f:1: the cell is 'files', the design of the .nxf 'file'\n");
-  // The pins that nets lack are told net by net, in another order than the symbol has them.
+  // The pins that nets lack are reported net by net, not in the symbol's order.
   EXPECT_EQ(compare_texts(files.nxf, edited(edited(files.ddf, ", y.CLK;", ";"), ", y.D0", "")),
             "f:28: net 'y_C' lacks a pin of symbol 'y'\nf:32: net 'y_BD' lacks a pin of symbol 'y'\n");
 }
@@ -205,7 +205,7 @@ TEST(NetlistFiles, MayHoldAllLatchesOnOneLine) {
       text, [](std::string_view) { return false; }, ddf, error));
 }
 
-// Nets that list their pins in another order than the symbols have them, and symbols in another order than their nets.
+// Nets that list their pins in another order than the symbols, and symbols in another order than their nets.
 TEST(NetlistFiles, AreJoinedInAnyOrder) {
   const std::string gates = "SYM OR2 g;\n\tPIN A0 IN b;\n\tPIN A1 IN a;\n\tPIN Z0 OUT y_PIN;\nEND;\n\n";
   const std::string buffer = "SYM BUF h;\n\tPIN A0 IN a;\n\tPIN Z0 OUT b;\nEND;\n\n";
@@ -222,7 +222,8 @@ TEST(NetlistFiles, AreJoinedInAnyOrder) {
             "f:14: net 'b' has a source that is no output\nf:14: net 'b' has a destination that is an output\n");
 }
 
-// A macro of ten pins, whose ports are found by name, and symbols of one primitive that differ in marks and ports.
+// A macro of ten pins, whose ports are found by name, and symbols of one primitive that differ in marks and
+// ports.
 TEST(NetlistFiles, MayHoldManyKindsOfSymbols) {
   const auto macro = [](const std::string &instance, const std::string &out) {
     std::string text = "SYM WIDE " + instance + " HARD;\n";
@@ -258,7 +259,7 @@ TEST(NetlistFiles, MayHoldManyKindsOfSymbols) {
             "f:13: net 'a' names 'n.P9', but the symbol has no such pin\n" + no_output);
 }
 
-// Faults that leave everything but one thing as it must be.
+// Faults in one thing only, with everything else right.
 TEST(NetlistFiles, AreTakenAtTheirWord) {
   const auto symbol = [](const std::string &head, const std::string &pins) {
     return "SYM " + head + ";\n" + pins + "END;\n\n";
@@ -354,7 +355,7 @@ TEST(NetlistFiles, AreProvedWhateverTheirDepthAndRefusedWhenTheyLoop) {
   }
   EXPECT_EQ(prove_text(make_nxf(nets, symbols)), "");
 
-  // Two gates in a ring beside the way from a to y.
+  // Two gates in a ring beside the path from a to y.
   const std::string ring = prove_text(make_nxf(
       "NET a EXT DST g.A0;\nNET r SRC r.Z0 DST s.A0;\n\nNET s SRC s.Z0 DST g.A1 r.A0;\n\nNET y_PIN EXT SRC g.Z0;\n\n",
       "SYM OR2 g;\n\tPIN A0 IN a;\n\tPIN A1 IN s;\n\tPIN Z0 OUT y_PIN;\nEND;\n\n"

@@ -1,4 +1,4 @@
-// Pages: nothing in a name gets out of its place, the equations are those of the table, and what is left out is told.
+// Pages: nothing in a name escapes its place, the equations are those of the table, and omissions are stated.
 #include "kit/check/check.h"
 #include "kit/page/page.h"
 
@@ -14,15 +14,15 @@
 namespace cubekit {
 namespace {
 
-// A page as its elements come and go. A fault: an element that isn't closed where it must be, an attribute out of
-// place, an id given twice, a reference to none.
+// Walks through the elements of a page. A fault: an element not closed where it must be, a misplaced
+// attribute, a duplicate id, a reference to a missing id.
 struct Form {
   std::vector<std::string> open;
   std::set<std::string> ids, wanted;
   std::string fault;
 };
 
-// Takes the attributes of a tag, ` name` or ` name="value"` each.
+// Reads the attributes of a tag, ` name` or ` name="value"` each.
 void take_attributes(Form &form, std::string_view text) {
   while (!text.empty() && text != "/") {
     if (text.starts_with('\n')) text.remove_prefix(1);
@@ -76,7 +76,8 @@ TEST(PageTest, NoByteGetsOutOfAText) {
   EXPECT_EQ(escape_html("a<b>&amp;\"'"), "a&lt;b&gt;&amp;amp;&quot;&#39;");
   EXPECT_EQ(escape_html(std::string_view("\0\t\n\x7F\\", 5)), "\\x00\\x09\\x0A\\x7F\\");
   EXPECT_EQ(escape_html("Z\u00e4hler \u03bb \u4e2d \U0001F600"), "Z\u00e4hler \u03bb \u4e2d \U0001F600");
-  // Latin-1, a cut sequence, two overlong ones, a surrogate, beyond the last code point, right-to-left, no width.
+  // Latin-1, a cut sequence, two overlong ones, a surrogate, beyond the last code point, right-to-left, no
+  // width.
   for (const std::string bad : {"\xE4", "\xC3", "\xC0\xBC", "\xE0\x80\xBC", "\xED\xA0\x80", "\xF4\x90\x80\x80",
                                 "\xE2\x80\xAE", "\xE2\x80\x8B", "\xC2\x85", "\xFF\xFE"}) {
     const std::string shown = escape_html("a" + bad + "<");
@@ -111,7 +112,7 @@ TEST(PageTest, JoinsTheLinesOfAMessage) {
   }
 }
 
-// The table's section of equations, its marks left out.
+// The page's equations section, without tags.
 std::string equations(const std::string &table, const PageLimits &limits = {}) {
   const cubenet::WorkingDir dir;
   PageContents contents;

@@ -1,5 +1,5 @@
-// What registers, latches and references mean, told a second time as plain code on bits and compared for all inputs:
-// the proofs are worth no more than this.
+// What registers, latches and references mean, written a second time as plain code on bits and compared for
+// all inputs: the proofs can't be better than this.
 #include <map>
 #include <string>
 #include <vector>
@@ -106,7 +106,7 @@ TEST(Meaning, OfEveryStorageElementIsWhatItsExtensionsSay) {
 struct ReadRow {
   const char *pins, *column;
   std::vector<std::string> outputs;
-  const char *value; // name of the variable that is read; '!' before it: its complement
+  const char *value; // name of the variable read; after '!': its complement
 };
 
 TEST(Meaning, OfEveryReferenceIsTheValueThatItsFormReads) {

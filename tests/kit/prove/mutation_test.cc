@@ -1,5 +1,6 @@
-// The proof must be able to say no: every change below makes some equation or storage element another function, so each
-// one must be found. (Terms are changed in blocks of one row alone, where nothing else can cover for them.)
+// The proof must be able to say no: every change below gives some equation or storage element another
+// function, so each must be found. (Terms are changed only in blocks of one row, where no other term can hide
+// the change.)
 #include <functional>
 #include <string>
 #include <utility>
@@ -61,7 +62,7 @@ void mutate_row(Mutator &mutator, const Symbol &symbol) {
     swap_nets(mutator, symbol, symbol.first_pin, symbol.first_pin + static_cast<std::uint32_t>(other));
 }
 
-// Something reads the symbol's output, or it meets a pin.
+// Something reads the symbol's output, or it is on a device pin.
 bool is_observed(const Netlist &netlist, const Symbol &symbol) {
   for (const Pin pin : pins_of(netlist, symbol)) {
     const Net &net = netlist.nets[pin.net];
@@ -130,7 +131,8 @@ TEST(NetlistMutations, OfRegistersAreFoundOnEverySeries) {
   EXPECT_GT(tried, 500U);
 }
 
-// An OR of ANDs, no input in two of them: every gate of its trees matters, and there are too many inputs to try all.
+// An OR of ANDs, no input in two of them: every gate of its trees matters, and there are too many inputs to
+// try all vectors.
 std::string make_wide_sum(std::size_t terms, std::size_t literals) {
   const std::size_t inputs = terms * literals;
   std::string pins, rows;

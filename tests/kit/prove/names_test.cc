@@ -1,5 +1,6 @@
-// Every name that the program makes for a design is given in turn to each thing that a user can name, and the design is
-// translated again: no two nets and no two symbols have one name, and what is computed stays the same.
+// Every name that the program generates for a design is given in turn to each thing that a user can name, and
+// the design is translated again: no two nets and no two symbols share a name, and the functions stay the
+// same.
 #include <set>
 #include <string>
 
@@ -10,7 +11,7 @@
 namespace cubekit {
 namespace {
 
-// '@' begins the names that others are put in for: an input, an output, a register, a node, an instance, and two nets
+// '@' begins the names to be replaced: an input, an output, a register, a node, an instance, and two nets
 // that nothing declares, one driven and one only read.
 const std::string kDesign = R"(#$ MODULE names
 #$ EXTERNAL m 2 in'i out'o
@@ -52,7 +53,7 @@ std::string replaced(std::string text, const std::string &what, const std::strin
   return text;
 }
 
-// All words that could be names made of others.
+// All words that could be derived names.
 void collect_names(const std::string &text, std::set<std::string> &names) {
   const char *const separators = " \t\n;,:.";
   for (std::size_t at = 0; (at = text.find_first_not_of(separators, at)) != std::string::npos;) {

@@ -1,4 +1,4 @@
-// Equality of functions, the second prover, and what a failed proof tells.
+// Equality of functions, the second prover, and what a failed proof reports.
 #include <gtest/gtest.h>
 
 #include "kit/prove/equal.h"
@@ -34,7 +34,7 @@ TEST(Equality, IsExactBelowAndAboveTheLimitOfExhaustion) {
     Difference difference;
     EXPECT_FALSE(find_difference(decider, chain, tree, difference)) << count;
     EXPECT_TRUE(find_difference(decider, chain, invert(tree), difference)) << count;
-    // Apart for one vector out of all: the hardest to find.
+    // Different under a single vector: the hardest to find.
     std::vector<Literal> all = variables;
     const Literal corner = make_and(formulas, all);
     ASSERT_TRUE(find_difference(decider, make_xor(formulas, chain, corner), tree, difference)) << count;

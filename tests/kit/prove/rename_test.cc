@@ -1,4 +1,4 @@
-// Under which names signals stand in the netlist, told by hand.
+// Which names signals have in the netlist, worked out by hand.
 #include <string>
 #include <vector>
 

@@ -1,4 +1,5 @@
-// A node that is read in three spellings of one net: in gate form their destinations are merged into one list.
+// A node that is read in three spellings of one net: in gate form their destinations are merged into one
+// list.
 #include <gtest/gtest.h>
 
 #include "kit/support/translate.h"

@@ -55,7 +55,8 @@ constexpr Form kForms[]{{"-pla", "Mirn"},
                         {"-and 12", "Tarvex5128K-100XQ64"},
                         {"-pla", "Tarvex8840K-100XQ64"}};
 
-// Imports, translates and proves; in one form, or in all where more sources are asked for. Returns how many netlists.
+// Imports, translates and proves; in one form, or in all when more sources are requested. Returns the number
+// of netlists.
 std::size_t prove_text(const std::string &text, SourceKind kind, std::uint64_t seed) {
   const std::string path = kind == SourceKind::VERILOG ? "source.v" : "source";
   write_file(path, text);
@@ -100,7 +101,7 @@ TEST(ProveSource, ProvesWhatIsMadeOfRandomModules) {
   prove_many(SourceKind::VERILOG, 8, [](std::uint64_t seed) { return random_module(seed).text; });
 }
 
-// What the outputs and registers show over some hundred steps.
+// The values of outputs and registers over some hundred steps.
 std::string simulate(const Netlist &netlist) {
   Simulator simulator = make_simulator(netlist, Value::LOW);
   std::string text, restless;
@@ -111,8 +112,8 @@ std::string simulate(const Netlist &netlist) {
   return text;
 }
 
-// Every row of the table with one character changed: what shows at a pin is found, and what equals the table that was
-// imported is proved.
+// Every row of the table with one character changed: what is visible at a pin is found, and what equals the
+// imported table is proved.
 void damage_everywhere(const std::string &text, SourceKind kind, const std::string &options) {
   const std::string path = kind == SourceKind::VERILOG ? "source.v" : "source";
   write_file(path, text);
@@ -166,7 +167,7 @@ TEST(ProveSource, FindsEveryDamageOfTheImportedTable) {
                     SourceKind::BLIF, "-and 2");
 }
 
-// Points that are free may be anything, and all others must be as they are.
+// Free points may be anything, and all others must stay as they are.
 TEST(ProveSource, LeavesFreePointsOfAPlaOpenAndNoOthers) {
   if (!has_tools()) GTEST_SKIP();
   const cubenet::WorkingDir directory;

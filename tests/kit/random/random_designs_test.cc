@@ -1,5 +1,6 @@
-// Proofs over many designs: every register there is, and random designs from a range of seeds. CUBEKIT_DESIGNS and
-// CUBEKIT_FIRST_SEED set how many and from where; a design that fails is kept beside the program as failed.tt2.
+// Proofs over many designs: every possible register, and random designs from a range of seeds.
+// CUBEKIT_DESIGNS and CUBEKIT_FIRST_SEED set how many and from where; a design that fails is kept next to the
+// program as failed.tt2.
 #include <cstdlib>
 #include <filesystem>
 #include <string>
@@ -13,7 +14,7 @@ namespace {
 
 struct Series {
   int series;
-  std::vector<std::string> parts; // options under which a design that is legal for the series must be translated
+  std::vector<std::string> parts; // options under which a design legal for the series must be translated
 };
 
 const std::vector<Series> kSeries{{1, {"", "-p Tarvex", "-p Tarvex5128K-100XQ64", "-p Tarvex8840K-100XQ64"}},
@@ -51,7 +52,7 @@ TEST(RandomDesigns, ComputeWhatTheirTablesSayInEveryModeAndSeries) {
   }
 }
 
-// Seeds are quoted in reports: they must mean the same design for ever and on every machine.
+// Seeds are quoted in reports: they must always give the same design, on every machine.
 TEST(RandomDesigns, AreTheSameForTheSameSeedEverywhere) {
   std::uint64_t hash = 14695981039346656037U;
   for (std::uint64_t seed = 0; seed < 50; seed++)

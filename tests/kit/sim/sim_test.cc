@@ -1,5 +1,5 @@
-// The simulator as its users see it; that its gates and registers are right is shown against Icarus Verilog by the
-// tests of the exports.
+// The simulator as its users see it; the tests of the exports compare its gates and registers with Icarus
+// Verilog.
 #include <map>
 
 #include "kit/support/export_tools.h"
@@ -31,7 +31,7 @@ TEST(SimTest, RegistersCountEdgesAndTakeDataFromBeforeThem) {
   EXPECT_EQ(simulate(dir, "counter", "clk\n0\n1\n", "--power-up x").text, "clk | q0 q1\n"
                                                                           "0   | x  x\n"
                                                                           "1   | x  x\n");
-  // The edge may have come, or not.
+  // There may have been an edge, or not.
   EXPECT_EQ(simulate(dir, "counter", "clk\n0\nx\n").text, "clk | q0 q1\n"
                                                           "0   | 0  0\n"
                                                           "x   | x  0\n");
@@ -61,7 +61,7 @@ TEST(SimTest, BidirectionalPinsAreDrivenFromOutsideWhileTheDeviceLeavesThem) {
   }
 }
 
-// Latches made of gates, and those of the library: open, closed, and closing while the data change.
+// Latches made of gates, and those of the library: open, closed, and closing while the data changes.
 TEST(SimTest, LatchesHoldWhatStoodBeforeTheyClosed) {
   TempDir dir;
   for (const std::string &mode : kModes) {
@@ -117,7 +117,7 @@ TEST(SimTest, WrongVectorFilesAreRefusedWithTheirLine) {
   EXPECT_EQ(run_kit("sim " + dir.file("counter") + " --vectors " + dir.file("none")).status, 2);
 }
 
-// The values of each step in a value change dump, by the names of the pins and, behind "nets/", of the nets.
+// The values of each step in a value change dump, by the names of the pins and, after "nets/", of the nets.
 std::vector<std::map<std::string, char>> read_waves(const std::string &text) {
   std::map<std::string, std::vector<std::string>> names;
   std::vector<std::map<std::string, char>> steps;

@@ -24,7 +24,7 @@ TEST(StatTest, CountsTermsLiteralsAndFanOutOfPlaBlocks) {
   EXPECT_EQ(counter.nets, 9U); // clk, and _C, _D, _PIN and _Q of both
   EXPECT_EQ(counter.terms, 5U);
   EXPECT_EQ(counter.literals, 7U);
-  EXPECT_EQ(counter.depth, 2U); // a register's output buffer, and the block behind it
+  EXPECT_EQ(counter.depth, 2U); // a register's output buffer, and the block after it
   EXPECT_EQ(counter.storages, 2U);
 }
 

@@ -1,4 +1,4 @@
-// Example designs as the translator leaves them, and the programs that judge what the kit makes of them.
+// Translations of the example designs, and the programs that check what the kit makes of them.
 #pragma once
 
 #include <algorithm>
@@ -56,8 +56,8 @@ inline std::string example_path(const std::string &name) {
   return PROJECT_DIR "/examples/" + name + "/" + name + ".tt2";
 }
 
-// Leaves the files in the directory. False when the design can't be translated so: the part that the mode asks for may
-// have no tristate buffer for node_oe.
+// Leaves the files in the directory. False when the design can't be translated in this mode: the part that
+// the mode asks for may have no tristate buffer for node_oe.
 inline bool translate_example(const TempDir &dir, const std::string &name, const std::string &mode) {
   const Outcome translation =
       run("cd " + dir.path.string() + " && " CUBENET_PROGRAM " -i " + example_path(name) + " " + mode + " " + name);
@@ -88,7 +88,7 @@ inline std::string nxf_text(const std::string &logic) {
          logic + "END;\n\nEND;\n\n";
 }
 
-// Rows of device input values, from all 0: each row changes one of them, so that nothing races.
+// Rows of device input values, from all 0: each row changes one of them, so that there are no races.
 inline std::vector<std::vector<Value>> random_rows(const Netlist &netlist, std::size_t count) {
   std::uint64_t state = 12345;
   const auto random = [&](std::size_t bound) {

@@ -8,7 +8,7 @@
 namespace cubekit {
 namespace {
 
-// Inputs that the functions are wide enough for to lie in two words, few of them in use.
+// Enough inputs for two words, few of them in use.
 constexpr std::size_t kFirst = 30, kUsed = 5, kInputs = kFirst + kUsed;
 
 Cover random_cover(std::mt19937 &random, std::size_t outputs, std::size_t cubes) {

@@ -1,4 +1,4 @@
-// Files read whole, whatever tells or hides their size.
+// Files read whole, whether or not their size is known.
 #include "kit/util/file.h"
 
 #include <sys/stat.h>

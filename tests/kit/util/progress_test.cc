@@ -1,4 +1,4 @@
-// What a run shows on a terminal, and that it shows nothing elsewhere.
+// What a run shows on a terminal, and that it shows nothing anywhere else.
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <pty.h>
@@ -14,7 +14,7 @@
 namespace cubekit {
 namespace {
 
-// What a terminal shows of `cubekit sim` when the program has these streams on it.
+// What a terminal shows of `cubekit sim` when these streams go to it.
 std::string shown_on_terminal(bool output, bool errors) {
   int terminal = -1, other_end = -1;
   EXPECT_EQ(::openpty(&terminal, &other_end, nullptr, nullptr, nullptr), 0);
@@ -48,7 +48,7 @@ TEST(Progress, IsShownOnATerminalAloneAndWipedOff) {
   EXPECT_NE(shown.find("\rrows simulated\033[K\rrows simulated: 1\033[K"), std::string::npos) << shown;
   EXPECT_TRUE(shown.ends_with("\033[K\r\033[K")) << shown;
   const std::string both = shown_on_terminal(true, true);
-  EXPECT_EQ(both.find("rows simulated"), std::string::npos) << both; // would tear the rows
+  EXPECT_EQ(both.find("rows simulated"), std::string::npos) << both; // would garble the rows
   EXPECT_NE(both.find("1   |"), std::string::npos) << both;
   EXPECT_EQ(shown_on_terminal(true, false).find('\033'), std::string::npos);
   EXPECT_EQ(cubenet::read_file("errors"), "");
