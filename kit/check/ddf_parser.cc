@@ -63,7 +63,9 @@ bool take_ports(DdfParser &parser, std::string_view label, std::vector<std::stri
   std::string_view list;
   if (!take(parser, ";\n", list)) return false;
   split_items(list, ports);
-  return true;
+  if (std::ranges::none_of(ports, &std::string_view::empty)) return true;
+  parser.line--; // of the list
+  return fail(parser, "a list of pins names an empty one");
 }
 
 // No signal name is longer, whatever it is renamed to.

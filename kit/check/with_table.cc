@@ -109,9 +109,9 @@ bool find_difference(std::optional<std::string_view> text, std::optional<std::st
   }
   const auto place = std::ranges::mismatch(*text, *wanted).in1 - text->begin();
   const auto line = std::count(text->begin(), text->begin() + place, '\n') + 1;
-  findings.push_back({static_cast<std::size_t>(line), line_at(*text, static_cast<std::size_t>(place)) +
-                                                          " stands here, where the translation has " +
-                                                          line_at(*wanted, static_cast<std::size_t>(place))});
+  const auto at = static_cast<std::size_t>(place);
+  findings.push_back(
+      {static_cast<std::size_t>(line), "found " + line_at(*text, at) + ", expected " + line_at(*wanted, at)});
   return true;
 }
 

@@ -66,6 +66,10 @@ int run_import(const Arguments &arguments) {
     std::cerr << "cubekit: '" << options.part << "' is no part that a table can name\n";
     return kMisuse;
   }
+  if (!arguments.names.empty() && arguments.names == arguments.output) {
+    std::cerr << "cubekit: the table and the list of names can't be one file\n";
+    return kMisuse;
+  }
   std::string text;
   Finding error;
   if (!during("reading", [&] { return read_file(options.path, text, error); })) {
@@ -95,7 +99,7 @@ std::optional<SourceKind> find_source_kind(const std::string &path, const std::s
             : from == each.name;
     if (is_it) return each.kind;
   }
-  std::cerr << path << ": what is it? Say --from pla, blif, verilog or json\n";
+  std::cerr << path << ": the extension doesn't tell the format; add --from pla, blif, verilog or json\n";
   return std::nullopt;
 }
 

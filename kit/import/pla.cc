@@ -5,6 +5,8 @@
 #include <array>
 #include <charconv>
 #include <optional>
+#include <string_view>
+#include <unordered_set>
 
 #include "kit/import/import.h"
 #include "kit/import/points.h"
@@ -199,6 +201,9 @@ bool add_ports(Reader &reader, std::vector<std::string> &names, std::size_t coun
                 std::to_string(names.size()) +
                     (is_input ? " names of inputs, and '.i " : " names of outputs, and '.o ") + std::to_string(count) +
                     "'");
+  std::unordered_set<std::string_view> known;
+  for (const std::string &name : names)
+    if (!known.insert(name).second) return fail(reader, line, "'" + name + "' is listed twice");
   for (std::string &name : names) add_signal(reader.draft, std::move(name), port, {0, line});
   return true;
 }

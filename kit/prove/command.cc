@@ -33,7 +33,10 @@ int show(const ProofReport &report, bool is_proved, bool asked_abc) {
     return kYes;
   }
   for (const std::string &text : report.texts) std::cout << text;
-  std::cout << "not proved: " << report.differences << " of " << report.claims << " claims differ\n";
+  if (report.claims == 0)
+    std::cout << "not proved: the interfaces don't match\n";
+  else
+    std::cout << "not proved: " << report.differences << " of " << report.claims << " claims differ\n";
   return kNo;
 }
 

@@ -3,6 +3,7 @@
 
 #include <iterator>
 #include <sstream>
+#include <unordered_set>
 
 #include "kit/import/points.h"
 #include "kit/util/finding.h"
@@ -31,12 +32,16 @@ Literal sum_of(const Draft &draft, Formulas &formulas, const Source &source, con
 bool read_pla_source(std::string_view text, Formulas &formulas, Source &source, Draft &draft, Remark &fault) {
   Pla pla;
   if (!read_pla_points(text, draft, pla, fault)) return false;
+  std::unordered_set<std::string> inputs;
   for (const DraftSignal &signal : draft.signals) {
     SourcePort &port = source.ports.emplace_back(SourcePort{signal.source, signal.port});
-    if (port.kind == PortKind::IN) port.outside = make_variable(formulas, port.name);
+    if (port.kind != PortKind::IN) continue;
+    port.outside = make_variable(formulas, port.name);
+    inputs.insert(port.name);
   }
   for (std::size_t o = 0; o < pla.points.size(); o++) {
     SourcePort &port = source.ports[pla.inputs + o];
+    if (inputs.contains(port.name)) port.name += kAsOutput;
     const PointLists &points = pla.points[o];
     const Literal on = sum_of(draft, formulas, source, points.on), off = sum_of(draft, formulas, source, points.off);
     const Literal free = sum_of(draft, formulas, source, points.free);

@@ -180,12 +180,9 @@ TEST(Constraints, AreJudgedLineByLineWithoutATruthTable) {
       {"[PTSABYPASS]\nBYPASS=a;\n\n[4PTs Bypass]\nBYPASS=a;\n\n", "4: the section is out of order", ""},
       {"[GROUP ASSIGNMENTS]\n1=-,*,a;\n", "2: a line of section [GROUP ASSIGNMENTS] must stand here", ""},
       {"[GLOBAL CONSTRAINTS]\nSLEWRATE=;\nPULL=Hold;\n\n", "", ""},
-      {"[GLOBAL CONSTRAINTS]\nSLEWRATE=SLOW;\n\n",
-       "1: '[GLOBAL CONSTRAINTS]' stands here, where the translation has "
-       "nothing",
-       ""},
+      {"[GLOBAL CONSTRAINTS]\nSLEWRATE=SLOW;\n\n", "1: found '[GLOBAL CONSTRAINTS]', expected nothing", ""},
       {"[GLOBAL CONSTRAINTS]\nISP=ON;\nTarvex_Max_GLB_Inputs=25;\n\n",
-       "3: 'Tarvex_Max_GLB_Inputs=25;' stands here, where the translation has ''", ""},
+       "3: found 'Tarvex_Max_GLB_Inputs=25;', expected ''", ""},
   };
   const auto listed = [](const std::vector<Finding> &findings) {
     std::string text;

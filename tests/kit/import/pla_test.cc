@@ -95,6 +95,7 @@ TEST(ImportPla, RefusesWhatATableCanNotSayWithItsLine) {
       {".i 2\n.o 1\n\n11 1 1\n.e\n", "source:4: a term is cut short\n"},
       {".i 4000000000\n.o 4000000000\n", "source: no term\n"},
       {".i 2\n.o 1\n.ilb a\n11 1\n", "source:3: 1 names of inputs, and '.i 2'\n"},
+      {".i 2\n.o 1\n.ilb a a\n11 1\n", "source:3: 'a' is listed twice\n"},
       {".i 2\n.o 1\n.type fr\n1- 1\n11 0\n",
        "source:5: an output is on here and off in line 4, or the other way round, for the same inputs\n"},
   };

@@ -166,6 +166,7 @@ TEST(NetlistFiles, TellWhereTheDdfDiffers) {
   const std::vector<Edit> edits{
       {"OUTPUTS: y, ", "OUTPUTS: ", "OUTPUTS lack pin 'y'"},
       {"INPUTS: clk, go;", "INPUTS: clk, go, y;", "INPUTS list 'y' too much"},
+      {"INPUTS: clk, go;", "INPUTS: clk, , go;", "a list of pins names an empty one"},
       {"FD21: y;", "FD11: y;", "'y' is FD21 in the .nxf"},
       {"FD21: y;\n", "", "symbol 'y' of the .nxf is missing"},
       {"FD21: y;", "FD21: y", "must hold a name and ';'"},

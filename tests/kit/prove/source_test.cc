@@ -203,6 +203,9 @@ TEST(ProveSourceCommand, MatchesNamesAndTellsWhatIsWrong) {
   const std::string proved = "proved: 7 claims, 7 by structure, 0 by all input vectors, 0 by SAT; abc agrees\n";
   EXPECT_EQ(run_kit("prove --source s.blif d").text, proved);
   EXPECT_EQ(run_kit("prove --source s.blif --from blif --top top d").text, proved);
+  write_file("s.pla", ".i 2\n.o 1\n.ilb a b\n.ob a\n11 1\n.e\n"); // one name for an input and an output
+  ASSERT_EQ(run_kit("import s.pla -o p.tt2").status + run(CUBENET_PROGRAM " -b p").status, 0);
+  EXPECT_EQ(run_kit("prove --source s.pla p").status, 0);
   write_file("s.blif", ".model top\n.inputs a.x A.x\n.outputs q GND a.x\n.latch a.x q fe A.x 0\n"
                        ".names q A.x GND\n11 1\n.end\n");
   const Outcome wrong = run_kit("prove --source s.blif d");
@@ -213,7 +216,8 @@ TEST(ProveSourceCommand, MatchesNamesAndTellsWhatIsWrong) {
       {"PATH=/nowhere " CUBEKIT_PROGRAM " prove --source s.blif d",
        "this needs berkeley-abc, which can't be started; Debian has it in the package berkeley-abc\n"},
       {CUBEKIT_PROGRAM " prove --source none.blif d", "none.blif: "},
-      {CUBEKIT_PROGRAM " prove --source names.txt d", "names.txt: what is it? Say --from pla, blif, verilog or json\n"},
+      {CUBEKIT_PROGRAM " prove --source names.txt d",
+       "names.txt: the extension doesn't tell the format; add --from pla, blif, verilog or json\n"},
       {CUBEKIT_PROGRAM " prove --source s.blif --names s.blif d", "s.blif:1: no tab between two names\n"},
       {CUBEKIT_PROGRAM " prove --source s.blif --top none d", "s.blif: "}};
   for (const auto &[command, text] : cases) {
