@@ -43,8 +43,9 @@ int print_help(const std::vector<Registered> &registered, const CLI::App &app, c
   std::_Exit(kMisuse);
 }
 
-// An output that is the file to which the command prints would spoil both.
-void protect_streams() {
+// An output that is the file to which the command prints would spoil both, and one that is the log loses it.
+void protect_files() {
+  cubenet::protect_from_output("cubenet.log");
   for (const int stream : {1, 2})
     if (cubenet::FileStatus status; cubenet::file_status(stream, status)) cubenet::protect_from_output(status);
 }
@@ -61,7 +62,7 @@ int finish(const std::function<int()> &action) {
 
 int run_command_line(std::span<const Command> commands, int argc, const char *const *argv) {
   cubenet::set_out_of_memory_hook(end_without_memory);
-  protect_streams();
+  protect_files();
   CLI::App app{"Reads the netlists of cubenet back, proves them and shows them.", "cubekit"};
   app.require_subcommand(1);
   app.set_version_flag("--version", std::string(kVersion));

@@ -38,7 +38,7 @@ int report(const std::string &path) {
   const char *const reason = std::strerror(errno);
   cubenet::FileStatus status;
   if (cubenet::find_file(path, status) && cubenet::is_protected_from_output(status))
-    std::cerr << path << ": is in use by this command; not overwritten\n";
+    std::cerr << path << ": is still needed; not overwritten\n";
   else
     std::cerr << (path.empty() ? "standard output" : path) << ": can't be written: " << reason << '\n';
   return kMisuse;

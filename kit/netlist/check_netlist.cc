@@ -7,6 +7,7 @@
 #include "kit/netlist/nxf_parser.h"
 #include "kit/util/progress.h"
 #include "model/run_settings.h"
+#include "util/output_file.h"
 
 namespace cubekit {
 
@@ -121,6 +122,7 @@ std::vector<Finding> check_netlist(const Netlist &netlist) {
 
 bool load_design(const std::string &design, Netlist &netlist, std::ostream &errors) {
   const std::string path = design + ".nxf";
+  cubenet::protect_from_output(design + ".tt2"); // what the netlist was made of
   if (!read_nxf(path, netlist, errors)) return false;
   const std::vector<Finding> findings = during("checking the netlist", [&] { return check_netlist(netlist); });
   for (const Finding &finding : findings) print_finding(errors, path, finding);

@@ -103,17 +103,24 @@ TEST(Command, NeverWritesOverWhatItReadsOrPrintsTo) {
     const char *arguments, *file;
   };
   const Refusal refusals[] = {
-      {"dump -o c.tt2 c", "c.tt2"},           {"dump -o c.tt2 -i table x", "c.tt2"},
-      {"page -o table c", "table"},           {"page -o link c", "link"},
-      {"graph -o c.nxf c", "c.nxf"},          {"graph -o ./hard c", "./hard"},
-      {"export json -o link c", "link"},      {"sim c --vectors v --vcd c.nxf", "c.nxf"},
-      {"sim c --vectors v --vcd v", "v"},     {"export blif -o out c", "out"},
+      {"dump -o c.tt2 c", "c.tt2"},
+      {"dump -o c.tt2 -i table x", "c.tt2"},
+      {"page -o table c", "table"},
+      {"page -o link c", "link"},
+      {"graph -o c.nxf c", "c.nxf"},
+      {"graph -o ./hard c", "./hard"},
+      {"export json -o link c", "link"},
+      {"sim c --vectors v --vcd c.nxf", "c.nxf"},
+      {"sim c --vectors v --vcd v", "v"},
+      {"export blif -o out c", "out"},
       {"sim c --vectors v --vcd err", "err"},
+      {"sim c --vectors v --vcd c.tt2", "c.tt2"},
+      {"page -o cubenet.log c", "cubenet.log"},
   };
   for (const auto &[arguments, file] : refusals) {
     const int status = std::system((std::string(CUBEKIT_PROGRAM) + ' ' + arguments + " >out 2>err").c_str());
     EXPECT_EQ(WEXITSTATUS(status), 2) << arguments;
-    EXPECT_EQ(cubenet::read_file("err"), std::string(file) + ": is in use by this command; not overwritten\n");
+    EXPECT_EQ(cubenet::read_file("err"), std::string(file) + ": is still needed; not overwritten\n");
     EXPECT_EQ(cubenet::read_file("out"), "") << arguments;
     EXPECT_EQ(cubenet::read_file("c.nxf"), nxf) << arguments;
   }
