@@ -1,97 +1,69 @@
-"""Pages of `cubekit page` in a real browser: headless Chromium, driven over the WebDriver protocol.
+"""Pages of `cubekit page` in a real browser: headless Chromium, driven by Selenium.
 
     page_browser.py CUBENET CUBEKIT EXAMPLES [--pictures DIRECTORY]
 
-Status 0: all holds; 1: something doesn't; 77: there is no browser here. With --pictures the pages are left in the
-directory as they look: light, dark, and narrow.
+Status 0: all holds; 1: something doesn't; 77: there is no browser here, or no Selenium. With --pictures the pages are
+left in the directory as they look: light, dark, and narrow.
 """
 import base64
-import contextlib
 import json
 import os
 import shutil
-import socket
 import subprocess
 import sys
 import tempfile
-import time
-import urllib.error
-import urllib.request
 
-ELEMENT = "element-6066-11e4-a52e-4f735466cecf"
-KEYS = {"tab": "\ue004", "escape": "\ue00c", "enter": "\ue007", "right": "\ue014", "down": "\ue015"}
+try:
+    from selenium import webdriver
+    from selenium.webdriver.chrome.service import Service
+    from selenium.webdriver.common.keys import Keys
+except ImportError:
+    print("skipped: the package python3-selenium is not installed")
+    sys.exit(77)
+
+KEYS = {"tab": Keys.TAB, "escape": Keys.ESCAPE, "enter": Keys.ENTER, "right": Keys.RIGHT, "down": Keys.DOWN}
 
 
 class Browser:
     """One window of a headless Chromium."""
 
     def __init__(self, chromium, chromedriver, directory):
-        with socket.socket() as free:
-            free.bind(("127.0.0.1", 0))
-            self.url = f"http://127.0.0.1:{free.getsockname()[1]}"
-        self.driver = subprocess.Popen([chromedriver, "--port=" + self.url.rpartition(":")[2]],
-                                       stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        for _ in range(300):
-            with contextlib.suppress(OSError):
-                if self.call("GET", "/status")["ready"]:
-                    break
-            time.sleep(0.1)
+        options = webdriver.ChromeOptions()
+        options.binary_location = chromium
         arguments = ["--headless=new", "--disable-dev-shm-usage", "--disable-gpu", "--no-first-run",
                      "--disable-background-networking", "--disable-component-update", "--disable-sync",
                      "--user-data-dir=" + os.path.join(directory, "profile"), "--window-size=1280,900"]
         if os.geteuid() == 0:
             arguments.append("--no-sandbox")
-        self.session = ""
-        started = self.call("POST", "/session", {"capabilities": {"alwaysMatch": {
-            "browserName": "chrome", "goog:chromeOptions": {"binary": chromium, "args": arguments},
-            "goog:loggingPrefs": {"browser": "ALL", "performance": "ALL"}}}})
-        self.session = "/session/" + started["sessionId"]
-
-    def close(self):
-        if self.session:
-            with contextlib.suppress(OSError):
-                self.call("DELETE", self.session)
-        self.driver.terminate()
-        self.driver.wait()
-
-    def call(self, method, path, body=None):
-        request = urllib.request.Request(self.url + path, method=method,
-                                         data=None if body is None else json.dumps(body).encode())
-        try:
-            with urllib.request.urlopen(request, timeout=60) as answer:
-                return json.load(answer)["value"]
-        except urllib.error.HTTPError as error:
-            raise AssertionError(f"{path}: {error.read().decode()}") from error
-
-    def post(self, path, **body):
-        return self.call("POST", self.session + path, body)
+        for argument in arguments:
+            options.add_argument(argument)
+        options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
+        self.driver = webdriver.Chrome(service=Service(chromedriver), options=options)
+        self.run = self.driver.execute_script
+        self.log = self.driver.get_log
+        self.close = self.driver.quit
 
     def open(self, path):
-        self.post("/url", url="file://" + path)
-
-    def run(self, script, *arguments):
-        return self.post("/execute/sync", script=script, args=list(arguments))
+        self.driver.get("file://" + path)
 
     def press(self, *keys):
         """Presses and releases the keys one after the other, wherever the focus is."""
-        actions = [{"type": step, "value": KEYS.get(key, key)} for key in keys for step in ("keyDown", "keyUp")]
-        self.post("/actions", actions=[{"type": "key", "id": "keyboard", "actions": actions}])
+        actions = webdriver.ActionChains(self.driver)
+        for key in keys:
+            actions.send_keys(KEYS.get(key, key))
+        actions.perform()
 
     def look(self, scheme="light", width=1280):
         """The colours that the system asks for, and the width of the window."""
-        self.post("/goog/cdp/execute", cmd="Emulation.setEmulatedMedia",
-                  params={"features": [{"name": "prefers-color-scheme", "value": scheme}]})
-        self.post("/goog/cdp/execute", cmd="Emulation.setDeviceMetricsOverride",
-                  params={"width": width, "height": 900, "deviceScaleFactor": 1, "mobile": False})
+        self.driver.execute_cdp_cmd("Emulation.setEmulatedMedia",
+                                    {"features": [{"name": "prefers-color-scheme", "value": scheme}]})
+        self.driver.execute_cdp_cmd("Emulation.setDeviceMetricsOverride",
+                                    {"width": width, "height": 900, "deviceScaleFactor": 1, "mobile": False})
 
     def picture(self, path):
-        shot = self.post("/goog/cdp/execute", cmd="Page.captureScreenshot",
-                         params={"captureBeyondViewport": True, "format": "png"})
+        shot = self.driver.execute_cdp_cmd("Page.captureScreenshot", {"captureBeyondViewport": True, "format": "png"})
         with open(path, "wb") as file:
             file.write(base64.b64decode(shot["data"]))
-
-    def log(self, kind):
-        return self.post("/se/log", type=kind)
 
 
 def expect(holds, what):
