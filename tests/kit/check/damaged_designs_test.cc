@@ -48,7 +48,7 @@ struct DamagedDesigns : testing::Test {
   // The runs cycle through the options.
   void try_text(const std::string &text, const std::string &what) {
     if (HasFailure() || asked++ % kShare != 0) return; // one finding at a time
-    fs::remove("d.tt2");      // some file systems wait for the disk when a file was emptied
+    fs::remove("d.tt2");                               // some file systems wait for the disk when a file was emptied
     write_file("d.tt2", text);
     std::string said;
     EXPECT_EQ(broken_promise(runs, &said), "")
