@@ -97,6 +97,7 @@ function(cubenet_translate name)
       set(case -C)
     endif()
     _cubenet_run(against_table ${prove} ${case} -i "${table}" "${name}")
+    set(source) # not the caller's
     set(against_source)
     if(arg_SOURCE)
       _cubenet_absolute(source "${arg_SOURCE}")
