@@ -35,6 +35,7 @@ LADDERS = {"terms": ("a3", "a4", "a5", "a6"), "terms of one output": ("f4", "f5"
            "literals of one term": ("l1", "l2", "l3"), "dense squares": ("n1", "n2", "n3"),
            "wide sparse tables": ("w1", "w2", "w3")}
 NOISE = 0.0005  # seconds
+OTHER_LADDERS = ("literals of one term", "dense squares", "wide sparse tables")  # beside the shapes of everyday use
 NAME_LADDERS = ("input names", "output names")  # few terms: their gate form adds nothing
 PEER_SHAPES = ("a3", "a4", "b", "c", "d")        # one of the peers is quadratic in the terms of an output
 OUTPUTS = ("bench.ddf", "bench.tvx", "bench.nxf")
@@ -293,8 +294,8 @@ def slope_of(points: list[tuple[float, float]]) -> float:
 
 def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
     """The exponent of time in bytes of input and output over a ladder of shapes, start-up taken off; what takes less
-    than NOISE beyond it tells nothing and is left out. On a busy machine the exponent of the processor time, which is not judged, tells
-    the program's growth from the machine's."""
+    than NOISE beyond it tells nothing and is left out. On a busy machine the exponent of the processor time, which is
+    not judged, tells the program's growth from the machine's."""
     walls: list[tuple[float, float]] = []
     cpus: list[tuple[float, float]] = []
     lines = []
@@ -315,7 +316,8 @@ def climb(bench: Bench, ladder: str, form: str, floor: Row) -> None:
         remove_runs(bench)
     print(f"\nladder of {ladder}, {form}\n")
     print_table(["shape", "wall ms", "exponent of the step", "cpu ms", "exponent of the step", "note"], lines)
-    title, most = TITLES[form], 1.10
+    is_other = ladder in OTHER_LADDERS
+    title, most = TITLES[form] + (", other shapes" if is_other else ""), 1.05 if form == "pla" and not is_other else 1.10
     if len(walls) < 2 or len(cpus) < 2:
         return print(f"\nToo fast to tell how time grows with {ladder}.")
     failed = any(line[-1] for line in lines)
